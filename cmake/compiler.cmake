@@ -1,0 +1,16 @@
+# One set of warnings and hardening flags for every target of the project.
+add_library(zr5_compiler INTERFACE)
+target_compile_options(zr5_compiler INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion
+    -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wswitch-enum
+    -fstack-protector-strong)
+target_link_options(zr5_compiler INTERFACE -Wl,-z,relro,-z,now)
+
+option(ZR5_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+if(ZR5_SANITIZE)
+    target_compile_options(zr5_compiler INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(zr5_compiler INTERFACE -fsanitize=address,undefined)
+elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+    target_compile_options(zr5_compiler INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()

@@ -1,0 +1,119 @@
+#pragma once
+
+// Everything that touches the disk goes through this interface, so that a test can fail any
+// call of any kind, or end the program there.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace zr5 {
+
+/// Paths are the native bytes of the file system's names, never converted.
+enum class FsStatus {
+    Ok,
+    NotFound,
+    NotPermitted,
+    AlreadyExists,
+    NoSpace,
+    NotRegularFile,
+    IoError,
+};
+
+enum class FileKind { Regular, Folder, Link, Special };
+
+/// Names a file independently of its path: two paths with equal identities are one file.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+struct FileInfo {
+    FileKind kind = FileKind::Regular;
+    std::uint64_t lengthBytes = 0;
+    std::uint64_t linkCount = 1;
+    FileIdentity identity;
+    std::int64_t modifiedNs = 0; ///< time of the last change of the content
+    std::int64_t changedNs = 0;  ///< time of the last change of content or attributes
+};
+
+struct ReadResult {
+    FsStatus status = FsStatus::Ok;
+    std::size_t count = 0; ///< bytes read; less than asked for only at the end or on failure
+};
+
+/// One open regular file with a position that reading and writing move on.
+/// It is closed when destroyed.
+class OpenFile {
+  public:
+    virtual ~OpenFile() = default;
+    [[nodiscard]] virtual ReadResult Read(std::span<std::byte> into) = 0;
+    [[nodiscard]] virtual FsStatus Write(std::span<const std::byte> from) = 0;
+    /// Makes sure that `lengthBytes` fit on the disk before any is written. NoSpace if not; Ok
+    /// also where the file system cannot tell.
+    [[nodiscard]] virtual FsStatus Reserve(std::uint64_t lengthBytes) = 0;
+    [[nodiscard]] virtual FsStatus Truncate(std::uint64_t lengthBytes) = 0;
+    /// Returns when content, length and attributes are on the disk.
+    [[nodiscard]] virtual FsStatus Flush() = 0;
+    [[nodiscard]] virtual std::optional<FileInfo> Info() const = 0;
+    /// Gives this file the owner (where permitted), mode, access lists and extended attributes
+    /// of `source`. What the file system does not know or permit is left out; NoSpace and
+    /// IoError are reported.
+    [[nodiscard]] virtual FsStatus CopyAttributesFrom(const OpenFile& source) = 0;
+    /// Says that `lengthBytes` from `offset` on were written and are wanted on the disk soon.
+    /// A hint: nothing waits for it.
+    virtual void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
+};
+
+struct OpenResult {
+    FsStatus status = FsStatus::Ok;
+    std::unique_ptr<OpenFile> file; ///< set exactly when status is Ok
+};
+
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    /// Opens an existing regular file; NotRegularFile for anything else, without waiting on a
+    /// pipe. A link at the end of the path is not followed.
+    [[nodiscard]] virtual OpenResult OpenForReading(const std::string& path) = 0;
+    /// As OpenForReading, for writing over the content from the start; nothing is cut off.
+    [[nodiscard]] virtual OpenResult OpenForOverwriting(const std::string& path) = 0;
+    /// Makes a new file that only its owner may read (0600); AlreadyExists if the name is taken.
+    [[nodiscard]] virtual OpenResult CreateExclusively(const std::string& path) = 0;
+
+    /// What stands at `path` itself, links not followed; empty when nothing can be seen there.
+    [[nodiscard]] virtual std::optional<FileInfo> Info(const std::string& path) = 0;
+    /// Renames within a folder; AlreadyExists if `to` is taken, whatever by.
+    [[nodiscard]] virtual FsStatus RenameWithoutReplacing(const std::string& from,
+                                                          const std::string& to) = 0;
+    /// Renames within a folder; a file at `to` is replaced in one step.
+    [[nodiscard]] virtual FsStatus RenameReplacing(const std::string& from,
+                                                   const std::string& to) = 0;
+    [[nodiscard]] virtual FsStatus Remove(const std::string& path) = 0;
+    /// Returns when the names in the folder that holds `path` are on the disk.
+    [[nodiscard]] virtual FsStatus FlushFolderOf(const std::string& path) = 0;
+    /// Whether files can be made in the folder that holds `path`.
+    [[nodiscard]] virtual bool FolderAcceptsFiles(const std::string& path) = 0;
+    /// Makes a folder that only its owner may enter (0700).
+    [[nodiscard]] virtual FsStatus MakeFolder(const std::string& path) = 0;
+    /// The path with every link resolved; empty when nothing is there.
+    [[nodiscard]] virtual std::optional<std::string> CanonicalPath(const std::string& path) = 0;
+    /// The free bytes that this user may fill on the drive that holds `path`.
+    [[nodiscard]] virtual std::optional<std::uint64_t> FreeBytes(const std::string& path) = 0;
+    /// The longest name, in bytes, that the folder that holds `path` accepts.
+    [[nodiscard]] virtual std::size_t LongestName(const std::string& path) = 0;
+};
+
+/// The file system of the machine. `MakeSystemFileSystem` is the only way to one.
+[[nodiscard]] std::unique_ptr<FileSystem> MakeSystemFileSystem();
+
+/// Whether two paths lead to one file: Windows-shaped paths by their lower-cased text; others
+/// by identity when both exist (so that links are seen through), else by the normalised path.
+[[nodiscard]] bool SameFile(FileSystem& fileSystem, const std::string& a, const std::string& b);
+
+} // namespace zr5

@@ -1,0 +1,18 @@
+#pragma once
+
+// The MD5 digest (RFC 1321). It serves the key checksum that a person compares by eye and
+// protects nothing.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace zr5 {
+
+using Md5Digest = std::array<std::uint8_t, 16>;
+
+/// The digest of the first `length` bytes of `data`; -1 means all of them.
+[[nodiscard]] Md5Digest MD5Digest(std::string_view data, std::int32_t length = -1);
+
+} // namespace zr5

@@ -1,0 +1,16 @@
+#pragma once
+
+// Every word that depends on the direction is written in its encrypt form and passes here.
+
+#include "setup/operation_setup.h"
+
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// `word` when encrypting; when decrypting, the counterpart of the eight forms of "encrypt"
+/// ("Encryption" becomes "Decryption"); any other word unchanged.
+[[nodiscard]] std::string VerbForm(Function operation, std::string_view word);
+
+} // namespace zr5

@@ -1,0 +1,82 @@
+#pragma once
+
+// The one door through which logic asks the user and reaches the desktop. `ui` opens it with
+// real boxes; tests script it; with no user it gives the answer that changes nothing.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zr5 {
+
+enum class BoxIcon { None, Information, Question, Exclamation, Critical };
+enum class BoxButtons { Ok, YesNo, YesNoCancel, RetryCancel };
+enum class Answer { Ok, Yes, No, Cancel, Retry };
+
+/// A modal message box. Texts are UTF-8 with CR LF line ends.
+struct MessageBox {
+    std::string text;
+    std::string title;
+    BoxIcon icon = BoxIcon::None;
+    BoxButtons buttons = BoxButtons::Ok;
+    Answer defaultButton = Answer::Ok;
+};
+
+/// What the user gets by closing a box without pressing a button: the answer that changes
+/// nothing.
+[[nodiscard]] constexpr Answer AnswerThatChangesNothing(BoxButtons buttons) noexcept {
+    switch (buttons) {
+    case BoxButtons::Ok:
+        return Answer::Ok;
+    case BoxButtons::YesNo:
+        return Answer::No;
+    case BoxButtons::YesNoCancel:
+    case BoxButtons::RetryCancel:
+        return Answer::Cancel;
+    }
+    return Answer::Cancel;
+}
+
+/// A file picker. `filter` is shown as given but lets every name through.
+struct FilePicker {
+    enum class Kind { Open, Save };
+    Kind kind = Kind::Open;
+    std::string title;
+    std::string filter;
+    std::string startFolder;           ///< empty: where the user was last
+    bool asksBeforeOverwriting = false; ///< the picker's own question, for Kind::Save
+};
+
+struct FolderPicker {
+    std::string title;
+    std::string startFolder;
+};
+
+class UserPort {
+  public:
+    virtual ~UserPort() = default;
+    virtual Answer Ask(const MessageBox& box) = 0;
+    /// The native path chosen; empty when the user cancelled.
+    [[nodiscard]] virtual std::optional<std::string> PickFile(const FilePicker& picker) = 0;
+    [[nodiscard]] virtual std::optional<std::string> PickFolder(const FolderPicker& picker) = 0;
+    /// Lets the interface repaint and react to the user.
+    virtual void ProcessEvents() = 0;
+    virtual void CopyToClipboard(const std::string& text) = 0;
+    /// Opens an address in the desktop's web browser. Above 32 on success, else an error code
+    /// (2 not found, 8 out of memory, 31 no program for this kind of file).
+    [[nodiscard]] virtual std::int32_t OpenAddress(const std::string& address) = 0;
+};
+
+/// A box with an OK button.
+[[nodiscard]] inline MessageBox Notice(std::string text, std::string title,
+                                       BoxIcon icon = BoxIcon::None) {
+    return {std::move(text), std::move(title), icon, BoxButtons::Ok, Answer::Ok};
+}
+/// A Yes/No question.
+[[nodiscard]] inline MessageBox Question(std::string text, std::string title,
+                                         BoxIcon icon = BoxIcon::Question,
+                                         Answer defaultButton = Answer::Yes) {
+    return {std::move(text), std::move(title), icon, BoxButtons::YesNo, defaultButton};
+}
+
+} // namespace zr5
