@@ -29,10 +29,10 @@ inline constexpr std::int16_t Keyfile = 2;
 /// Key characters are bytes of code page 1252. Key dialogs work on a candidate of their own and
 /// write here only when the choice succeeds.
 struct CurrentKey {
-    SecretBytes keyText;     ///< canonical key, as handed to the cipher engine
-    SecretBytes keyBuffer;   ///< up to 64 bytes of a keyfile, or the typed text to be inspected
-    SecretBytes rawKeyEntry; ///< last text typed with display, to fill that box again
-    std::string keyfilePath; ///< as chosen; empty for a typed key
+    SecretBytes keyText;       ///< canonical key, as handed to the cipher engine
+    SecretBytes keyBuffer;     ///< up to 64 bytes of a keyfile, or the typed text to be inspected
+    SecretBytes rawKeyEntry;   ///< last text typed with display, to fill that box again
+    std::string keyfilePath;   ///< as chosen; empty for a typed key
     std::int16_t checksum = 0; ///< 1001 to 9999 once there is a key
     std::int16_t keyState = key_state::NoKey;
     bool isNewRandomKey = false;

@@ -15,8 +15,7 @@ std::chrono::milliseconds SystemClock::TimeOfDay() const {
     std::tm local{};
     localtime_r(&now.tv_sec, &local);
     return std::chrono::hours(local.tm_hour) + std::chrono::minutes(local.tm_min) +
-           std::chrono::seconds(local.tm_sec) +
-           std::chrono::milliseconds(now.tv_nsec / 1'000'000);
+           std::chrono::seconds(local.tm_sec) + std::chrono::milliseconds(now.tv_nsec / 1'000'000);
 }
 
 } // namespace zr5

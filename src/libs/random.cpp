@@ -4,6 +4,8 @@
 
 namespace zr5 {
 
-void SystemRandom::Fill(std::span<std::byte> into) { randombytes_buf(into.data(), into.size()); }
+void SystemRandom::Fill(std::span<std::byte> into) {
+    randombytes_buf(into.data(), into.size());
+}
 
 } // namespace zr5

@@ -6,7 +6,9 @@
 
 namespace zr5 {
 
-void Wipe(std::span<std::byte> bytes) noexcept { sodium_memzero(bytes.data(), bytes.size()); }
+void Wipe(std::span<std::byte> bytes) noexcept {
+    sodium_memzero(bytes.data(), bytes.size());
+}
 
 bool EqualInConstantTime(std::span<const std::byte> a, std::span<const std::byte> b) noexcept {
     return a.size() == b.size() && sodium_memcmp(a.data(), b.data(), a.size()) == 0;
@@ -39,9 +41,13 @@ SecretBytes& SecretBytes::operator=(SecretBytes&& other) noexcept {
     return *this;
 }
 
-SecretBytes::~SecretBytes() { Clear(); }
+SecretBytes::~SecretBytes() {
+    Clear();
+}
 
-SecretBytes SecretBytes::Clone() const { return CopyOf(bytes()); }
+SecretBytes SecretBytes::Clone() const {
+    return CopyOf(bytes());
+}
 
 void SecretBytes::Clear() noexcept {
     sodium_free(data_); // wipes first

@@ -31,13 +31,13 @@ struct OperationSetup {
     OutputTarget OutputMode = OutputTarget::OverwriteInput;
     /// Whether the question "Include all subfolders?" was answered, and how.
     std::optional<bool> SubfolderAnswer;
-    std::array<std::string, 2> Folder;         ///< full paths that end in a separator; empty = none
-    std::array<std::string, 2> FileName;       ///< empty = none
-    std::array<std::string, 2> FolderCaption;  ///< what the labels show for them
+    std::array<std::string, 2> Folder;        ///< full paths that end in a separator; empty = none
+    std::array<std::string, 2> FileName;      ///< empty = none
+    std::array<std::string, 2> FolderCaption; ///< what the labels show for them
     std::array<std::string, 2> FilesCaption;
-    std::string FilePattern;                   ///< empty = all files
+    std::string FilePattern; ///< empty = all files
     std::int16_t MaxNumFiles = MaxNumFilesAfterReset;
-    std::string SetupFileName;                 ///< operation file last loaded or saved
+    std::string SetupFileName; ///< operation file last loaded or saved
 
     [[nodiscard]] bool IncludeSubfolders() const { return SubfolderAnswer.value_or(false); }
     /// The pattern that decides: the field, or "*.*" when it is empty.

@@ -43,7 +43,7 @@ struct FilePicker {
     Kind kind = Kind::Open;
     std::string title;
     std::string filter;
-    std::string startFolder;           ///< empty: where the user was last
+    std::string startFolder;            ///< empty: where the user was last
     bool asksBeforeOverwriting = false; ///< the picker's own question, for Kind::Save
 };
 

@@ -1,0 +1,88 @@
+#include "util/display.h"
+
+#include <array>
+#include <cstdint>
+
+namespace zr5 {
+namespace {
+
+constexpr std::string_view HexDigits = "0123456789ABCDEF";
+
+bool ChangesTheLine(char32_t c) {
+    const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
+    const bool lineEnd = c == 0x2028 || c == 0x2029;
+    const bool direction = c == 0x061C || c == 0x200E || c == 0x200F ||
+                           (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return control || lineEnd || direction || c == 0xFEFF;
+}
+
+void AppendEscaped(std::string& text, std::string_view bytes) {
+    for (const char byte : bytes) {
+        const auto value = static_cast<std::uint8_t>(byte);
+        text += "\\x";
+        text += HexDigits[value >> 4U];
+        text += HexDigits[value & 0xFU];
+    }
+}
+
+int HexValue(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    return -1;
+}
+
+} // namespace
+
+std::size_t Utf8Sequence(std::string_view text, std::size_t at, char32_t& codePoint) noexcept {
+    const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
+    const std::uint8_t lead = byte(at);
+    if (lead < 0x80) {
+        codePoint = lead;
+        return 1;
+    }
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || at + length > text.size()) return 0;
+    char32_t value = lead & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(at + i) & 0xC0U) != 0x80) return 0;
+        value = (value << 6U) | (byte(at + i) & 0x3FU);
+    }
+    constexpr std::array<char32_t, 5> Least{0, 0, 0x80, 0x800, 0x10000};
+    if (value < Least[length] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
+    codePoint = value;
+    return length;
+}
+
+std::string DisplayName(std::string_view name) {
+    std::string shown;
+    for (std::size_t at = 0; at < name.size();) {
+        char32_t codePoint = 0;
+        const std::size_t length = Utf8Sequence(name, at, codePoint);
+        const std::string_view bytes = name.substr(at, length == 0 ? 1 : length);
+        if (length == 0 || ChangesTheLine(codePoint)) {
+            AppendEscaped(shown, bytes);
+        } else {
+            shown += bytes;
+        }
+        at += bytes.size();
+    }
+    return shown;
+}
+
+std::string NameFromDisplay(std::string_view shown) {
+    std::string name;
+    for (std::size_t at = 0; at < shown.size();) {
+        const bool escape = at + 3 < shown.size() && shown[at] == '\\' && shown[at + 1] == 'x' &&
+                            HexValue(shown[at + 2]) >= 0 && HexValue(shown[at + 3]) >= 0;
+        if (escape) {
+            name += static_cast<char>(HexValue(shown[at + 2]) * 16 + HexValue(shown[at + 3]));
+            at += 4;
+        } else {
+            name += shown[at++];
+        }
+    }
+    return name;
+}
+
+} // namespace zr5

@@ -1,0 +1,25 @@
+#pragma once
+
+// Names keep their native bytes; here is the form in which a person sees them, and the way back
+// from what a person typed.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// `name` as UTF-8 that a window can show in one line and in one direction: every byte that is
+/// not part of valid UTF-8, every control character and every character that would turn the
+/// direction of the text is written as "\x" and two hexadecimal digits a byte.
+[[nodiscard]] std::string DisplayName(std::string_view name);
+
+/// Undoes the escapes of `DisplayName`: "\x" and two hexadecimal digits become a byte.
+[[nodiscard]] std::string NameFromDisplay(std::string_view shown);
+
+/// Length in bytes of the valid UTF-8 sequence that begins at `at`; 0 when none does. Stores
+/// the code point. Overlong forms and surrogates are not valid (RFC 3629).
+[[nodiscard]] std::size_t Utf8Sequence(std::string_view text, std::size_t at,
+                                       char32_t& codePoint) noexcept;
+
+} // namespace zr5

@@ -1,0 +1,18 @@
+#pragma once
+
+// Numbers as texts: "," between thousands and "." before decimals, whatever the locale.
+
+#include <cstdint>
+#include <string>
+
+namespace zr5 {
+
+/// 1234567 becomes "1,234,567".
+[[nodiscard]] std::string WithThousands(std::uint64_t number);
+/// `decimals` from 0 to 9; rounded half away from zero: (1234.565, 2) becomes "1,234.57" or
+/// "1,234.56" as the nearest binary number lies.
+[[nodiscard]] std::string WithThousands(double number, int decimals);
+/// A number after a letter, ":" or "=": one blank before a number that is not negative.
+[[nodiscard]] std::string AfterText(std::int64_t number);
+
+} // namespace zr5

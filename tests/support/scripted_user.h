@@ -1,0 +1,59 @@
+#pragma once
+
+// A user who answers exactly the questions a test expects: an unscripted question fails the
+// test, and so does an answer that is left over.
+
+#include "util/user_port.h"
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace zr5::test {
+
+class ScriptedUser : public UserPort {
+  public:
+    ~ScriptedUser() override;
+
+    /// Expects a box with this title and this text, whole, and answers it.
+    ScriptedUser& Expect(std::string title, std::string text, Answer answer = Answer::Ok);
+    /// As above, and checks icon, buttons and default button too.
+    ScriptedUser& Expect(MessageBox box, Answer answer = Answer::Ok);
+    /// Expects a file picker with this title; answers with a path, or cancels.
+    ScriptedUser& ExpectFile(std::string title, std::optional<std::string> path);
+    ScriptedUser& ExpectFolder(std::string title, std::optional<std::string> path);
+
+    /// Runs whenever the logic lets the interface process events.
+    std::function<void()> onEvents;
+    /// What OpenAddress answers, and what it was asked for.
+    std::int32_t openAddressResult = 42;
+    std::vector<std::string> openedAddresses;
+    std::string clipboard;
+    std::vector<MessageBox> asked; ///< every box shown, in order
+
+    Answer Ask(const MessageBox& box) override;
+    std::optional<std::string> PickFile(const FilePicker& picker) override;
+    std::optional<std::string> PickFolder(const FolderPicker& picker) override;
+    void ProcessEvents() override;
+    void CopyToClipboard(const std::string& text) override;
+    std::int32_t OpenAddress(const std::string& address) override;
+
+  private:
+    struct BoxStep {
+        MessageBox box;
+        bool checksStyle;
+        Answer answer;
+    };
+    struct PickStep {
+        std::string title;
+        std::optional<std::string> path;
+        bool folder;
+    };
+    std::optional<std::string> TakePick(const std::string& title, bool folder);
+
+    std::deque<std::variant<BoxStep, PickStep>> steps_;
+};
+
+} // namespace zr5::test
