@@ -16,3 +16,7 @@ if(ZR5_SANITIZE)
 elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     target_compile_options(zr5_compiler INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
+
+# Assertions stay on: a program that keeps people's only copies stops rather than goes on wrongly.
+string(REPLACE "-DNDEBUG" "" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
+string(REPLACE "-DNDEBUG" "" CMAKE_CXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")

@@ -67,6 +67,8 @@ class OpenFile {
     /// Says that `lengthBytes` from `offset` on were written and are wanted on the disk soon.
     /// A hint: nothing waits for it.
     virtual void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
+    /// The operating system's own handle of this file.
+    [[nodiscard]] virtual std::intptr_t NativeHandle() const = 0;
 };
 
 struct OpenResult {
@@ -88,6 +90,8 @@ class FileSystem {
 
     /// What stands at `path` itself, links not followed; empty when nothing can be seen there.
     [[nodiscard]] virtual std::optional<FileInfo> Info(const std::string& path) = 0;
+    /// The file that `path` leads to, links followed; empty when there is none.
+    [[nodiscard]] virtual std::optional<FileIdentity> IdentityOf(const std::string& path) = 0;
     /// Renames within a folder; AlreadyExists if `to` is taken, whatever by.
     [[nodiscard]] virtual FsStatus RenameWithoutReplacing(const std::string& from,
                                                           const std::string& to) = 0;

@@ -1,6 +1,7 @@
 #include "util/display.h"
 
-#include <array>
+#include "libs/unicode.h"
+
 #include <cstdint>
 
 namespace zr5 {
@@ -33,26 +34,6 @@ int HexValue(char c) {
 }
 
 } // namespace
-
-std::size_t Utf8Sequence(std::string_view text, std::size_t at, char32_t& codePoint) noexcept {
-    const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-    const std::uint8_t lead = byte(at);
-    if (lead < 0x80) {
-        codePoint = lead;
-        return 1;
-    }
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || at + length > text.size()) return 0;
-    char32_t value = lead & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0U) != 0x80) return 0;
-        value = (value << 6U) | (byte(at + i) & 0x3FU);
-    }
-    constexpr std::array<char32_t, 5> Least{0, 0, 0x80, 0x800, 0x10000};
-    if (value < Least[length] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
-    codePoint = value;
-    return length;
-}
 
 std::string DisplayName(std::string_view name) {
     std::string shown;

@@ -17,9 +17,4 @@ namespace zr5 {
 /// Undoes the escapes of `DisplayName`: "\x" and two hexadecimal digits become a byte.
 [[nodiscard]] std::string NameFromDisplay(std::string_view shown);
 
-/// Length in bytes of the valid UTF-8 sequence that begins at `at`; 0 when none does. Stores
-/// the code point. Overlong forms and surrogates are not valid (RFC 3629).
-[[nodiscard]] std::size_t Utf8Sequence(std::string_view text, std::size_t at,
-                                       char32_t& codePoint) noexcept;
-
 } // namespace zr5

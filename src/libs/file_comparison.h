@@ -1,0 +1,16 @@
+#pragma once
+
+// Finds the first byte in which two files differ.
+
+#include "libs/file_system.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zr5 {
+
+/// -1 identical, the position from 1 of the first difference, or another compare_code.
+[[nodiscard]] std::int64_t CompareFiles(FileSystem& fileSystem, const std::string& first,
+                                        const std::string& second);
+
+} // namespace zr5

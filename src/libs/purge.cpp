@@ -1,0 +1,51 @@
+#include "libs/purge.h"
+
+#include <algorithm>
+#include <array>
+#include <sodium.h>
+#include <vector>
+
+namespace zr5 {
+namespace {
+
+constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
+
+/// Random bytes at the speed of a disk: a stream cipher under a key from the random source.
+void FillPiece(RandomSource& random, std::span<std::byte> piece) {
+    std::array<std::byte, randombytes_SEEDBYTES> seed{};
+    random.Fill(seed);
+    randombytes_buf_deterministic(piece.data(), piece.size(),
+                                  reinterpret_cast<const unsigned char*>(seed.data()));
+}
+
+std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path) {
+    const OpenResult opened = fileSystem.OpenForOverwriting(path);
+    if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
+    const auto info = opened.file->Info();
+    if (!info) return purge_code::NotOpened;
+    if (info->linkCount > 1) return purge_code::HasSeveralNames;
+    std::vector<std::byte> piece(
+        static_cast<std::size_t>(std::min<std::uint64_t>(info->lengthBytes, PieceBytes)));
+    for (std::uint64_t left = info->lengthBytes; left != 0;) {
+        const auto part = std::span(piece).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size())));
+        FillPiece(random, part);
+        if (opened.file->Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
+        left -= part.size();
+    }
+    return opened.file->Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
+}
+
+} // namespace
+
+std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
+                       bool overwrite, bool remove) {
+    if (overwrite) {
+        const std::int32_t code = Overwrite(fileSystem, random, path);
+        if (code != purge_code::Done) return code;
+    }
+    if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;
+    return purge_code::Done;
+}
+
+} // namespace zr5

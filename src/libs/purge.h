@@ -1,0 +1,27 @@
+#pragma once
+
+// Overwrites and deletes a file. On plain disks the old content is gone then; on SSDs, in
+// journals, snapshots and backups older copies can survive.
+
+#include "libs/file_system.h"
+#include "libs/random.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zr5 {
+
+namespace purge_code {
+inline constexpr std::int32_t Done = 0;
+inline constexpr std::int32_t NotOpened = -4;
+inline constexpr std::int32_t HasSeveralNames = -5;
+inline constexpr std::int32_t NotOverwritten = -6;
+inline constexpr std::int32_t NotRemoved = -7;
+} // namespace purge_code
+
+/// A purge_code. A file that has several names is not overwritten: its other names would lose
+/// their content with it.
+[[nodiscard]] std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random,
+                                     const std::string& path, bool overwrite, bool remove);
+
+} // namespace zr5

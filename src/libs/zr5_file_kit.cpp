@@ -1,0 +1,121 @@
+#include "libs/zr5_file_kit.h"
+
+#include "libs/file_comparison.h"
+#include "libs/program_text_file.h"
+#include "libs/purge.h"
+#include "libs/randomness.h"
+
+#include <algorithm>
+#include <cassert>
+#include <limits>
+#include <vector>
+
+namespace zr5 {
+namespace {
+
+constexpr std::uint64_t LeastMeasuredBytes = 1024;
+constexpr std::size_t MeasuredPieceBytes = std::size_t{1} << 20U;
+constexpr int LastNameNumber = 999;
+
+/// `name` cut to `longest` bytes, never inside a UTF-8 sequence.
+std::string CutTo(const std::string& name, std::size_t longest) {
+    if (name.size() <= longest) return name;
+    std::size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) {
+        --end;
+    }
+    return name.substr(0, end);
+}
+
+class Zr5FileKit final : public FileKit {
+  public:
+    Zr5FileKit(FileSystem& fileSystem, RandomSource& random)
+        : fileSystem_(fileSystem), random_(random) {}
+
+    std::int64_t compare_files(const std::string& first, const std::string& second) override {
+        return CompareFiles(fileSystem_, first, second);
+    }
+
+    double fr(const std::string& path, std::int32_t sampleBytes) override {
+        const OpenResult opened = fileSystem_.OpenForReading(path);
+        if (opened.status != FsStatus::Ok) return RandomnessUnreadable;
+        const auto info = opened.file->Info();
+        if (!info) return RandomnessUnreadable;
+        if (info->lengthBytes < LeastMeasuredBytes) return RandomnessTooSmall;
+        std::uint64_t left = sampleBytes > 0 ? static_cast<std::uint64_t>(sampleBytes)
+                                             : std::numeric_limits<std::uint64_t>::max();
+        std::vector<std::byte> piece(
+            static_cast<std::size_t>(std::min<std::uint64_t>(left, MeasuredPieceBytes)));
+        RandomnessMeter meter;
+        while (left != 0) {
+            const ReadResult got = opened.file->Read(std::span(piece).first(
+                static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size()))));
+            if (got.status != FsStatus::Ok) return RandomnessUnreadable;
+            if (got.count == 0) break;
+            meter.Add(std::span(piece).first(got.count));
+            left -= got.count;
+        }
+        return meter.Value();
+    }
+
+    double randomness_measure(std::string_view bytes, std::int32_t length,
+                              std::int16_t /*flag*/) override {
+        assert(length >= 0);
+        return BufferRandomness(
+            std::as_bytes(std::span(bytes.substr(0, static_cast<std::size_t>(length)))));
+    }
+
+    std::int32_t purge_file(const std::string& path, std::int32_t overwrite, bool remove,
+                            bool /*reserved*/) override {
+        return PurgeFile(fileSystem_, random_, path, overwrite != PurgeDeleteOnly, remove);
+    }
+
+    std::int32_t new_file_creatable(const std::string& path) override {
+        return !fileSystem_.Info(path) && fileSystem_.FolderAcceptsFiles(path) ? 1 : 0;
+    }
+
+    std::int32_t new_filepath_extension(std::string& path) override {
+        const std::size_t nameAt = path.rfind('/') + 1;
+        const std::string folder = path.substr(0, nameAt);
+        const std::string name = path.substr(nameAt);
+        const std::size_t longest = fileSystem_.LongestName(path);
+        for (int number = 1; number <= LastNameNumber; ++number) {
+            const std::string suffix =
+                number == 1 ? std::string(".zr5") : ".zr5-" + std::to_string(number);
+            std::string candidate = folder + CutTo(name, longest - suffix.size()) + suffix;
+            if (!fileSystem_.Info(candidate)) {
+                path = std::move(candidate);
+                return 0;
+            }
+        }
+        return 1;
+    }
+
+    std::int32_t gt(std::int16_t number, std::int16_t /*language*/, std::span<char> buffer,
+                    std::int32_t bufferLength, std::int32_t /*one*/) override {
+        assert(bufferLength >= 0 && static_cast<std::size_t>(bufferLength) <= buffer.size());
+        const auto text = texts_.find(number);
+        if (text == texts_.end()) return 0;
+        const std::size_t count =
+            std::min(text->second.size(), static_cast<std::size_t>(bufferLength));
+        std::copy_n(text->second.begin(), count, buffer.begin());
+        return static_cast<std::int32_t>(count);
+    }
+
+    std::int32_t lt(const std::string& path, std::int32_t /*reserved*/) override {
+        return ReadProgramTextFile(fileSystem_, path, texts_);
+    }
+
+  private:
+    FileSystem& fileSystem_;
+    RandomSource& random_;
+    ProgramTextTable texts_;
+};
+
+} // namespace
+
+std::unique_ptr<FileKit> MakeFileKit(FileSystem& fileSystem, RandomSource& random) {
+    return std::make_unique<Zr5FileKit>(fileSystem, random);
+}
+
+} // namespace zr5

@@ -1,0 +1,41 @@
+#pragma once
+
+// One file through the cipher, in either direction. The engine prepares a job and runs it.
+
+#include "libs/cipher_engine.h"
+#include "libs/file_system.h"
+#include "libs/master_keys.h"
+#include "libs/random.h"
+#include "libs/zr5_format.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+
+namespace zr5 {
+
+/// So many blocks go through the buffers at once: 1 MiB of plaintext.
+inline constexpr std::size_t BlocksInPiece = 16;
+inline constexpr std::size_t PlainPieceBytes = BlocksInPiece * BlockBytes;
+inline constexpr std::size_t SealedPieceBytes = BlocksInPiece * SealedBlockBytes;
+
+struct JobContext {
+    FileSystem& fileSystem;
+    RandomSource& random;
+    MasterKeys& masters;
+    std::span<std::byte> plainBuffer;  ///< PlainPieceBytes
+    std::span<std::byte> sealedBuffer; ///< HeaderBytes + SealedPieceBytes
+    ProgressFunction progress;         ///< called after every piece; may be empty
+    std::string inputPath;
+    std::string outputPath;
+};
+
+/// Engine codes. `runSalt` goes into the header of the encrypted file.
+[[nodiscard]] std::int32_t RunEncryption(JobContext& job, const RunSalt& runSalt);
+[[nodiscard]] std::int32_t RunDecryption(JobContext& job);
+
+/// The engine code for an input that could not be opened.
+[[nodiscard]] std::int32_t InputCode(FsStatus status);
+
+} // namespace zr5
