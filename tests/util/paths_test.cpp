@@ -1,0 +1,75 @@
+#include "util/paths.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+struct SplitCase {
+    std::string_view path, folder, name, extension;
+};
+class PathSplit : public testing::TestWithParam<SplitCase> {};
+
+TEST_P(PathSplit, FollowsTheShapeOfThePath) {
+    const PathParts parts = SplitPath(GetParam().path);
+    EXPECT_EQ(parts.folder, GetParam().folder);
+    EXPECT_EQ(parts.name, GetParam().name);
+    EXPECT_EQ(ExtensionOf(GetParam().path), GetParam().extension);
+}
+
+INSTANTIATE_TEST_SUITE_P(Posix, PathSplit,
+                         testing::Values(SplitCase{"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
+                                         SplitCase{"/a.b/c", "/a.b/", "c", ""},
+                                         SplitCase{"/x", "/", "x", ""},
+                                         SplitCase{"/home/a/", "/home/a/", "", ""},
+                                         SplitCase{"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
+                                         SplitCase{"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
+                                         SplitCase{"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
+                                         SplitCase{"/d/ends.", "/d/", "ends.", ""},
+                                         SplitCase{"plain.É", "", "plain.É", "é"},
+                                         SplitCase{"", "", "", ""}));
+INSTANTIATE_TEST_SUITE_P(
+    Windows, PathSplit,
+    testing::Values(SplitCase{"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
+                    SplitCase{"c:/mixed\\b/c.d", "c:/mixed\\b/", "c.d", "d"},
+                    SplitCase{"\\\\server\\share\\x.y\\z", "\\\\server\\share\\x.y\\", "z", ""}));
+
+TEST(PathShape, IsToldByTheFirstCharacters) {
+    for (const auto* path : {"C:", "z:\\x", "C:x", "\\\\server"}) {
+        EXPECT_TRUE(IsWindowsShaped(path)) << path;
+    }
+    for (const auto* path : {"", "C", "/c:/x", "1:\\x", "\\x", "é:\\"}) {
+        EXPECT_FALSE(IsWindowsShaped(path)) << path;
+    }
+}
+
+TEST(FolderPath, EndsInTheSeparatorOfItsShape) {
+    EXPECT_EQ(WithTrailingSeparator("C:"), "C:\\");
+    EXPECT_EQ(WithTrailingSeparator("C:\\x\\"), "C:\\x\\");
+    EXPECT_EQ(WithTrailingSeparator("/home"), "/home/");
+    EXPECT_EQ(WithTrailingSeparator("/"), "/");
+    EXPECT_EQ(WithTrailingSeparator("/odd\\"), "/odd\\/");
+    EXPECT_EQ(WithTrailingSeparator(""), "");
+}
+
+TEST(NameSplit, TellsAnEmptyExtensionFromNone) {
+    EXPECT_TRUE(SplitName("a.").hasDot);
+    EXPECT_FALSE(SplitName("a").hasDot);
+    EXPECT_EQ(SplitName("a.b.c").base, "a.b");
+}
+
+TEST(NameCharacters, AreForbiddenOneByOne) {
+    for (const char c : std::string_view("\\/:<>|\"")) {
+        const std::string name = std::string("a") + c + "b";
+        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Allowed)) << name;
+        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Refused)) << name;
+    }
+    for (const auto* name : {"*.t", "a?"}) {
+        EXPECT_FALSE(HasForbiddenCharacter(name, Wildcards::Allowed)) << name;
+        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Refused)) << name;
+    }
+    EXPECT_FALSE(HasForbiddenCharacter("a b'é.txt", Wildcards::Refused));
+}
+
+} // namespace
+} // namespace zr5

@@ -1,0 +1,127 @@
+#include "util/text.h"
+
+#include "util/code_page.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct PrintableCase {
+    std::string_view bytes;
+    std::size_t maxChars;
+    LayoutControls layout;
+    bool printable;
+};
+
+TEST(PrintableText, LooksAtTheFirstCharactersOnly) {
+    const auto no = LayoutControls::Refused;
+    const auto yes = LayoutControls::Allowed;
+    const PrintableCase cases[] = {
+        {"", 0, no, true},         {"a b~\x7F\x81\xFF", 0, no, true}, {"ab\x1F"sv, 0, no, false},
+        {"ab\x1F"sv, 2, no, true}, {"ab\x1F"sv, 3, no, false},        {"ab\x1F"sv, 9, no, false},
+        {"a\tb", 0, no, false},    {"\t\n\f\r", 0, yes, true},        {"\t\v", 0, yes, false},
+        {"a\0b"sv, 0, yes, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsPrintableText(c.bytes, c.maxChars, c.layout), c.printable)
+            << testing::PrintToString(c.bytes) << " up to " << c.maxChars;
+    }
+}
+
+TEST(LowerCase, KnowsAccentsAndOtherAlphabetsAndKeepsWhatIsNoLetter) {
+    EXPECT_EQ(LowerCaseWithAccents("ŠŸÀÁÂÃÄÅÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝ"),
+              "šÿàáâãäåçèéêëìíîïðñòóôõöøùúûüý");
+    EXPECT_EQ(LowerCaseWithAccents("Über ÆÞŒŽ ß × 12 ΔЖ 💾"), "über æþœž ß × 12 δж 💾");
+    EXPECT_EQ(LowerCaseWithAccents("A\xC3"
+                                   "B\xFF\xE2\x82"
+                                   "C"),
+              "a\xC3"
+              "b\xFF\xE2\x82"
+              "c");
+}
+
+TEST(TidyPath, CapitalisesADriveLetterAndLowersTheRest) {
+    EXPECT_EQ(TidyPath("c:\\Users\\ÉTÉ.TXT"), "C:\\users\\été.txt");
+    EXPECT_EQ(TidyPath("D:"), "D:");
+    EXPECT_EQ(TidyPath("\\\\Server\\Share\\A"), "\\\\server\\share\\a");
+    EXPECT_EQ(TidyPath("é:X"), "É:x");
+    EXPECT_EQ(TidyPath("Ab:C"), "ab:c");
+    EXPECT_EQ(TidyPath(""), "");
+    EXPECT_EQ(TidyPath("X"), "x");
+}
+
+TEST(ShortenPath, KeepsThreeCharactersAndTheTail) {
+    const std::string thirty = "abcdefghijklmnopqrstuvwxyz0123";
+    EXPECT_EQ(ShortenPath(thirty, 10), "abc...0123");
+    EXPECT_EQ(ShortenPath(thirty, 29), "abc...hijklmnopqrstuvwxyz0123");
+    EXPECT_EQ(ShortenPath(thirty, 30), thirty);
+    EXPECT_EQ(ShortenPath(thirty, 9), thirty);
+    EXPECT_EQ(ShortenPath(thirty, 0), thirty);
+}
+
+TEST(ShortenPath, CountsCharactersAndNeverSplitsOne) {
+    EXPECT_EQ(ShortenPath("ääääääääää", 10), "ääääääääää");
+    EXPECT_EQ(ShortenPath("äöü€💾ßéèêëìí", 10), "äöü...êëìí");
+    EXPECT_EQ(ShortenPath("\xFF\xFE\xFD"
+                          "defghij\xFC",
+                          10),
+              "\xFF\xFE\xFD...hij\xFC");
+}
+
+TEST(ShortenPath, TellsOnlyThatItShortened) {
+    bool wasShortened = false;
+    EXPECT_EQ(ShortenPath("abcdefghijk", 11, &wasShortened), "abcdefghijk");
+    EXPECT_FALSE(wasShortened);
+    EXPECT_EQ(ShortenPath("abcdefghijk", 10, &wasShortened), "abc...hijk");
+    EXPECT_TRUE(wasShortened);
+    EXPECT_EQ(ShortenPath("short", 10, &wasShortened), "short");
+    EXPECT_TRUE(wasShortened);
+}
+
+TEST(Trim, TakesBlanksFromTheEndsOnly) {
+    EXPECT_EQ(Trim("  a b \t "), "a b \t");
+    EXPECT_EQ(Trim("a"), "a");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(Trim(""), "");
+}
+
+TEST(CodePage, TakesEveryByteToACharacterAndBack) {
+    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+        const char32_t character = CodePage1252Character(static_cast<std::uint8_t>(byte));
+        EXPECT_EQ(CodePage1252Byte(character), byte);
+        const std::string one(1, static_cast<char>(byte));
+        EXPECT_EQ(ToCodePage1252(FromCodePage1252(one)), one) << byte;
+    }
+}
+
+TEST(CodePage, KnowsItsOwnCharactersAndRefusesOthers) {
+    EXPECT_EQ(ToCodePage1252("a€ŠžŸÿ™"), "a\x80\x8A\x9E\x9F\xFF\x99");
+    EXPECT_EQ(FromCodePage1252("\x81\x8D\x8F\x90\x9D"), "\u0081\u008D\u008F\u0090\u009D");
+    for (const auto* refused : {"Ā", "e\u0301", "\u0080", "💾", "abc\xFF", "Ω"}) {
+        EXPECT_EQ(ToCodePage1252(refused), std::nullopt) << refused;
+    }
+}
+
+TEST(CodePage, CapitalisesOneByteToOneByte) {
+    std::string all;
+    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+        all += static_cast<char>(UpperCase1252(static_cast<std::uint8_t>(byte)));
+    }
+    std::string changed;
+    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+        if (all[byte] != static_cast<char>(byte)) changed += static_cast<char>(byte);
+    }
+    EXPECT_EQ(FromCodePage1252(changed), "abcdefghijklmnopqrstuvwxyzšœž"
+                                         "àáâãäåæçèéêëìíîïðñòóôõöøùúûüýþÿ");
+    std::string capitals;
+    for (const char small : changed)
+        capitals += all[static_cast<std::uint8_t>(small)];
+    EXPECT_EQ(FromCodePage1252(capitals), "ABCDEFGHIJKLMNOPQRSTUVWXYZŠŒŽ"
+                                          "ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝÞŸ");
+}
+
+} // namespace
+} // namespace zr5
