@@ -1,0 +1,45 @@
+#pragma once
+
+// Choosing the single input file and its output: what the pickers ask, and which choices are
+// refused.
+
+#include "libs/file_system.h"
+#include "setup/setup_desk.h"
+#include "util/user_port.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+class SingleFileChoice {
+  public:
+    SingleFileChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
+        : user_(user), fileSystem_(fileSystem), desk_(desk) {}
+
+    /// `buttonCaption` is the title of the box that explains a refusal. A file chosen through a
+    /// link becomes the file itself. A cancelled picker or a refusal changes nothing.
+    void ChooseInput(const std::string& buttonCaption);
+    /// The picker asks before an existing file is chosen. A file that is the input by another
+    /// name counts as the input.
+    void ChooseOutput(const std::string& buttonCaption);
+
+  private:
+    /// Something that stands at a chosen path.
+    struct Target {
+        std::string path; ///< links resolved
+        FileKind kind;
+    };
+    [[nodiscard]] std::string MeantPath(const std::string& chosen);
+    [[nodiscard]] std::optional<Target> Resolve(const std::string& path);
+    [[nodiscard]] std::string WhyNotReadable(const std::string& path);
+    [[nodiscard]] std::string WhyNotWritable(const std::string& path);
+    void Refuse(const std::string& path, std::string_view reason, const std::string& title);
+
+    UserPort& user_;
+    FileSystem& fileSystem_;
+    SetupDesk& desk_;
+};
+
+} // namespace zr5

@@ -1,0 +1,206 @@
+#include "setup/main_window_view.h"
+
+#include "setup/labels.h"
+#include "setup/verb_form.h"
+#include "setup/words.h"
+#include "util/display.h"
+#include "util/numbers.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zr5 {
+namespace {
+
+/// The controls of everything that is still to come. A line goes when its feature arrives.
+constexpr std::array NotInThisVersion{
+    std::string_view{"cmdSpecifyDirectory"},
+    std::string_view{"cmdListFiles"},
+    std::string_view{"cmdSpecifyFiles(0)"},
+    std::string_view{"cmdSpecifyFiles(1)"},
+    std::string_view{"cmdKeyFile(0)"},
+    std::string_view{"cmdKeyFile(1)"},
+    std::string_view{"cmdRandomnessReport"},
+    std::string_view{"cmdNoRandomnessReport"},
+    std::string_view{"cmdLoadSetup"},
+    std::string_view{"cmdSaveSetupForNextRun"},
+    std::string_view{"cmdSaveSetupAsOperationFile"},
+};
+
+struct Caption {
+    const char* name;
+    const char* text;
+};
+
+/// Captions that never change, and those that stand until the first refresh.
+constexpr Caption Captions[] = {
+    {"lblFunction", "Operation:"},
+    {"optEncrypt", "Encrypt"},
+    {"optDecrypt", "Decrypt"},
+    {"lblInput", "Input:"},
+    {"optSingleFile", "Single file"},
+    {"optFilesInAFolder", "Files in a folder"},
+    {"cmdSingleFile(0)", "Select input file"},
+    {"cmdSingleFile(1)", "Specify output file"},
+    {"lblOutput", "Output:"},
+    {"optOverwriteInputFiles", "Overwrite input file"},
+    {"optWriteToSeparateOutputFiles", "Write to a different file"},
+    {"cmdSpecifyDirectory", "Select input folder"},
+    {"lblIncludeAllSubfolders", "Include all subfolders?"},
+    {"optSubfolders", "Yes"},
+    {"optNotSubfolders", "No"},
+    {"lblIncludeFilesMatching", "Include only files whose names match this pattern: "},
+    {"lblMaxNumFiles", "Current maximum number of files: "},
+    {"lblInputFolder", "Input folder:"},
+    {"lblOutputFolder", "Output folder:"},
+    {"lblSetupFilename", "Setup file:"},
+    {"cmdSpecifyFiles(0)", "Input file"},
+    {"cmdSpecifyFiles(1)", "Output file"},
+    {"cmdKeyboardWithDisplay", "Type key (with display)"},
+    {"cmdKeyboardWithoutDisplay", "Type key (without display)"},
+    {"cmdKeyFile(0)", "Get key from keyfile"},
+    {"cmdKeyFile(1)", "Create random keyfile"},
+    {"cmdEraseKey", "Erase key"},
+    {"cmdDontSpecifyKeyNow", "Not now"},
+    {"cmdNoRandomnessReport", "Not now"},
+    {"cmdRandomnessReport", "Randomness report"},
+    {"cmdReportScreen", "View report screen"},
+    {"cmdSetup", "Setup"},
+    {"cmdHelp(0)", "Online user manual"},
+    {"cmdHelp(1)", "Help on startup"},
+    {"cmdQuit", "Quit"},
+    {"cmdLoadSetup", "Load setup"},
+    {"cmdSaveSetup", "Save setup"},
+    {"cmdClearSetup", "Clear setup"},
+    {"cmdKeepSetup", "Not now"},
+    {"cmdSaveSetupForNextRun", "Save setup for next run"},
+    {"cmdSaveSetupAsOperationFile", "Save setup as operation file"},
+    {"cmdDontSaveSetup", "Not now"},
+    {"lblPerformingReliabilityTest", "Performing reliability test ..."},
+};
+
+MainWindowView WithFixedCaptions() {
+    MainWindowView view;
+    for (const Caption& caption : Captions)
+        view[caption.name].text = caption.text;
+    view["lblIntro"].text =
+        "Use this program to encrypt or decrypt a single file, all or some files in a folder, "
+        "or all or some files\r\nin a folder and all its subfolders.  "
+        "For further advice click on the '" +
+        *view["cmdHelp(0)"].text + "' button.";
+    view["lblPerformingReliabilityTest"].visible = false;
+    view["fraRandomnessFiles"].visible = false;
+    return view;
+}
+
+void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
+    const auto verb = [&](std::string_view word) { return VerbForm(setup.Operation, word); };
+    view["cmdKeyFrom"].text = "Specify " + verb("encryption") + " key";
+    view["cmdDoIt"].text = "Perform the " + verb("encryption");
+    view["cmdListFiles"].text = "List files to be " + verb("encrypted");
+    view["lblFilesInAFolder"].text = "Files will be " + verb("encrypted") + " 'in place'.";
+    view["lblInputFile"].text = InputOutputFileWord(Input, setup.InputMode) + ":";
+    view["lblOutputFile"].text = InputOutputFileWord(Output, setup.InputMode) + ":";
+}
+
+void DeriveOptions(const OperationSetup& setup, MainWindowView& view) {
+    const auto show = [&](std::string_view name, bool selected) {
+        ControlView& option = view[std::string(name)];
+        option.checked = selected;
+        option.bold = selected;
+    };
+    show("optEncrypt", setup.Operation == Function::Encrypt);
+    show("optDecrypt", setup.Operation == Function::Decrypt);
+    show("optSingleFile", setup.InputMode == InputSource::SingleFile);
+    show("optFilesInAFolder", setup.InputMode == InputSource::FilesInAFolder);
+    show("optOverwriteInputFiles", setup.OutputMode == OutputTarget::OverwriteInput);
+    show("optWriteToSeparateOutputFiles", setup.OutputMode == OutputTarget::SeparateOutput);
+    show("optSubfolders", setup.SubfolderAnswer == true);
+    show("optNotSubfolders", setup.SubfolderAnswer == false);
+}
+
+void DeriveFrames(Pane pane, MainWindowView& view) {
+    const bool working = pane == Pane::Menu;
+    view["fraMain"].enabled = working;
+    const auto show = [&](std::string_view name, Pane which) {
+        ControlView& frame = view[std::string(name)];
+        frame.enabled = frame.visible = pane == which;
+    };
+    show("fraMenu", Pane::Menu);
+    show("fraSetup", Pane::Setup);
+    show("fraSaveSetup", Pane::SaveSetup);
+    show("fraKey", Pane::Key);
+    for (const char* name : {"lblKeyFrom(0)", "lblKeyFrom(1)", "picKeyFrom"})
+        view[name].visible = pane != Pane::Key;
+}
+
+void DeriveChoices(const MainWindowState& state, MainWindowView& view) {
+    const OperationSetup& setup = state.setup;
+    const bool single = setup.InputMode == InputSource::SingleFile;
+    const bool inputShown = !setup.FolderCaption[Input].empty();
+    view["fraOutput"].visible = single;
+    view["fraSelectFile"].enabled = single;
+    view["cmdSingleFile(0)"].enabled = single;
+    view["cmdSingleFile(1)"].enabled =
+        inputShown && single && setup.OutputMode == OutputTarget::SeparateOutput;
+    view["cmdRandomnessReport"].enabled = inputShown && single;
+    view["fraFilesInAFolder"].enabled = !single;
+    view["cmdSpecifyDirectory"].enabled = !single;
+    view["cmdListFiles"].enabled = inputShown && !single;
+    view["lblFilesInAFolder"].enabled = state.listFilesWasEnabled;
+    view["lblFilesInAFolder"].visible = !single;
+    view["cmdKeyFile(1)"].visible = setup.Operation == Function::Encrypt;
+    view["txbFilePattern"].text = setup.FilePattern;
+    view["txbMaxNumFiles"].text = std::to_string(setup.MaxNumFiles);
+}
+
+void DeriveLabels(const MainWindowState& state, MainWindowView& view) {
+    const OperationSetup& setup = state.setup;
+    for (const std::size_t i : {Input, Output}) {
+        const std::string index = "(" + std::to_string(i) + ")";
+        ControlView& folder = view["lblFolder" + index];
+        folder.text = setup.FolderCaption[i];
+        folder.toolTip = ToolTipFor(setup.FolderCaption[i], setup.Folder[i]);
+        ControlView& files = view["lblFiles" + index];
+        files.text = setup.FilesCaption[i];
+        files.toolTip = setup.InputMode == InputSource::FilesInAFolder
+                            ? PatternToolTipFor(setup.FilesCaption[i], setup.EffectivePattern())
+                            : ToolTipFor(setup.FilesCaption[i], setup.FileName[i]);
+    }
+    for (const char* name : {"lblFolder(1)", "lblFiles(1)"}) {
+        ControlView& label = view[name];
+        label.bold = !label.text->empty() && !label.text->starts_with(EqualityNoteStart);
+    }
+    ControlView& setupFile = view["lblFiles(2)"];
+    setupFile.text = LabelFor(setup.SetupFileName);
+    setupFile.toolTip = ToolTipFor(*setupFile.text, setup.SetupFileName);
+    view["lblSetupFilename"].visible = setupFile.visible = !setup.SetupFileName.empty();
+
+    ControlView& size = view["lblSize"];
+    size.text = "Size:";
+    size.visible = state.inputLengthBytes.has_value();
+    if (size.visible) *size.text += " " + WithThousands(*state.inputLengthBytes) + " bytes";
+}
+
+} // namespace
+
+MainWindowView DeriveMainWindow(const MainWindowState& state) {
+    MainWindowView view = WithFixedCaptions();
+    DeriveWording(state.setup, view);
+    DeriveOptions(state.setup, view);
+    DeriveFrames(state.pane, view);
+    DeriveChoices(state, view);
+    DeriveLabels(state, view);
+    for (const std::string_view name : NotInThisVersion) {
+        ControlView& control = view[std::string(name)];
+        control.enabled = false;
+        control.toolTip = NotInThisVersionHint;
+    }
+    return view;
+}
+
+bool IsNotInThisVersion(std::string_view controlName) {
+    return std::ranges::find(NotInThisVersion, controlName) != NotInThisVersion.end();
+}
+
+} // namespace zr5

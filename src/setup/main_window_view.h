@@ -1,0 +1,47 @@
+#pragma once
+
+// Everything that the main window shows, derived from the setup in one place. The window only
+// copies it onto its controls.
+
+#include "setup/operation_setup.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// What stands in the place of the menu. Everything but the menu disables the rest.
+enum class Pane { Menu, Setup, SaveSetup, Key };
+
+struct MainWindowState {
+    OperationSetup setup;
+    Pane pane = Pane::Menu;
+    /// Whether `cmdListFiles` was enabled by the last refresh: its note follows it.
+    bool listFilesWasEnabled = false;
+    std::optional<std::uint64_t> inputLengthBytes; ///< of the single input file
+};
+
+struct ControlView {
+    std::optional<std::string> text; ///< caption, label or box; not set: not this view's
+    bool enabled = true;
+    bool visible = true;
+    bool bold = false;
+    bool checked = false; ///< option buttons
+    std::string toolTip;
+};
+
+/// By the control's name; the k-th of an indexed group is "name(k)".
+using MainWindowView = std::map<std::string, ControlView, std::less<>>;
+
+[[nodiscard]] MainWindowView DeriveMainWindow(const MainWindowState& state);
+
+/// Shown by every control that belongs to a later version.
+inline constexpr std::string_view NotInThisVersionHint = "Not available in this version.";
+/// Whether a control leads to something that this version does not have.
+[[nodiscard]] bool IsNotInThisVersion(std::string_view controlName);
+
+} // namespace zr5

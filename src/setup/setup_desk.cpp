@@ -1,0 +1,157 @@
+#include "setup/setup_desk.h"
+
+#include "setup/field_rules.h"
+#include "util/paths.h"
+#include "util/text.h"
+
+#include <utility>
+
+namespace zr5 {
+
+SetupDesk::SetupDesk(UserPort& user, FileSystem& fileSystem, ProgramTextLookup programText)
+    : user_(user), fileSystem_(fileSystem), programText_(std::move(programText)) {
+    state_.setup.MaxNumFiles = MaxNumFilesUpper;
+}
+
+void SetupDesk::ResetSetup() {
+    OperationSetup setup;
+    setup.SubfolderAnswer = false;
+    TakeOver(std::move(setup));
+}
+
+void SetupDesk::TakeOver(OperationSetup setup) {
+    state_.setup = std::move(setup);
+    MeasureInput();
+}
+
+void SetupDesk::SelectFunction(Function function) {
+    state_.setup.Operation = function;
+}
+
+void SetupDesk::SelectInputMode(InputSource source) {
+    OperationSetup& setup = state_.setup;
+    if (setup.InputMode == source) return;
+    setup.InputMode = source;
+    if (source == InputSource::FilesInAFolder) setup.OutputMode = OutputTarget::OverwriteInput;
+    ClearInputChoice();
+}
+
+void SetupDesk::SelectOutputMode(OutputTarget target) {
+    OperationSetup& setup = state_.setup;
+    setup.OutputMode = target;
+    if (target == OutputTarget::OverwriteInput && InputIsChosen())
+        SetOutputFile(setup.Folder[Input], setup.FileName[Input]);
+}
+
+void SetupDesk::AnswerSubfolders(bool include) {
+    if (state_.setup.Folder[Input].empty()) {
+        user_.Ask(Notice("Please select an input folder.", "Subfolders?", BoxIcon::Information));
+        return;
+    }
+    state_.setup.SubfolderAnswer = include;
+}
+
+bool SetupDesk::LeaveFilePattern(std::string_view text, Leaving leaving) {
+    OperationSetup& setup = state_.setup;
+    std::string pattern(Trim(text));
+    if (pattern.empty()) pattern = AllFilesPattern;
+    if (pattern == setup.FilePattern) return true;
+    if (HasForbiddenCharacter(pattern, Wildcards::Allowed)) {
+        if (leaving == Leaving::Speaking) user_.Ask(RefusedPatternBox(pattern));
+        return false;
+    }
+    setup.FilePattern = pattern;
+    if (setup.InputMode == InputSource::FilesInAFolder && !setup.Folder[Input].empty()) {
+        setup.FileName = {pattern, pattern};
+        setup.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterEdit);
+    }
+    return true;
+}
+
+bool SetupDesk::LeaveMaxNumFiles(std::string_view text, Leaving leaving) {
+    if (Trim(text) == std::to_string(state_.setup.MaxNumFiles)) return true;
+    const auto accepted = TypedMaxNumFiles(text);
+    if (accepted) {
+        state_.setup.MaxNumFiles = *accepted;
+    } else if (leaving == Leaving::Speaking) {
+        user_.Ask(RefusedMaxNumFilesBox());
+    }
+    return accepted.has_value();
+}
+
+void SetupDesk::SetInputFile(const std::string& folder, const std::string& name) {
+    OperationSetup& setup = state_.setup;
+    setup.Folder[Input] = folder;
+    setup.FileName[Input] = name;
+    setup.FolderCaption[Input] = LabelFor(folder);
+    setup.FilesCaption[Input] = LabelFor(name);
+    const bool follows = setup.OutputMode == OutputTarget::OverwriteInput;
+    SetOutputFile(follows ? folder : "", follows ? name : "");
+    MeasureInput();
+}
+
+void SetupDesk::SetOutputFile(const std::string& folder, const std::string& name) {
+    OperationSetup& setup = state_.setup;
+    setup.Folder[Output] = folder;
+    setup.FileName[Output] = name;
+    setup.FolderCaption[Output] = LabelFor(folder);
+    setup.FilesCaption[Output] = LabelFor(name);
+    WriteEqualityNotes(setup, programText_);
+}
+
+void SetupDesk::Ask(Prompt prompt) {
+    if (startupDone_) user_.Ask(PromptBox(prompt, Setup().InputMode));
+}
+
+bool SetupDesk::ReadyToPerform() {
+    const OperationSetup& setup = Setup();
+    if (setup.Folder[Input].empty() || setup.FileName[Input].empty()) {
+        Ask(Prompt::MissingInput);
+        return false;
+    }
+    RewriteLabels();
+    const int disagreement = CheckLabels();
+    if (disagreement == 0) return true;
+    Ask(disagreement >= -4 ? Prompt::SpecifyInput : Prompt::SpecifyOutput);
+    return false;
+}
+
+void SetupDesk::SetOperationRunning(bool running) {
+    operationRunning_ = running;
+    if (!running) MeasureInput();
+}
+
+int SetupDesk::CheckLabels() const {
+    return CheckConsistency(Setup(), programText_);
+}
+
+void SetupDesk::RewriteLabels() {
+    RewriteCaptions(state_.setup, programText_);
+}
+
+MainWindowView SetupDesk::Refresh() {
+    WriteEqualityNotes(state_.setup, programText_);
+    MainWindowView view = DeriveMainWindow(state_);
+    state_.listFilesWasEnabled = Setup().InputMode == InputSource::FilesInAFolder &&
+                                 InputIsChosen() && !IsNotInThisVersion("cmdListFiles");
+    return view;
+}
+
+void SetupDesk::ClearInputChoice() {
+    OperationSetup& setup = state_.setup;
+    setup.Folder = {};
+    setup.FileName = {};
+    setup.FolderCaption = {};
+    setup.FilesCaption = {};
+    setup.SubfolderAnswer.reset();
+    MeasureInput();
+}
+
+void SetupDesk::MeasureInput() {
+    state_.inputLengthBytes.reset();
+    if (Setup().InputMode != InputSource::SingleFile || Setup().FilePath(Input).empty()) return;
+    if (const auto info = fileSystem_.Info(Setup().FilePath(Input)))
+        state_.inputLengthBytes = info->lengthBytes;
+}
+
+} // namespace zr5

@@ -1,0 +1,91 @@
+#pragma once
+
+// The desk at which an operation is composed: owns the one OperationSetup of the run and has
+// one call for each thing that the user can do to it in the main window.
+
+#include "libs/file_system.h"
+#include "setup/labels.h"
+#include "setup/main_window_view.h"
+#include "setup/prompts.h"
+#include "util/user_port.h"
+
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+class SetupDesk {
+  public:
+    SetupDesk(UserPort& user, FileSystem& fileSystem, ProgramTextLookup programText);
+
+    [[nodiscard]] const OperationSetup& Setup() const { return state_.setup; }
+    /// An input file or folder is shown.
+    [[nodiscard]] bool InputIsChosen() const { return !Setup().FolderCaption[Input].empty(); }
+
+    /// "Clear setup" but for the key.
+    void ResetSetup();
+    /// Takes over a whole setup, captions included, without any reaction.
+    void TakeOver(OperationSetup setup);
+
+    void SelectFunction(Function function);
+    /// A change clears the input choice; folder operations always work in place.
+    void SelectInputMode(InputSource source);
+    /// Overwriting makes the output the input; a different file keeps what stands.
+    void SelectOutputMode(OutputTarget target);
+    /// Refused with a box while no input folder is chosen.
+    void AnswerSubfolders(bool include);
+
+    /// A box is left. `Speaking` explains a refusal in a box; `Silently` only keeps the value in
+    /// force. False when the text was refused.
+    enum class Leaving { Speaking, Silently };
+    bool LeaveFilePattern(std::string_view text, Leaving leaving);
+    bool LeaveMaxNumFiles(std::string_view text, Leaving leaving);
+
+    /// Folder (with its separator) and name of the single input file. While overwriting the
+    /// output follows; else it is empty until it is chosen anew.
+    void SetInputFile(const std::string& folder, const std::string& name);
+    void SetOutputFile(const std::string& folder, const std::string& name);
+
+    /// Changes what stands in the place of the menu.
+    void Show(Pane pane) { state_.pane = pane; }
+    [[nodiscard]] Pane ShownPane() const { return state_.pane; }
+
+    /// Set while a double-click's second release may still arrive from a file picker that the
+    /// setup buttons opened.
+    void SetDialogJustClosed(bool justClosed) { dialogJustClosed_ = justClosed; }
+    [[nodiscard]] bool DialogJustClosed() const { return dialogJustClosed_; }
+
+    /// From here on prompts are shown.
+    void FinishStartup() { startupDone_ = true; }
+    [[nodiscard]] bool StartupDone() const { return startupDone_; }
+    void Ask(Prompt prompt);
+
+    /// Whether an operation can be checked: the input is there and agrees with the labels, which
+    /// are written anew first. If not, a prompt says what is missing.
+    [[nodiscard]] bool ReadyToPerform();
+
+    void SetOperationRunning(bool running);
+    [[nodiscard]] bool OperationRunning() const { return operationRunning_; }
+
+    /// 0, or the first disagreement between setup and labels (see labels.h).
+    [[nodiscard]] int CheckLabels() const;
+    /// Writes the labels anew from the setup.
+    void RewriteLabels();
+
+    /// What the window has to show now.
+    [[nodiscard]] MainWindowView Refresh();
+
+  private:
+    void ClearInputChoice();
+    void MeasureInput();
+
+    UserPort& user_;
+    FileSystem& fileSystem_;
+    ProgramTextLookup programText_;
+    MainWindowState state_;
+    bool dialogJustClosed_ = false;
+    bool startupDone_ = false;
+    bool operationRunning_ = false;
+};
+
+} // namespace zr5
