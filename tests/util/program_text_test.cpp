@@ -1,48 +1,39 @@
 #include "util/program_text.h"
 
+#include "libs/program_text_file.h"
+#include "support/fakes.h"
 #include "support/scripted_user.h"
 #include "util/language_lists.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
-#include <map>
 
 namespace zr5 {
 namespace {
 
 using test::ScriptedUser;
 
-/// A kit that has program texts and nothing else.
-class TextKit final : public FileKit {
+/// A kit whose `gt` fills the buffer beyond the text and checks how it is called.
+class TextKit final : public test::FakeKit {
   public:
-    std::int32_t loadResult = 1;
-    std::string loadedPath;
-    std::map<std::int16_t, std::string> texts;
-
-    std::int64_t compare_files(const std::string&, const std::string&) override { return 0; }
-    double fr(const std::string&, std::int32_t) override { return RandomnessUnreadable; }
-    double randomness_measure(std::string_view, std::int32_t, std::int16_t) override { return 0; }
-    std::int32_t purge_file(const std::string&, std::int32_t, bool, bool) override { return -4; }
-    std::int32_t new_file_creatable(const std::string&) override { return 0; }
-    std::int32_t new_filepath_extension(std::string&) override { return 1; }
     std::int32_t gt(std::int16_t number, std::int16_t language, std::span<char> buffer,
                     std::int32_t bufferLength, std::int32_t one) override {
         EXPECT_EQ(language, 0);
         EXPECT_EQ(bufferLength, 1024);
         EXPECT_EQ(buffer.size(), 1024U);
         EXPECT_EQ(one, 1);
-        const auto found = texts.find(number);
-        if (found == texts.end()) return -1;
         std::ranges::fill(buffer, '#');
-        std::ranges::copy(found->second, buffer.begin());
-        return static_cast<std::int32_t>(found->second.size());
-    }
-    std::int32_t lt(const std::string& path, std::int32_t reserved) override {
-        EXPECT_EQ(reserved, 0);
-        loadedPath = path;
-        return loadResult;
+        return FakeKit::gt(number, language, buffer, bufferLength, one);
     }
 };
+
+std::string ShippedTexts() {
+    const auto here = std::filesystem::path(__FILE__).parent_path();
+    std::ifstream file(here / "../../src/app/zr5e.dat", std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 struct FailureCase {
     std::int32_t code;
@@ -81,7 +72,7 @@ TEST(ProgramTextLoading, SaysNothingWhenItSucceeds) {
     TextKit kit;
     ScriptedUser user;
     LoadProgramText(kit, user, "C:\\Programs\\", "zr5e.dat");
-    EXPECT_EQ(kit.loadedPath, "C:\\Programs\\zr5e.dat");
+    EXPECT_EQ(kit.loaded, std::vector<std::string>{"C:\\Programs\\zr5e.dat"});
     EXPECT_TRUE(user.asked.empty());
 }
 
@@ -95,6 +86,17 @@ TEST(ProgramText, IsAsLongAsTheKitSays) {
     EXPECT_EQ(GetProgramText(kit, 4), "");
     EXPECT_EQ(GetProgramText(kit, 5), std::string(1024, 'x'));
     EXPECT_EQ(GetProgramText(kit, 6), "");
+}
+
+TEST(ProgramText, IsShippedForEveryNumberInUse) {
+    ProgramTextTable texts;
+    ASSERT_EQ(ParseProgramTexts(ShippedTexts(), texts), 6);
+    EXPECT_EQ(texts[18], "Same as input folder");
+    EXPECT_EQ(texts[47], "Same as input file");
+    EXPECT_EQ(texts[48], "Same as input files");
+    EXPECT_EQ(texts[50], "The output file is the same as the input file.");
+    EXPECT_EQ(texts[51], "No files in the input folder or its subfolders match the file pattern.");
+    EXPECT_EQ(texts[52], "No files in the input folder match the file pattern.");
 }
 
 TEST(LanguageLists, HaveStopWordsForOneProgramOnly) {
