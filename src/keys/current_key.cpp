@@ -11,9 +11,13 @@ KeySource CurrentKey::Source() const {
     return KeySource::NonRandomNonTextKeyfile;
 }
 
-void EraseKey(CurrentKey& key, CipherEngine& engine) {
+void DiscardKey(CurrentKey& key) {
     Wipe(std::as_writable_bytes(std::span(key.keyfilePath)));
     key = CurrentKey{};
+}
+
+void EraseKey(CurrentKey& key, CipherEngine& engine) {
+    DiscardKey(key);
     engine.operation_initialization({}, EngineEncrypt, 0, 0);
 }
 

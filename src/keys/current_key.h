@@ -44,6 +44,10 @@ struct CurrentKey {
     [[nodiscard]] KeySource Source() const;
 };
 
+/// Wipes every piece of key material held here and leaves the state "no key". The engine keeps
+/// its own copy until it is given another key.
+void DiscardKey(CurrentKey& key);
+
 /// Wipes every piece of key material, also the engine's, and leaves the state "no key".
 /// The dialogs' own boxes are wiped by their windows.
 void EraseKey(CurrentKey& key, CipherEngine& engine);

@@ -1,0 +1,281 @@
+#include "keys/keyboard_with_display.h"
+#include "keys/keyboard_without_display.h"
+#include "support/scripted_user.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using test::ScriptedUser;
+
+constexpr std::u16string_view Typed = u"abcd efgh ijkl mnop";
+constexpr std::string_view TypedBytes = "abcd efgh ijkl mnop";
+constexpr std::string_view Canonical = "ABCDEFGHIJKLMNOP";
+
+/// A key as a new random keyfile leaves it.
+CurrentKey KeyfileKey() {
+    CurrentKey key;
+    key.keyText = SecretBytes::CopyOf("THE KEY OF A KEYFILE");
+    key.keyBuffer = SecretBytes::CopyOf("the key of a keyfile");
+    key.keyfilePath = "/home/a/key";
+    key.checksum = 4321;
+    key.keyState = key_state::Keyfile;
+    key.isNewRandomKey = true;
+    key.isApparentlyRandom = true;
+    return key;
+}
+
+void ExpectUntouchedKeyfileKey(const CurrentKey& key) {
+    EXPECT_EQ(key.keyText.text(), "THE KEY OF A KEYFILE");
+    EXPECT_EQ(key.keyfilePath, "/home/a/key");
+    EXPECT_EQ(key.checksum, 4321);
+    EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile);
+}
+
+void ExpectNoKey(const CurrentKey& key) {
+    EXPECT_FALSE(key.IsHeld());
+    EXPECT_TRUE(key.keyText.empty());
+    EXPECT_TRUE(key.keyBuffer.empty());
+    EXPECT_TRUE(key.rawKeyEntry.empty());
+    EXPECT_TRUE(key.keyfilePath.empty());
+    EXPECT_FALSE(key.keyChoiceAbandoned);
+}
+
+/// What every accepted typed key has, whatever key there was before.
+void ExpectTypedKey(const CurrentKey& key) {
+    EXPECT_EQ(key.keyText.text(), Canonical);
+    EXPECT_EQ(key.checksum, 6304);
+    EXPECT_EQ(key.keyState, key_state::Keyboard);
+    EXPECT_TRUE(key.keyfilePath.empty());
+    EXPECT_FALSE(key.isNewRandomKey);
+    EXPECT_FALSE(key.isApparentlyRandom);
+    EXPECT_FALSE(key.keyChoiceAbandoned);
+}
+
+TEST(TypedKey, IsBytesOfTheCodePageOrNothing) {
+    EXPECT_EQ(TypedKeyBytes(u"a€ÿ")->text(), "a\x80\xFF");
+    EXPECT_TRUE(TypedKeyBytes(u"")->empty());
+    for (const auto* refused : {u"abcΩ", u"💾", u"e\u0301"}) {
+        EXPECT_FALSE(TypedKeyBytes(refused).has_value());
+    }
+}
+
+TEST(KeyTypedWithDisplay, CanBeAcceptedFromSixteenCharactersOn) {
+    KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
+    EXPECT_FALSE(dialog.IsAcceptable());
+    EXPECT_TRUE(dialog.Edit(u"abcd efgh ijkl mno"));
+    EXPECT_FALSE(dialog.IsAcceptable());
+    EXPECT_TRUE(dialog.Edit(Typed));
+    EXPECT_TRUE(dialog.IsAcceptable());
+    EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
+    dialog.Edit(u"");
+    EXPECT_FALSE(dialog.IsAcceptable());
+}
+
+TEST(KeyTypedWithDisplay, IsAskedForInTheWordsOfTheFunction) {
+    const CurrentKey none;
+    EXPECT_EQ(KeyboardWithDisplay(Function::Encrypt, none).Prompt(),
+              "Enter the encryption key (16-64 characters, spaces ignored, case not significant):");
+    EXPECT_EQ(KeyboardWithDisplay(Function::Decrypt, none).Prompt(),
+              "Enter the decryption key (16-64 characters, spaces ignored, case not significant):");
+}
+
+TEST(KeyTypedWithDisplay, KeepsItsEntryWhenAnEditIsRefused) {
+    KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
+    dialog.Edit(u"abc");
+    EXPECT_FALSE(dialog.Edit(u"abcΩ"));
+    EXPECT_TRUE(dialog.ShowsHint());
+    EXPECT_EQ(dialog.Entry().text(), "abc");
+    EXPECT_TRUE(dialog.Edit(u"abcd"));
+    EXPECT_FALSE(dialog.ShowsHint());
+}
+
+TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTime) {
+    CurrentKey key = KeyfileKey();
+    KeyboardWithDisplay dialog(Function::Encrypt, key);
+    EXPECT_TRUE(dialog.Entry().empty());
+    dialog.Edit(Typed);
+    dialog.Commit(KeyAnswer::Yes, key);
+    ExpectTypedKey(key);
+    EXPECT_TRUE(key.isTextKey);
+    EXPECT_TRUE(key.keyBuffer.empty());
+
+    const KeyboardWithDisplay next(Function::Encrypt, key);
+    EXPECT_EQ(next.Entry().text(), TypedBytes);
+    EXPECT_TRUE(next.IsAcceptable());
+}
+
+TEST(KeyTypedWithDisplay, IsNotFilledInAgainWhenItCannotBeShown) {
+    CurrentKey key;
+    key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
+    EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
+}
+
+TEST(KeyTypedWithDisplay, IsDroppedByNoAndLeftAloneByCancel) {
+    CurrentKey key = KeyfileKey();
+    KeyboardWithDisplay dialog(Function::Encrypt, key);
+    dialog.Edit(Typed);
+    dialog.Commit(KeyAnswer::Cancel, key);
+    ExpectUntouchedKeyfileKey(key);
+    EXPECT_TRUE(key.rawKeyEntry.empty());
+    dialog.Commit(KeyAnswer::No, key);
+    ExpectNoKey(key);
+    EXPECT_TRUE(dialog.Entry().empty());
+}
+
+class WithoutDisplay : public testing::Test {
+  protected:
+    KeyboardWithoutDisplay dialog{Function::Encrypt};
+    ScriptedUser user;
+    const MessageBox inspectQuestion = Question("Inspect the key?", "Key specified");
+};
+
+TEST_F(WithoutDisplay, AsksForTheKeyInTheWordsOfTheFunction) {
+    EXPECT_EQ(
+        dialog.Prompt(),
+        "Enter the encryption key, 16-64 non-space characters (which will not be displayed):");
+    EXPECT_EQ(
+        KeyboardWithoutDisplay(Function::Decrypt).Prompt(),
+        "Enter the decryption key, 16-64 non-space characters (which will not be displayed):");
+}
+
+TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
+    struct Step {
+        std::size_t box;
+        std::u16string_view typed;
+        bool firstIsLongEnough, showsOk;
+    };
+    const Step steps[] = {
+        {0, u"abcdefghijklmno", false, false},
+        {0, Typed, true, false},
+        {1, u"abcdefghijklmno", true, false},
+        {1, u"ponmlkjihgfedcba", true, true},
+        {0, u"abc", false, false},
+        {0, Typed, true, true},
+        {1, u"", true, false},
+    };
+    for (const Step& step : steps) {
+        dialog.Edit(step.box, step.typed);
+        EXPECT_EQ(dialog.FirstIsLongEnough(), step.firstIsLongEnough);
+        EXPECT_EQ(dialog.SecondIsEnabled(), step.firstIsLongEnough);
+        EXPECT_EQ(dialog.ShowsOk(), step.showsOk);
+        if (step.firstIsLongEnough) {
+            EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
+        }
+    }
+}
+
+TEST_F(WithoutDisplay, ShowsTheHintAtTheBoxThatRefused) {
+    dialog.Edit(0, Typed);
+    EXPECT_FALSE(dialog.Edit(1, u"Ω"));
+    EXPECT_FALSE(dialog.ShowsHint(0));
+    EXPECT_TRUE(dialog.ShowsHint(1));
+    EXPECT_TRUE(dialog.Entry(1).empty());
+}
+
+TEST_F(WithoutDisplay, TakesEntriesThatDifferInCaseAndBlanksForTheSame) {
+    dialog.Edit(0, u"  abcd efgh ijkl mnop ");
+    dialog.Edit(1, u"ABCDEFGHIJKLMNOP  ");
+    EXPECT_TRUE(dialog.EntriesMatch(user));
+    EXPECT_EQ(dialog.Entry(0).text(), TypedBytes);
+    EXPECT_EQ(dialog.Entry(1).text(), Canonical);
+}
+
+TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
+    dialog.Edit(0, Typed);
+    dialog.Edit(1, u"abcdefghijklmnoq");
+    user.Expect(Notice("The key entries do not match!", "Error", BoxIcon::Exclamation));
+    EXPECT_FALSE(dialog.EntriesMatch(user));
+    EXPECT_TRUE(dialog.Entry(0).empty());
+    EXPECT_EQ(dialog.Entry(1).text(), "abcdefghijklmnoq");
+    EXPECT_FALSE(dialog.FirstIsLongEnough());
+    EXPECT_TRUE(dialog.SecondIsEnabled());
+    EXPECT_FALSE(dialog.ShowsOk());
+
+    dialog.Edit(1, Typed);
+    dialog.Edit(0, u"abc");
+    EXPECT_TRUE(dialog.SecondIsEnabled());
+    EXPECT_FALSE(dialog.ShowsOk());
+    dialog.Edit(0, Typed);
+    EXPECT_TRUE(dialog.ShowsOk());
+    dialog.Edit(0, u"abc");
+    EXPECT_FALSE(dialog.SecondIsEnabled());
+}
+
+TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclined) {
+    CurrentKey key = KeyfileKey();
+    key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
+    dialog.Edit(0, Typed);
+    dialog.Edit(1, Typed);
+    user.Expect(inspectQuestion, Answer::No);
+    const KeyAnswer answer = dialog.AskToInspect(user, nullptr);
+    EXPECT_EQ(answer, KeyAnswer::Yes);
+    dialog.Commit(answer, key);
+    ExpectTypedKey(key);
+    EXPECT_TRUE(key.keyBuffer.empty());
+    EXPECT_TRUE(key.rawKeyEntry.empty());
+    EXPECT_TRUE(dialog.Entry(0).empty());
+    EXPECT_TRUE(dialog.Entry(1).empty());
+}
+
+TEST_F(WithoutDisplay, AsksAgainWhereNothingCanInspect) {
+    user.Expect(inspectQuestion, Answer::Yes)
+        .Expect("Key specified", "The key cannot be inspected in this version.  Please answer No "
+                                 "to use it without inspecting it.")
+        .Expect(inspectQuestion, Answer::No);
+    dialog.Edit(0, Typed);
+    EXPECT_EQ(dialog.AskToInspect(user, nullptr), KeyAnswer::Yes);
+}
+
+/// Remembers what it was shown, and answers what a test says.
+class FakeInspector final : public KeyInspector {
+  public:
+    bool answer = true;
+    std::string buffer, classLine, fileLine;
+    bool isTextKey = false;
+
+    bool Inspect(const InspectedKey& key) override {
+        buffer = key.buffer.text();
+        classLine = key.classLine;
+        fileLine = key.fileLine;
+        isTextKey = key.isTextKey && !key.isApparentlyRandom && !key.isNewRandomKey;
+        return answer;
+    }
+};
+
+TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
+    for (const bool accepted : {true, false}) {
+        CurrentKey key = KeyfileKey();
+        FakeInspector inspector;
+        inspector.answer = accepted;
+        dialog.Edit(0, Typed);
+        dialog.Edit(1, Typed);
+        user.Expect(inspectQuestion, Answer::Yes);
+        const KeyAnswer answer = dialog.AskToInspect(user, &inspector);
+        EXPECT_EQ(inspector.buffer, TypedBytes);
+        EXPECT_EQ(inspector.classLine, "Key entered at keyboard");
+        EXPECT_EQ(inspector.fileLine, "");
+        EXPECT_TRUE(inspector.isTextKey);
+        ExpectUntouchedKeyfileKey(key);
+        dialog.Commit(answer, key);
+        if (accepted) {
+            ExpectTypedKey(key);
+            EXPECT_TRUE(key.isTextKey);
+            EXPECT_EQ(key.keyBuffer.text(), TypedBytes);
+        } else {
+            ExpectNoKey(key);
+        }
+    }
+}
+
+TEST_F(WithoutDisplay, ChangesNothingWhenCancelled) {
+    CurrentKey key = KeyfileKey();
+    dialog.Edit(0, Typed);
+    dialog.Commit(KeyAnswer::Cancel, key);
+    ExpectUntouchedKeyfileKey(key);
+    EXPECT_TRUE(dialog.Entry(0).empty());
+}
+
+} // namespace
+} // namespace zr5

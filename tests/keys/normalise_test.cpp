@@ -1,0 +1,58 @@
+#include "keys/normalise.h"
+
+#include "util/code_page.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct NormaliseCase {
+    std::string_view text, canonical;
+};
+class NormalisedKey : public testing::TestWithParam<NormaliseCase> {};
+
+TEST_P(NormalisedKey, HasNoBlanksAndNoSmallLetters) {
+    EXPECT_EQ(NormaliseKey(GetParam().text).text(), GetParam().canonical);
+}
+
+INSTANTIATE_TEST_SUITE_P(Bytes, NormalisedKey,
+                         testing::Values(NormaliseCase{"abcd efgh ijkl mnop", "ABCDEFGHIJKLMNOP"},
+                                         NormaliseCase{"\t a\r\nb\0c\x1F!\x7F"sv, "ABC!\x7F"},
+                                         NormaliseCase{"\xE9\xDF\xF7\xFF\xA0",
+                                                       "\xC9\xDF\xF7\x9F\xA0"},
+                                         NormaliseCase{" \n ", ""}, NormaliseCase{"", ""}));
+
+TEST(KeyLength, CountsCanonicalCharactersOnly) {
+    EXPECT_FALSE(KeyLengthSufficient("abcdefghijklmno"));
+    EXPECT_FALSE(KeyLengthSufficient("   abcdefgh\tijklmno   "));
+    EXPECT_TRUE(KeyLengthSufficient("abcdefghijklmnop"));
+    EXPECT_TRUE(KeyLengthSufficient(std::string(64, 'x')));
+    EXPECT_FALSE(KeyLengthSufficient(std::string(64, ' ')));
+}
+
+TEST(Checksum, IsTheSameForTextsThatNormaliseAlike) {
+    EXPECT_EQ(KeyChecksum("ABCDEFGHIJKLMNOP"), 6304);
+    EXPECT_EQ(KeyChecksum(NormaliseKey("abcd efgh ijkl mnop").text()), 6304);
+    EXPECT_NE(KeyChecksum("ABCDEFGHIJKLMNOQ"), 6304);
+    EXPECT_EQ(ChecksumText(6304), "Checksum is 6304");
+}
+
+TEST(Checksum, HasFourDigitsForAnyKey) {
+    std::int16_t least = INT16_MAX;
+    std::int16_t most = 0;
+    for (int i = 0; i < 50'000; ++i) {
+        const std::int16_t checksum = KeyChecksum("KEY" + std::to_string(i));
+        least = std::min(least, checksum);
+        most = std::max(most, checksum);
+    }
+    EXPECT_GE(least, 1001);
+    EXPECT_LT(least, 1011);
+    EXPECT_LE(most, 9999);
+    EXPECT_GT(most, 9989);
+}
+
+} // namespace
+} // namespace zr5
