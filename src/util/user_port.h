@@ -61,6 +61,9 @@ class UserPort {
     [[nodiscard]] virtual std::optional<std::string> PickFolder(const FolderPicker& picker) = 0;
     /// Lets the interface repaint and react to the user.
     virtual void ProcessEvents() = 0;
+    /// As ProcessEvents, but first sleeps until something happens; for loops that wait for the
+    /// user.
+    virtual void WaitForEvents() { ProcessEvents(); }
     virtual void CopyToClipboard(const std::string& text) = 0;
     /// Opens an address in the desktop's web browser. Above 32 on success, else an error code
     /// (2 not found, 8 out of memory, 31 no program for this kind of file).

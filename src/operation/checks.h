@@ -1,0 +1,22 @@
+#pragma once
+
+// What must be right before an operation starts, checked in a fixed order; each refusal is a
+// message and changes nothing.
+
+#include "operation/confirmation.h"
+#include "operation/operation_context.h"
+
+namespace zr5 {
+
+/// Whether the operation may start: the output is not the input, there is a key, an output is
+/// chosen, and the user confirms.
+[[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
+                            ConfirmationView& view);
+
+/// The caption of `cmdDoIt`, which is also the title of refusals.
+[[nodiscard]] std::string PerformCaption(Function operation);
+
+/// The work list of a single-file operation.
+[[nodiscard]] WorkList SingleFileList(const OperationSetup& setup);
+
+} // namespace zr5

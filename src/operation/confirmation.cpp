@@ -1,0 +1,59 @@
+#include "operation/confirmation.h"
+
+#include "operation/driver.h"
+#include "setup/verb_form.h"
+#include "setup/words.h"
+#include "util/display.h"
+#include "util/numbers.h"
+
+namespace zr5 {
+namespace {
+
+std::string InputSentence(const OperationSetup& setup, std::uint64_t fileCount) {
+    std::string text = VerbForm(setup.Operation, "Encrypting") + " " + InputDescription(setup) +
+                       " (" + WithThousands(fileCount) + " " + FileWord(fileCount) + ")";
+    if (setup.InputMode == InputSource::FilesInAFolder && setup.IncludeSubfolders()) {
+        text += " and in all lower subfolders";
+    }
+    return text + ".";
+}
+
+std::string OutputSentence(const OperationSetup& setup) {
+    const bool one = setup.InputMode == InputSource::SingleFile;
+    const std::string files = one ? "The output file" : "The output files";
+    if (setup.OutputMode == OutputTarget::OverwriteInput) {
+        return files + (one ? " will have the same name as the input file"
+                              " (so the input file will be overwritten)."
+                            : " will have the same names as the input files"
+                              " (so the input files will be overwritten).");
+    }
+    if (setup.FileName[Input] == setup.FileName[Output]) {
+        return files + (one ? " will have the same name." : " will have the same names.");
+    }
+    const std::string specified = files + (one ? " is specified as " : " are specified as ");
+    if (setup.Folder[Input] == setup.Folder[Output]) {
+        return specified + DisplayName(setup.FileName[Output]) +
+               (one ? " in the same folder." : " in the same folders.");
+    }
+    return specified + DisplayName(setup.FilePath(Output)) + ".";
+}
+
+} // namespace
+
+Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
+                             std::uint64_t fileCount) {
+    const std::string encryption = VerbForm(setup.Operation, "encryption");
+    Confirmation confirmation;
+    confirmation.operation =
+        "Confirm " + encryption + " operation using key with checksum" + AfterText(key.checksum);
+    confirmation.input = InputSentence(setup, fileCount);
+    confirmation.output = OutputSentence(setup);
+    if (setup.InputMode == InputSource::FilesInAFolder) {
+        confirmation.reminder = "It is advisable to list the files before performing "
+                                "this operation, if not done already.";
+    }
+    confirmation.question = "Perform this " + encryption + " operation?";
+    return confirmation;
+}
+
+} // namespace zr5

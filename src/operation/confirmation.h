@@ -1,0 +1,32 @@
+#pragma once
+
+// The sentences with which the user confirms an operation before it starts.
+
+#include "keys/current_key.h"
+#include "setup/operation_setup.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zr5 {
+
+/// What `frmConfirmOperation` shows. UTF-8, one paragraph a field; empty ones are left out.
+struct Confirmation {
+    std::string operation; ///< which operation, and the key's checksum
+    std::string input;     ///< which files, and how many
+    std::string output;    ///< where the result goes
+    std::string reminder;  ///< to list the files first; for folders
+    std::string question;
+};
+
+[[nodiscard]] Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
+                                           std::uint64_t fileCount);
+
+/// The window that asks. Anything but Yes is no.
+class ConfirmationView {
+  public:
+    virtual ~ConfirmationView() = default;
+    [[nodiscard]] virtual bool Confirm(const Confirmation& confirmation) = 0;
+};
+
+} // namespace zr5

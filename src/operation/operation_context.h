@@ -1,0 +1,47 @@
+#pragma once
+
+// What a running operation works with: what to do, which files, and the machine.
+
+#include "keys/current_key.h"
+#include "libs/cipher_engine.h"
+#include "libs/clock.h"
+#include "libs/file_kit.h"
+#include "libs/file_system.h"
+#include "setup/operation_setup.h"
+#include "util/user_port.h"
+
+#include <string>
+#include <vector>
+
+namespace zr5 {
+
+/// One line of the work list: a file, or the boundary at which a folder begins.
+struct WorkItem {
+    enum class Kind { File, Folder, ProhibitedFolder };
+    Kind kind = Kind::File;
+    std::string inputPath;  ///< of the file or folder
+    std::string outputPath; ///< of the file; equal to inputPath in place
+};
+
+/// A snapshot of what is to be processed, in order.
+using WorkList = std::vector<WorkItem>;
+
+/// The machine and the user, as the operation room reaches them.
+struct Machine {
+    FileSystem& fileSystem;
+    CipherEngine& engine;
+    FileKit& fileKit;
+    UserPort& user;
+    const Clock& clock;
+    std::string executablePath; ///< real path of the running program
+};
+
+/// One operation; setup and key stay as they are while it runs.
+struct OperationContext {
+    const OperationSetup& setup;
+    const CurrentKey& key;
+    const WorkList& list;
+    Machine& machine;
+};
+
+} // namespace zr5

@@ -1,0 +1,146 @@
+#include "operation/operation_run.h"
+
+#include "operation/driver.h"
+#include "operation/extension_lists.h"
+#include "setup/verb_form.h"
+#include "util/durations.h"
+#include "util/numbers.h"
+#include "util/paths.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace zr5 {
+namespace {
+
+constexpr std::uint64_t NoDecimalsFrom = 1'024'000;
+
+std::uint64_t FilesIn(const WorkList& list) {
+    return static_cast<std::uint64_t>(
+        std::ranges::count(list, WorkItem::Kind::File, &WorkItem::kind));
+}
+
+void WarnOfAntiVirus(const OperationContext& operation) {
+    std::map<std::string, std::uint64_t> countOf; // by extension
+    std::uint64_t files = 0;
+    for (const WorkItem& item : operation.list) {
+        const std::string extension = ExtensionOf(item.inputPath);
+        if (item.kind == WorkItem::Kind::File && IsInPlaceExcludedExtension(extension)) {
+            ++countOf[extension];
+            ++files;
+        }
+    }
+    if (countOf.empty()) return;
+    std::string extensions;
+    for (const auto& [extension, count] : countOf) {
+        extensions += (extensions.empty() ? "" : ", ") + extension;
+    }
+    const std::string what =
+        countOf.size() == 1
+            ? "The file with extension " + extensions +
+                  " might cause an anti-virus program to haldt program execution."
+            : "There are" + AfterText(static_cast<std::int64_t>(files)) +
+                  " files which might cause an anti-virus program to halt program execution. "
+                  "In particular files with extension " +
+                  extensions + ".";
+    operation.machine.user.Ask(
+        Notice(what + "\r\nIf you have anti-virus software running then it is recommended that "
+                      "you disable it for this operation.",
+               "Warning!", BoxIcon::Exclamation));
+}
+
+/// False, after a message, when there are so many files that the limit is likely a mistake.
+bool IsWithinTwiceTheMaximum(const OperationContext& operation) {
+    const std::uint64_t files = FilesIn(operation.list);
+    const Function function = operation.setup.Operation;
+    if (files < 2 * static_cast<std::uint64_t>(operation.setup.MaxNumFiles)) return true;
+    operation.machine.user.Ask(
+        Notice("At least " + std::to_string(files) + " files are to be " +
+                   VerbForm(function, "encrypted") +
+                   ".\r\nThis is twice as many as the maximum number of files\r\n"
+                   "currently specified.\r\n"
+                   "Either increase that number or consider whether\r\nyou wish to " +
+                   VerbForm(function, "encrypt") + " this many files in a single operation.",
+               "Maximum number of files exceeded", BoxIcon::Exclamation));
+    return false;
+}
+
+/// False, after a message, when two inputs would have one output.
+bool HasDistinctOutputs(const OperationContext& operation) {
+    if (operation.setup.OutputMode == OutputTarget::OverwriteInput) return true;
+    std::set<std::string> outputs;
+    for (const WorkItem& item : operation.list) {
+        if (item.kind != WorkItem::Kind::File || outputs.insert(item.outputPath).second) continue;
+        operation.machine.user.Ask(Notice("Output file specification " +
+                                              operation.setup.FileName[Output] +
+                                              " produces duplicate output filenames!",
+                                          "Error", BoxIcon::Exclamation));
+        return false;
+    }
+    return true;
+}
+
+void WriteClosingSummary(const OperationContext& operation, ReportScreen& screen) {
+    const std::string encrypted = VerbForm(operation.setup.Operation, "encrypted");
+    const std::string processed =
+        AfterText(static_cast<std::int64_t>(screen.counters.filesProcessed));
+    std::string text = "\r\nNumber of files processed:" + processed + "\r\n" + "Number of files " +
+                       encrypted + ":" + processed + "\r\nTotal KB " + encrypted + ": " +
+                       KilobytesText(screen.counters.totalBytes) + "\r\n";
+    const auto seconds = std::chrono::round<std::chrono::seconds>(screen.Elapsed()).count();
+    if (seconds > 0) {
+        text += "Elapsed time: " +
+                FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";
+    }
+    screen.AppendAlways(text);
+}
+
+/// Shows how far the engine is with a file, and lets the interface react, while it lives.
+class ProgressShown {
+  public:
+    ProgressShown(Machine& machine, ReportScreen& screen) : engine_(machine.engine) {
+        engine_.SetProgress([&machine, &screen](std::uint64_t done, std::uint64_t total) {
+            screen.ShowProgress({screen.Progress().name, done, total});
+            machine.user.ProcessEvents();
+        });
+    }
+    ~ProgressShown() { engine_.SetProgress({}); }
+    ProgressShown(const ProgressShown&) = delete;
+    ProgressShown& operator=(const ProgressShown&) = delete;
+
+  private:
+    CipherEngine& engine_;
+};
+
+} // namespace
+
+std::string KilobytesText(std::uint64_t bytes) {
+    return WithThousands(static_cast<double>(bytes) / 1024.0, bytes >= NoDecimalsFrom ? 0 : 2);
+}
+
+void RunOperation(const OperationContext& operation, ReportScreen& screen,
+                  const std::optional<RandomnessCounts>& randomness) {
+    const Function function = operation.setup.Operation;
+    screen.BeginRun(function);
+    screen.AppendToReport(
+        ListingSummaryText(function, {FilesIn(operation.list), false, randomness}));
+    if (screen.IsFull()) {
+        operation.machine.user.Ask(Notice("Textbox is full.  Report cannot continue.",
+                                          "Textbox full", BoxIcon::Information));
+        screen.Halt();
+    } else {
+        WarnOfAntiVirus(operation);
+        if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
+            screen.AppendToReport("\r\n");
+            const ProgressShown progress(operation.machine, screen);
+            ProcessFiles(operation, screen);
+        } else {
+            screen.Halt();
+        }
+    }
+    WriteClosingSummary(operation, screen);
+    screen.EndRun();
+}
+
+} // namespace zr5

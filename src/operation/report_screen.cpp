@@ -1,0 +1,180 @@
+#include "operation/report_screen.h"
+
+#include "setup/verb_form.h"
+#include "util/durations.h"
+
+#include <cstdio>
+
+namespace zr5 {
+namespace {
+
+/// So much is cut off a full text that the closing words find room.
+constexpr std::size_t CutWhenFull = 500;
+
+std::string HoursAndMinutes(std::chrono::milliseconds timeOfDay) {
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(timeOfDay).count();
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d:%02d", static_cast<int>(minutes / 60 % 24),
+                  static_cast<int>(minutes % 60));
+    return text;
+}
+
+} // namespace
+
+ReportScreen::ReportScreen(UserPort& user, const Clock& clock, std::size_t capacity)
+    : user_(user), clock_(clock), text_(capacity) {}
+
+void ReportScreen::SetView(ReportView* view) {
+    view_ = view;
+    if (view_ != nullptr) {
+        view_->TextReplaced();
+        view_->StateChanged();
+    }
+}
+
+std::string ReportScreen::StopCaption() const {
+    return stopRequested_ || state_ == State::Paused ? "Stop" : "Stop at next file";
+}
+
+std::string ReportScreen::PauseCaption() const {
+    return pauseRequested_ ? "Continue" : "Pause at next file";
+}
+
+std::string ReportScreen::PausedDoneText() const {
+    switch (state_) {
+    case State::Idle:
+    case State::Running:
+        return stopRequested_ ? "Stopped" : "";
+    case State::Paused:
+        return "Paused";
+    case State::Stopped:
+        return "Stopped";
+    case State::Done:
+        return "Done";
+    }
+    return {};
+}
+
+std::string ReportScreen::CopyCaption(bool hasSelection) {
+    return hasSelection ? "Copy selected text to clipboard" : "Copy to clipboard";
+}
+
+std::string ReportScreen::TimeText() const {
+    if (state_ == State::Idle) return {};
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Elapsed());
+    return "Started " + HoursAndMinutes(startTimeOfDay_) + ", elapsed " +
+           FormatDuration(static_cast<std::uint64_t>(seconds.count()), DurationForm::Long);
+}
+
+std::chrono::milliseconds ReportScreen::Elapsed() const {
+    return IsRunning() ? clock_.Now() - startedAt_ : ranFor_;
+}
+
+void ReportScreen::StopPressed() {
+    if (!IsRunning()) return;
+    stopRequested_ = true;
+    pauseRequested_ = false;
+    NotifyState();
+}
+
+void ReportScreen::PauseContinuePressed() {
+    if (!IsRunning() || stopRequested_) return;
+    pauseRequested_ = !pauseRequested_;
+    NotifyState();
+}
+
+void ReportScreen::CopyPressed(const std::string& selection) {
+    user_.CopyToClipboard(selection.empty() ? text_.text() : selection);
+}
+
+void ReportScreen::BeginRun(Function operation) {
+    operation_ = operation;
+    text_.Clear();
+    counters = {};
+    stopRequested_ = false;
+    pauseRequested_ = false;
+    perFileReportingOff_ = false;
+    progress_ = {};
+    startedAt_ = clock_.Now();
+    startTimeOfDay_ = clock_.TimeOfDay();
+    if (view_ != nullptr) view_->TextReplaced();
+    SetState(State::Running);
+}
+
+void ReportScreen::EndRun() {
+    ranFor_ = Elapsed();
+    pauseRequested_ = false;
+    progress_ = {};
+    SetState(stopRequested_ ? State::Stopped : State::Done);
+}
+
+void ReportScreen::Halt() {
+    stopRequested_ = true;
+}
+
+void ReportScreen::AppendToReport(std::string_view text, bool scrollToEnd) {
+    if (perFileReportingOff_) return;
+    text_.Append(text);
+    if (view_ != nullptr) view_->TextAppended(text, scrollToEnd);
+}
+
+void ReportScreen::AppendAlways(std::string_view text) {
+    text_.Append(text);
+    if (view_ != nullptr) view_->TextAppended(text, true);
+}
+
+void ReportScreen::RemoveFromReport(std::string_view suffix) {
+    if (text_.RemoveSuffix(suffix) && view_ != nullptr) view_->TextRemoved(suffix);
+}
+
+void ReportScreen::ReportBufferFull() {
+    text_.CutCharacters(CutWhenFull);
+    if (view_ != nullptr) view_->TextReplaced();
+    const Answer answer = user_.Ask(
+        Question("The output report buffer has been filled, so this report cannot continue.\r\n"
+                 "The operation, however, may continue, but without report of results for "
+                 "individual files.\r\n"
+                 "It is recommended to continue the operation.  Do you wish to continue?",
+                 "Report buffer full", BoxIcon::Exclamation));
+    AppendAlways("\r\nThe output report buffer was filled.\r\n");
+    if (answer == Answer::Yes) {
+        AppendAlways("Subsequent operations on individual files will continue,\r\n"
+                     "but results will not be reported here.\r\n");
+        perFileReportingOff_ = true;
+    } else {
+        AppendAlways("This operation was terminated at the user's request.\r\n"
+                     "Note: Some files were not " +
+                     VerbForm(operation_, "encrypted") + ".\r\n");
+        stopRequested_ = true;
+    }
+    NotifyState();
+}
+
+void ReportScreen::PauseStep() {
+    if (!pauseRequested_ || stopRequested_) return;
+    SetState(State::Paused);
+    while (pauseRequested_ && !stopRequested_) {
+        user_.WaitForEvents();
+    }
+    SetState(State::Running);
+}
+
+void ReportScreen::ShowProgress(FileProgress progress) {
+    progress_ = std::move(progress);
+    NotifyState();
+}
+
+void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
+    if (view_ != nullptr) view_->ShowPurgeWarning(warning, path);
+}
+
+void ReportScreen::SetState(State state) {
+    state_ = state;
+    NotifyState();
+}
+
+void ReportScreen::NotifyState() {
+    if (view_ != nullptr) view_->StateChanged();
+}
+
+} // namespace zr5

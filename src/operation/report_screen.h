@@ -1,0 +1,125 @@
+#pragma once
+
+// The rules of the report screen: its text, the states of a run, its buttons, and the flags
+// through which the user pauses and stops between files.
+
+#include "libs/clock.h"
+#include "operation/purge_warning.h"
+#include "operation/report_text.h"
+#include "setup/operation_setup.h"
+#include "util/user_port.h"
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// The window that shows a ReportScreen.
+class ReportView {
+  public:
+    virtual ~ReportView() = default;
+    /// The text is another one altogether.
+    virtual void TextReplaced() = 0;
+    virtual void TextAppended(std::string_view text, bool scrollToEnd) = 0;
+    /// `text` was taken away from the end.
+    virtual void TextRemoved(std::string_view text) = 0;
+    /// Captions, labels, progress or enabled states are others.
+    virtual void StateChanged() = 0;
+    /// Shows the warning for `path` and tells it (`Closed`) how it was answered.
+    virtual void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) = 0;
+};
+
+/// How far the file that is worked on has come.
+struct FileProgress {
+    std::string name; ///< for display; empty when no file is worked on
+    std::uint64_t doneBytes = 0;
+    std::uint64_t totalBytes = 0;
+};
+
+struct OperationCounters {
+    std::uint64_t filesAttempted = 0;
+    std::uint64_t filesProcessed = 0;
+    std::uint64_t totalBytes = 0;
+    std::uint64_t filesSkippedAsNotEncrypted = 0;
+    std::uint64_t reportLines = 0;
+};
+
+class ReportScreen {
+  public:
+    enum class State { Idle, Running, Paused, Stopped, Done };
+
+    ReportScreen(UserPort& user, const Clock& clock,
+                 std::size_t capacity = ReportText::DefaultCapacity);
+    /// The window, or null; it must outlive its being set.
+    void SetView(ReportView* view);
+
+    // What the window shows.
+    [[nodiscard]] const std::string& text() const { return text_.text(); }
+    [[nodiscard]] bool IsEmpty() const { return text_.IsEmpty(); }
+    [[nodiscard]] State state() const { return state_; }
+    [[nodiscard]] bool IsRunning() const {
+        return state_ == State::Running || state_ == State::Paused;
+    }
+    [[nodiscard]] std::string StopCaption() const;
+    [[nodiscard]] bool StopEnabled() const { return IsRunning() && !stopRequested_; }
+    [[nodiscard]] std::string PauseCaption() const;
+    [[nodiscard]] bool PauseEnabled() const { return IsRunning() && !stopRequested_; }
+    [[nodiscard]] std::string PausedDoneText() const;
+    [[nodiscard]] static std::string CopyCaption(bool hasSelection);
+    /// The line about time: when the run began and how long it has taken.
+    [[nodiscard]] std::string TimeText() const;
+    [[nodiscard]] const FileProgress& Progress() const { return progress_; }
+
+    // What the user does.
+    void StopPressed();
+    void PauseContinuePressed();
+    /// Copies `selection`, or the whole text when it is empty.
+    void CopyPressed(const std::string& selection);
+
+    // What a run does.
+    void BeginRun(Function operation);
+    void EndRun();
+    /// Ends the run as if the user had pressed Stop.
+    void Halt();
+    /// Unless reporting of single files is off, appends `text` as it stands (line ends are
+    /// CR LF); scrolls to the end and repaints if `scrollToEnd`.
+    void AppendToReport(std::string_view text, bool scrollToEnd = false);
+    /// Appends whatever else is switched off: for headings and the closing summary.
+    void AppendAlways(std::string_view text);
+    void RemoveFromReport(std::string_view suffix);
+    [[nodiscard]] bool IsFull() const { return text_.IsFull(); }
+    /// Called when the text can take no more: cuts it, and asks whether to go on without
+    /// entries for single files.
+    void ReportBufferFull();
+    [[nodiscard]] bool ReportsFiles() const { return !perFileReportingOff_; }
+    [[nodiscard]] bool StopRequested() const { return stopRequested_; }
+    /// Between two files: waits while the user has paused.
+    void PauseStep();
+    void ShowProgress(FileProgress progress);
+    void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
+    [[nodiscard]] std::chrono::milliseconds Elapsed() const;
+
+    OperationCounters counters;
+
+  private:
+    void SetState(State state);
+    void NotifyState();
+
+    UserPort& user_;
+    const Clock& clock_;
+    ReportView* view_ = nullptr;
+    ReportText text_;
+    State state_ = State::Idle;
+    Function operation_ = Function::Encrypt;
+    bool stopRequested_ = false;
+    bool pauseRequested_ = false;
+    bool perFileReportingOff_ = false;
+    std::chrono::milliseconds startedAt_{0};
+    std::chrono::milliseconds startTimeOfDay_{0};
+    std::chrono::milliseconds ranFor_{0};
+    FileProgress progress_;
+};
+
+} // namespace zr5

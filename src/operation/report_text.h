@@ -1,0 +1,36 @@
+#pragma once
+
+// The text of the report screen: one growing block, with a limit.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+class ReportText {
+  public:
+    static constexpr std::size_t DefaultCapacity = 4'000'000; ///< characters
+
+    explicit ReportText(std::size_t capacity = DefaultCapacity) : capacity_(capacity) {}
+
+    void Clear();
+    void Append(std::string_view text);
+    /// Takes `suffix` away from the end; false when the text does not end so.
+    bool RemoveSuffix(std::string_view suffix);
+    /// Takes the last `count` characters away (all, if there are no more).
+    void CutCharacters(std::size_t count);
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] bool IsEmpty() const { return text_.empty(); }
+    /// Characters (code points), line ends counting two.
+    [[nodiscard]] std::size_t Characters() const { return characters_; }
+    [[nodiscard]] bool IsFull() const { return characters_ >= capacity_; }
+
+  private:
+    std::string text_;
+    std::size_t characters_ = 0;
+    std::size_t capacity_;
+};
+
+} // namespace zr5
