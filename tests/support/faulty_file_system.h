@@ -1,0 +1,98 @@
+#pragma once
+
+// A file system that fails where a test says, or stops there: the call of a kind, or the call
+// of any kind, with a number counted from 1.
+
+#include "libs/file_system.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace zr5::test {
+
+enum class FsCall {
+    Open,
+    Create,
+    FileInfo,
+    Read,
+    Write,
+    Reserve,
+    Truncate,
+    Flush,
+    CopyAttributes,
+    Rename,
+    Remove,
+    FlushFolder,
+};
+
+class FaultyFileSystem : public FileSystem {
+  public:
+    /// Hands on to `inner` what it does not fail.
+    explicit FaultyFileSystem(FileSystem& inner) : inner_(inner) {}
+
+    /// The `number`-th call of `kind` from now on answers `status` and has no effect, but that a
+    /// failing write has written the first half by then. A failing FileInfo knows nothing.
+    void Fail(FsCall kind, unsigned number, FsStatus status = FsStatus::IoError);
+    /// The same for the `number`-th call whatever its kind.
+    void FailAny(unsigned number, FsStatus status = FsStatus::IoError);
+    /// The `number`-th read finds the end of the file after `bytes` bytes.
+    void EndReadEarly(unsigned number, std::size_t bytes);
+    /// Runs `hook` just before the `number`-th call of `kind`.
+    void Before(FsCall kind, unsigned number, std::function<void()> hook);
+    /// Forgets faults, hooks and the calls so far.
+    void Reset();
+
+    /// Every call so far, in order.
+    [[nodiscard]] const std::vector<FsCall>& Calls() const { return calls_; }
+    /// How many bytes were written so far.
+    [[nodiscard]] std::uint64_t WrittenBytes() const { return writtenBytes_; }
+    /// Whether every fault and hook asked for has been met.
+    [[nodiscard]] bool AllMet() const;
+
+    OpenResult OpenForReading(const std::string& path) override;
+    OpenResult OpenForOverwriting(const std::string& path) override;
+    OpenResult CreateExclusively(const std::string& path) override;
+    std::optional<FileInfo> Info(const std::string& path) override { return inner_.Info(path); }
+    std::optional<FileIdentity> IdentityOf(const std::string& path) override {
+        return inner_.IdentityOf(path);
+    }
+    FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override;
+    FsStatus RenameReplacing(const std::string& from, const std::string& to) override;
+    FsStatus Remove(const std::string& path) override;
+    FsStatus FlushFolderOf(const std::string& path) override;
+    bool FolderAcceptsFiles(const std::string& path) override {
+        return inner_.FolderAcceptsFiles(path);
+    }
+    FsStatus MakeFolder(const std::string& path) override { return inner_.MakeFolder(path); }
+    std::optional<std::string> CanonicalPath(const std::string& path) override {
+        return inner_.CanonicalPath(path);
+    }
+    std::optional<std::uint64_t> FreeBytes(const std::string& path) override {
+        return inner_.FreeBytes(path);
+    }
+    std::size_t LongestName(const std::string& path) override { return inner_.LongestName(path); }
+
+  private:
+    friend class FaultyFile;
+    struct Event {
+        bool anyKind;
+        FsCall kind;
+        unsigned number; ///< how many such calls from now, 1 being the next; 0: met
+        FsStatus status = FsStatus::Ok;
+        std::optional<std::size_t> readAtMost = std::nullopt;
+        std::function<void()> hook = nullptr;
+    };
+    /// Counts a call; the event that meets it, if any.
+    const Event* Meet(FsCall kind);
+    FsStatus StatusFor(FsCall kind, const std::function<FsStatus()>& call);
+    OpenResult Opened(FsCall kind, const std::function<OpenResult()>& call);
+
+    FileSystem& inner_;
+    std::vector<Event> events_;
+    std::vector<FsCall> calls_;
+    std::uint64_t writtenBytes_ = 0;
+};
+
+} // namespace zr5::test
