@@ -66,7 +66,7 @@ class Opener {
             damage_.stoppedBy = output.Write(OpenPiece(sealed));
             if (damage_.stoppedBy != engine_code::Success) break;
             done += sealed.size();
-            if (job_.progress) job_.progress(done, sealedBytes);
+            if (job_.progress) job_.progress(HeaderBytes + done, HeaderBytes + sealedBytes);
         }
         return damage_;
     }

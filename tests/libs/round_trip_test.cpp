@@ -1,0 +1,128 @@
+#include "libs/engine_fixture.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+namespace zr5::test {
+namespace {
+
+using Names = std::set<std::string>;
+using RoundTrip = EngineTest;
+
+constexpr std::size_t MiB = std::size_t{1} << 20U;
+
+TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
+    for (const std::size_t length :
+         {std::size_t{1}, std::size_t{2}, std::size_t{15}, std::size_t{16}, std::size_t{17},
+          std::size_t{65535}, std::size_t{65536}, std::size_t{65537}, 2 * std::size_t{65536},
+          MiB - 1, MiB, MiB + 1, 3 * MiB + 5}) {
+        SCOPED_TRACE(length);
+        const std::string plain = PatternBytes(length);
+        folder.Write("plain", plain);
+        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        EXPECT_EQ(folder.Read("sealed").size(), EncryptedLength(length));
+        ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+        EXPECT_EQ(folder.Read("back"), plain);
+        EXPECT_EQ(folder.Read("plain"), plain);
+        EXPECT_EQ(folder.Names(), (Names{"plain", "sealed", "back"}));
+        folder.Empty();
+    }
+}
+
+TEST_F(RoundTrip, TakesEveryNameThatTheFileSystemTakes) {
+    for (const std::string& name :
+         {std::string("two words"), std::string(" "), std::string("it's \"quoted\""),
+          std::string("line\nbreak"), std::string("\xFF\xFE\x80"), std::string(".hidden"),
+          std::string("-rf"), std::string("C:\\x"), std::string(255, 'x')}) {
+        SCOPED_TRACE(name);
+        folder.Write("plain", "content");
+        ASSERT_EQ(Encrypt("plain", name), engine_code::Success);
+        ASSERT_EQ(Decrypt(name, "back"), engine_code::Success);
+        EXPECT_EQ(folder.Read("back"), "content");
+        EXPECT_EQ(folder.Names(), (Names{"plain", name, "back"}));
+        folder.Empty();
+    }
+}
+
+TEST_F(RoundTrip, ReplacesAnOutputThatIsThere) {
+    folder.Write("plain", "content");
+    folder.Write("sealed", std::string(3 * MiB, 'x'));
+    ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+    folder.Write("back", "something longer than the content");
+    ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+    EXPECT_EQ(folder.Read("back"), "content");
+    EXPECT_EQ(folder.Names(), (Names{"plain", "sealed", "back"}));
+}
+
+TEST_F(RoundTrip, ShowsNothingOfTheContent) {
+    const std::string plain(200'000, 'A');
+    const std::string first = Sealed(plain);
+    const std::string second = Sealed(plain);
+    EXPECT_EQ(first.find("AAAA"), std::string::npos);
+    // Equal content, equal key: only magic bytes and run salt are equal.
+    EXPECT_EQ(first.substr(0, FileSaltAt), second.substr(0, FileSaltAt));
+    std::size_t equal = 0;
+    for (std::size_t i = FileSaltAt; i < first.size(); ++i) {
+        if (first[i] == second[i]) ++equal;
+    }
+    // 1 in 256 is equal by chance; ten standard deviations are allowed.
+    EXPECT_LT(equal, 200'000 / 256 + 280);
+}
+
+TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
+    const auto salts = [&](std::string_view key) {
+        folder.Write("plain", "content");
+        EXPECT_EQ(EncryptPath(folder / "plain", folder / "sealed", key), engine_code::Success);
+        const std::string header = folder.Read("sealed").substr(0, HeaderBytes);
+        return std::pair(header.substr(RunSaltAt, RunSaltBytes),
+                         header.substr(FileSaltAt, FileSaltBytes));
+    };
+    const auto first = salts(Key);
+    const auto second = salts(Key);
+    EXPECT_EQ(first.first, second.first);
+    EXPECT_NE(first.second, second.second);
+    const auto otherKey = salts("ANOTHERKEYOFTHEUSER");
+    EXPECT_NE(otherKey.first, first.first);
+    EXPECT_NE(otherKey.second, first.second);
+    EXPECT_NE(salts(Key).first, first.first) << "a salt outlived its key";
+}
+
+TEST_F(RoundTrip, TellsProgressAtMostEveryFiftyMilliseconds) {
+    const std::string plain = PatternBytes(3 * MiB + 5);
+    folder.Write("plain", plain);
+    std::vector<std::chrono::milliseconds> times;
+    std::vector<std::uint64_t> done;
+    std::uint64_t total = 0;
+    Engine().SetProgress([&](std::uint64_t doneBytes, std::uint64_t totalBytes) {
+        times.push_back(TestClock().now);
+        done.push_back(doneBytes);
+        total = totalBytes;
+    });
+    const auto run = [&](std::chrono::milliseconds step, auto work) {
+        times.clear();
+        done.clear();
+        TestClock().step = step;
+        EXPECT_EQ(work(), engine_code::Success);
+        TestClock().step = std::chrono::milliseconds{0};
+        for (std::size_t i = 1; i < times.size(); ++i) {
+            EXPECT_GE((times[i] - times[i - 1]).count(), 50);
+        }
+        EXPECT_TRUE(std::ranges::is_sorted(done));
+    };
+    using std::chrono::milliseconds;
+    run(milliseconds{0}, [&] { return Encrypt("plain", "sealed"); });
+    EXPECT_TRUE(done.empty());
+    run(milliseconds{20}, [&] { return Encrypt("plain", "sealed"); });
+    EXPECT_EQ(done.size(), 1U);
+    run(milliseconds{1000}, [&] { return Encrypt("plain", "sealed"); });
+    EXPECT_EQ(done, (std::vector<std::uint64_t>{MiB, 2 * MiB, 3 * MiB, 3 * MiB + 5}));
+    EXPECT_EQ(total, plain.size());
+    run(milliseconds{1000}, [&] { return Decrypt("sealed", "back"); });
+    EXPECT_EQ(done.size(), 4U);
+    EXPECT_EQ(done.back(), total);
+    EXPECT_EQ(total, EncryptedLength(plain.size()));
+}
+
+} // namespace
+} // namespace zr5::test
