@@ -149,7 +149,7 @@ void DeriveChoices(const MainWindowState& state, MainWindowView& view) {
     view["cmdListFiles"].enabled = inputShown && !single;
     view["lblFilesInAFolder"].enabled = state.listFilesWasEnabled;
     view["lblFilesInAFolder"].visible = !single;
-    view["cmdKeyFile(1)"].visible = setup.Operation == Function::Encrypt;
+
     view["txbFilePattern"].text = setup.FilePattern;
     view["txbMaxNumFiles"].text = std::to_string(setup.MaxNumFiles);
 }

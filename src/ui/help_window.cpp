@@ -1,0 +1,61 @@
+#include "ui/help_window.h"
+
+#include "ui/appearance.h"
+#include "ui/text_edges.h"
+
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace zr5 {
+
+std::string HelpText() {
+    return "To begin, select the operation (encryption or decryption) "
+           "and the source of the input file(s): 'Single file' or 'Files in a folder'."
+           "\r\n\r\n"
+           "If the source is a single file, select that file, "
+           "then choose whether the output file should be the same (the input file will be "
+           "overwritten) or different. "
+           "If different then specify the output folder and output file name."
+           "\r\n\r\n"
+           "If the source consists of files in a folder then select the input folder.  "
+           "(The files in the input folder will be overwritten but will retain the same names.)"
+           "\r\n\r\n"
+           "If operating on files in a folder then (if the folder has subfolders) you can "
+           "choose whether to include those subfolders, and you can specify that only files "
+           "matching a given pattern (e.g., *.txt and ab*.docx) will be included."
+           "\r\n\r\n"
+           "If operating on files in a folder then it is highly recommended to list those files "
+           "before performing the operation."
+           "\r\n\r\n"
+           "For a full explanation of the use of this program click on the 'Online user manual' "
+           "button.";
+}
+
+HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
+    setObjectName("frmHelp");
+    setWindowTitle("Help on startup");
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setSizeGripEnabled(true);
+
+    auto* text = new QPlainTextEdit(ToQt(HelpText()), this);
+    text->setObjectName("txbHelp");
+    text->setReadOnly(true);
+    text->document()->setDocumentMargin(FrameMargin);
+    auto* close = new QPushButton("Close", this);
+    close->setObjectName("cmdClose");
+    close->setMinimumHeight(ButtonHeight);
+    close->setDefault(true);
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
+    layout->setSpacing(GroupSpacing);
+    layout->addWidget(text, 1);
+    layout->addWidget(close, 0, Qt::AlignRight);
+    close->setFocus();
+    resize(600, 460);
+    setMinimumSize(360, 260);
+}
+
+} // namespace zr5

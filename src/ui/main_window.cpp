@@ -1,0 +1,210 @@
+#include "ui/main_window.h"
+
+#include "setup/identity.h"
+#include "ui/appearance.h"
+#include "ui/bold_options.h"
+#include "ui/help_window.h"
+#include "ui/main_window_layout.h"
+#include "ui/release_button.h"
+#include "ui/text_edges.h"
+
+#include <QButtonGroup>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QScreen>
+
+namespace zr5 {
+namespace {
+
+constexpr int ClockIntervalMs = 1000;
+/// Takes a long path without shortening it further.
+constexpr QSize ComfortableSize(980, 660);
+
+constexpr const char* MouseButtons[] = {
+    "cmdKeyFrom",          "cmdDoIt",           "cmdListFiles",
+    "cmdRandomnessReport", "cmdReportScreen",   "cmdSetup",
+    "cmdHelp(0)",          "cmdHelp(1)",        "cmdQuit",
+    "cmdSingleFile(0)",    "cmdSingleFile(1)",  "cmdSpecifyDirectory",
+    "cmdSpecifyFiles(0)",  "cmdSpecifyFiles(1)"};
+
+constexpr const char* SoftLabels[] = {
+    "lblIntro",     "lblFunction",     "lblInput",      "lblOutput",        "lblInputFolder",
+    "lblInputFile", "lblOutputFolder", "lblOutputFile", "lblSetupFilename", "lblSize"};
+
+void ApplyToOption(QRadioButton& option, const ControlView& view) {
+    option.group()->setExclusive(false); // neither of a pair may be selected
+    option.setChecked(view.checked);
+    option.group()->setExclusive(true);
+    SetBold(option, view.bold);
+}
+
+void ApplyControl(QWidget& widget, const ControlView& view) {
+    widget.setEnabled(view.enabled);
+    widget.setVisible(view.visible);
+    widget.setToolTip(ToQt(view.toolTip));
+    if (auto* option = qobject_cast<QRadioButton*>(&widget)) ApplyToOption(*option, view);
+    auto* label = qobject_cast<QLabel*>(&widget);
+    if (label != nullptr) SetBold(*label, view.bold);
+    if (!view.text) return;
+    const QString text = ToQt(*view.text);
+    if (label != nullptr && label->text() != text) label->setText(text);
+    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) button->setText(text);
+    auto* box = qobject_cast<QLineEdit*>(&widget);
+    if (box != nullptr && !box->hasFocus()) box->setText(text); // a half-typed value stays
+}
+
+} // namespace
+
+MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
+    setObjectName("frmMain");
+    setWindowTitle(ProductName);
+    setWindowIcon(ProgramIcon());
+    LayOutMainWindow(*this);
+    for (auto* widget : findChildren<QWidget*>()) {
+        if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
+    }
+    clock2_.setObjectName("Clock2");
+    clock3_.setObjectName("Clock3");
+    for (QTimer* clock : {&clock2_, &clock3_}) {
+        clock->setParent(this);
+        clock->setInterval(ClockIntervalMs);
+    }
+    connect(&clock2_, &QTimer::timeout, this, [this] {
+        parts_.desk.SetDialogJustClosed(false);
+        clock2_.stop();
+    });
+    connect(&clock3_, &QTimer::timeout, this, [this] { Refresh(); });
+    clock2_.start();
+
+    ConnectOptions();
+    ConnectMenu();
+    ConnectSetupFrames();
+    ConnectKeyFrame();
+    ConnectTextBoxes();
+    for (auto* button : findChildren<QPushButton*>())
+        button->installEventFilter(this);
+    for (const char* name : MouseButtons)
+        Find<ReleaseButton>(name)->SetGuard([this] { return parts_.desk.DialogJustClosed(); });
+
+    MakePrimary(*Find<QPushButton>("cmdDoIt"));
+    Find<QLabel>("lblMaker")
+        ->setText(QStringLiteral("<a href=\"maker\">%1</a>").arg(QString(MakerName)));
+    Apply(parts_.desk.Refresh());
+    SettleMainWindow(*this);
+    ApplyPalette();
+    RefreshKeyLabels();
+}
+
+void MainWindow::Refresh() {
+    if (parts_.desk.OperationRunning()) return;
+    Apply(parts_.desk.Refresh());
+}
+
+void MainWindow::Apply(MainWindowView view) {
+    view["cmdKeyFile(1)"].visible = OffersNewKeyfile(parts_.desk.Setup().Operation);
+    for (const auto& [name, control] : view) {
+        if (QWidget* widget = controls_.value(QString::fromStdString(name)))
+            ApplyControl(*widget, control);
+    }
+}
+
+void MainWindow::StartClock() {
+    clock3_.start();
+}
+
+void MainWindow::FitToScreen() {
+    const QRect room = screen()->availableGeometry();
+    resize(sizeHint().expandedTo(ComfortableSize).boundedTo(room.size()));
+    move(room.center() - rect().center());
+}
+
+void MainWindow::NoteDialogClosed() {
+    parts_.desk.SetDialogJustClosed(true);
+    clock2_.start();
+}
+
+void MainWindow::OperationEnded() {
+    Refresh();
+    if (!closeAfterRun_ || parts_.desk.OperationRunning()) return;
+    closeAfterRun_ = false;
+    close();
+}
+
+void MainWindow::ApplyPalette() {
+    for (const char* name : SoftLabels)
+        Soften(*Find<QLabel>(name), palette());
+    Find<QLabel>("picKeyFrom")
+        ->setPixmap(KeyPicture(palette(), parts_.key.IsHeld(), devicePixelRatioF()));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (parts_.desk.OperationRunning()) {
+        closeAfterRun_ = true;
+        parts_.actions.RequestStop();
+        event->ignore();
+        return;
+    }
+    const std::string caption = FromQt(Find<QPushButton>("cmdQuit")->text());
+    event->setAccepted(parts_.program.Quit(caption));
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !controls_.isEmpty()) ApplyPalette();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Enter) {
+        if (auto* button = qobject_cast<QPushButton*>(watched)) HoverOver(*button);
+    }
+    if (event->type() == QEvent::FocusOut) {
+        if (auto* box = qobject_cast<QLineEdit*>(watched))
+            FocusLeft(*box, static_cast<QFocusEvent*>(event)->reason());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindow::HoverOver(QPushButton& button) {
+    if (!button.isEnabled() || !isActiveWindow()) return;
+    hovering_ = true;
+    button.setFocus(Qt::OtherFocusReason);
+    hovering_ = false;
+}
+
+/// Hovering never shows a box. Other ways of leaving may, but only once the focus has moved.
+void MainWindow::FocusLeft(QLineEdit& box, Qt::FocusReason reason) {
+    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
+    if (hovering_) {
+        LeaveTextBox(box, SetupDesk::Leaving::Silently);
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this, [this, &box] { LeaveTextBox(box, SetupDesk::Leaving::Speaking); },
+        Qt::QueuedConnection);
+}
+
+/// The box shows the value in force afterwards, whether or not its text was accepted.
+bool MainWindow::LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving) {
+    if (!box.isEnabled()) return true;
+    const std::string text = FromQt(box.text());
+    const bool isPattern = &box == Find<QLineEdit>("txbFilePattern");
+    SetupDesk& desk = parts_.desk;
+    const bool accepted =
+        isPattern ? desk.LeaveFilePattern(text, leaving) : desk.LeaveMaxNumFiles(text, leaving);
+    const OperationSetup& setup = desk.Setup();
+    box.setText(isPattern ? ToQt(setup.FilePattern) : QString::number(setup.MaxNumFiles));
+    Refresh();
+    return accepted;
+}
+
+bool MainWindow::LeaveTextBoxes() {
+    for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
+        if (!LeaveTextBox(*Find<QLineEdit>(name), SetupDesk::Leaving::Speaking)) return false;
+    }
+    return true;
+}
+
+} // namespace zr5

@@ -1,0 +1,108 @@
+#pragma once
+
+// `frmMain`: shows what the desk derives and passes on what the user does.
+
+#include "files/single_file_choice.h"
+#include "keys/current_key.h"
+#include "keys/key_frame.h"
+#include "setup/setup_desk.h"
+#include "ui/main_window_actions.h"
+
+#include <functional>
+#include <QHash>
+#include <QTimer>
+#include <QWidget>
+
+class QLineEdit;
+class QPushButton;
+
+namespace zr5 {
+
+/// What the window works with; all of it outlives the window.
+struct MainWindowParts {
+    UserPort& user;
+    SetupDesk& desk;
+    SingleFileChoice& singleFile;
+    CurrentKey& key;
+    CipherEngine& engine;
+    MainWindowActions& actions;
+    ProgramActions& program;
+    /// The key dialogs; each leaves its result in `key`.
+    std::function<void(QWidget& parent)> typeKeyWithDisplay;
+    std::function<void(QWidget& parent)> typeKeyWithoutDisplay;
+};
+
+class MainWindow : public QWidget {
+  public:
+    explicit MainWindow(const MainWindowParts& parts);
+
+    /// Shows what the desk says now. Does nothing while an operation runs.
+    void Refresh();
+    /// Starts the refresh of every second.
+    void StartClock();
+    /// Sizes the window within its screen and places it in the middle.
+    void FitToScreen();
+    /// Writes the two key lines anew from the key.
+    void RefreshKeyLabels();
+    /// To be called when a run has ended: closes the window if that was asked for meanwhile.
+    void OperationEnded();
+    /// A file picker of the setup buttons has closed: for a second the mouse buttons are deaf.
+    void NoteDialogClosed();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    using Handler = void (MainWindow::*)();
+    void OnButton(const char* name, Handler handler);
+    void ConnectOptions();
+    void ConnectMenu();
+    void ConnectSetupFrames();
+    void ConnectKeyFrame();
+    void ConnectTextBoxes();
+
+    void Apply(MainWindowView view);
+    void ApplyPalette();
+    bool LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving);
+    bool LeaveTextBoxes();
+    void HoverOver(QPushButton& button);
+    void FocusLeft(QLineEdit& box, Qt::FocusReason reason);
+
+    void ChooseInput();
+    void ChooseOutput();
+    void Perform();
+    void ListFiles();
+    void ViewReport();
+    void ShowHelp();
+    void OpenManual();
+    void OpenMakerSite();
+    void Quit();
+    void OpenKeyFrame();
+    void TypeKeyWithDisplay();
+    void TypeKeyWithoutDisplay();
+    void EraseKeyOnRequest();
+    void CloseKeyFrame();
+    void OpenSetup();
+    void OpenSaveSetup();
+    void CloseSetup();
+    void ClearSetup();
+
+    /// The control of this name; there is one.
+    template <typename Widget>
+    [[nodiscard]] Widget* Find(const char* name) const {
+        return static_cast<Widget*>(controls_.value(QString::fromLatin1(name)));
+    }
+
+    MainWindowParts parts_;
+    QHash<QString, QWidget*> controls_; ///< by object name
+    QTimer clock2_;
+    QTimer clock3_;
+    KeyFrame keyFrame_;
+    KeyLabels keyLabels_ = NoKeyLabels();
+    bool hovering_ = false;
+    bool closeAfterRun_ = false;
+};
+
+} // namespace zr5

@@ -1,0 +1,195 @@
+// What each control of the main window leads to.
+
+#include "ui/appearance.h"
+#include "ui/help_window.h"
+#include "ui/main_window.h"
+#include "ui/text_edges.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace zr5 {
+
+void MainWindow::OnButton(const char* name, Handler handler) {
+    connect(Find<QPushButton>(name), &QPushButton::clicked, this,
+            [this, handler] { (this->*handler)(); });
+}
+
+void MainWindow::ConnectOptions() {
+    const auto on = [this](const char* name, void (*select)(SetupDesk&)) {
+        connect(Find<QRadioButton>(name), &QRadioButton::clicked, this, [this, select] {
+            select(parts_.desk);
+            Refresh();
+        });
+    };
+    on("optEncrypt", [](SetupDesk& desk) { desk.SelectFunction(Function::Encrypt); });
+    on("optDecrypt", [](SetupDesk& desk) { desk.SelectFunction(Function::Decrypt); });
+    on("optSingleFile", [](SetupDesk& desk) { desk.SelectInputMode(InputSource::SingleFile); });
+    on("optFilesInAFolder",
+       [](SetupDesk& desk) { desk.SelectInputMode(InputSource::FilesInAFolder); });
+    on("optOverwriteInputFiles",
+       [](SetupDesk& desk) { desk.SelectOutputMode(OutputTarget::OverwriteInput); });
+    on("optWriteToSeparateOutputFiles",
+       [](SetupDesk& desk) { desk.SelectOutputMode(OutputTarget::SeparateOutput); });
+    on("optSubfolders", [](SetupDesk& desk) { desk.AnswerSubfolders(true); });
+    on("optNotSubfolders", [](SetupDesk& desk) { desk.AnswerSubfolders(false); });
+}
+
+void MainWindow::ConnectMenu() {
+    OnButton("cmdSingleFile(0)", &MainWindow::ChooseInput);
+    OnButton("cmdSingleFile(1)", &MainWindow::ChooseOutput);
+    OnButton("cmdListFiles", &MainWindow::ListFiles);
+    OnButton("cmdKeyFrom", &MainWindow::OpenKeyFrame);
+    OnButton("cmdDoIt", &MainWindow::Perform);
+    OnButton("cmdReportScreen", &MainWindow::ViewReport);
+    OnButton("cmdSetup", &MainWindow::OpenSetup);
+    OnButton("cmdHelp(0)", &MainWindow::OpenManual);
+    OnButton("cmdHelp(1)", &MainWindow::ShowHelp);
+    OnButton("cmdQuit", &MainWindow::Quit);
+    connect(Find<QLabel>("lblMaker"), &QLabel::linkActivated, this, [this] { OpenMakerSite(); });
+}
+
+void MainWindow::ConnectSetupFrames() {
+    OnButton("cmdSaveSetup", &MainWindow::OpenSaveSetup);
+    OnButton("cmdClearSetup", &MainWindow::ClearSetup);
+    OnButton("cmdKeepSetup", &MainWindow::CloseSetup);
+    OnButton("cmdDontSaveSetup", &MainWindow::CloseSetup);
+}
+
+void MainWindow::ConnectKeyFrame() {
+    OnButton("cmdKeyboardWithDisplay", &MainWindow::TypeKeyWithDisplay);
+    OnButton("cmdKeyboardWithoutDisplay", &MainWindow::TypeKeyWithoutDisplay);
+    OnButton("cmdEraseKey", &MainWindow::EraseKeyOnRequest);
+    OnButton("cmdDontSpecifyKeyNow", &MainWindow::CloseKeyFrame);
+}
+
+void MainWindow::ConnectTextBoxes() {
+    for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
+        auto* box = Find<QLineEdit>(name);
+        box->installEventFilter(this);
+        connect(box, &QLineEdit::returnPressed, this,
+                [this, box] { LeaveTextBox(*box, SetupDesk::Leaving::Speaking); });
+    }
+}
+
+void MainWindow::ChooseInput() {
+    parts_.singleFile.ChooseInput(FromQt(Find<QPushButton>("cmdSingleFile(0)")->text()));
+    Refresh();
+}
+
+void MainWindow::ChooseOutput() {
+    parts_.singleFile.ChooseOutput(FromQt(Find<QPushButton>("cmdSingleFile(1)")->text()));
+    Refresh();
+}
+
+void MainWindow::Perform() {
+    if (!LeaveTextBoxes()) return;
+    const bool ready = parts_.desk.ReadyToPerform();
+    Refresh();
+    if (!ready) return;
+    parts_.actions.Perform();
+    OperationEnded();
+}
+
+void MainWindow::ListFiles() {
+    if (!LeaveTextBoxes()) return;
+    parts_.actions.ListFiles();
+    OperationEnded();
+}
+
+void MainWindow::ViewReport() {
+    if (parts_.actions.ReportIsEmpty()) {
+        parts_.user.Ask(EmptyReportBox());
+    } else {
+        parts_.actions.ShowReport();
+    }
+}
+
+void MainWindow::ShowHelp() {
+    auto* help = findChild<QDialog*>("frmHelp");
+    if (help == nullptr) help = new HelpWindow(this);
+    help->show();
+    help->raise();
+    help->activateWindow();
+}
+
+void MainWindow::OpenManual() {
+    parts_.program.OpenManual();
+}
+
+void MainWindow::OpenMakerSite() {
+    parts_.program.OpenMakerSite();
+}
+
+void MainWindow::Quit() {
+    close();
+}
+
+void MainWindow::OpenKeyFrame() {
+    keyFrame_.Open(parts_.key, keyLabels_);
+    parts_.desk.Show(Pane::Key);
+    Refresh();
+    Find<QPushButton>("cmdKeyboardWithDisplay")->setFocus();
+}
+
+void MainWindow::TypeKeyWithDisplay() {
+    parts_.typeKeyWithDisplay(*this);
+    RefreshKeyLabels();
+    CloseKeyFrame();
+}
+
+void MainWindow::TypeKeyWithoutDisplay() {
+    parts_.typeKeyWithoutDisplay(*this);
+    RefreshKeyLabels();
+    CloseKeyFrame();
+}
+
+void MainWindow::EraseKeyOnRequest() {
+    EraseKeyAndTell(parts_.key, parts_.engine, parts_.user);
+    RefreshKeyLabels();
+    CloseKeyFrame();
+}
+
+void MainWindow::CloseKeyFrame() {
+    const KeyFrame::FocusAfter focus = keyFrame_.Close(parts_.key);
+    parts_.desk.Show(Pane::Menu);
+    Refresh();
+    const bool toKey = focus == KeyFrame::FocusAfter::KeyFrom;
+    Find<QPushButton>(toKey ? "cmdKeyFrom" : "cmdDoIt")->setFocus();
+}
+
+void MainWindow::RefreshKeyLabels() {
+    keyLabels_ = UpdateKeyLabels(parts_.key, keyLabels_, keyFrame_.SavedLabels(), parts_.user);
+    Find<QLabel>("lblKeyFrom(0)")->setText(ToQt(keyLabels_[0]));
+    Find<QLabel>("lblKeyFrom(1)")->setText(ToQt(keyLabels_[1]));
+    ApplyPalette();
+}
+
+void MainWindow::OpenSetup() {
+    parts_.desk.Show(Pane::Setup);
+    Refresh();
+    Find<QPushButton>("cmdKeepSetup")->setFocus();
+}
+
+void MainWindow::OpenSaveSetup() {
+    parts_.desk.Show(Pane::SaveSetup);
+    Refresh();
+    Find<QPushButton>("cmdDontSaveSetup")->setFocus();
+}
+
+void MainWindow::CloseSetup() {
+    parts_.desk.Show(Pane::Menu);
+    Refresh();
+    Find<QPushButton>("cmdSetup")->setFocus();
+}
+
+void MainWindow::ClearSetup() {
+    parts_.desk.ResetSetup();
+    EraseKey(parts_.key, parts_.engine);
+    RefreshKeyLabels();
+    CloseSetup();
+}
+
+} // namespace zr5

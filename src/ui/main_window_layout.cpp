@@ -1,0 +1,280 @@
+#include "ui/main_window_layout.h"
+
+#include "ui/appearance.h"
+#include "ui/bold_options.h"
+#include "ui/elided_label.h"
+#include "ui/release_button.h"
+
+#include <algorithm>
+#include <QButtonGroup>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+namespace zr5 {
+namespace {
+
+/// Added to the width that a caption needs.
+constexpr int ButtonPadding = 20;
+
+template <typename Widget>
+Widget* Named(const char* name, QWidget* parent) {
+    auto* widget = new Widget(parent);
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+}
+
+enum class Border { None, Panel };
+
+QFrame* Frame(const char* name, QWidget* parent, Border border) {
+    auto* frame = Named<QFrame>(name, parent);
+    if (border == Border::Panel) frame->setFrameShape(QFrame::StyledPanel);
+    return frame;
+}
+
+void KeepRoomWhenHidden(QWidget& widget) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget.setSizePolicy(policy);
+}
+
+template <typename Layout>
+Layout* Framed(QFrame* frame) {
+    auto* layout = new Layout(frame);
+    const int margin = frame->frameShape() == QFrame::NoFrame ? 0 : FrameMargin;
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(RowSpacing);
+    return layout;
+}
+
+ReleaseButton* Button(const char* name, QWidget* parent) {
+    auto* button = Named<ReleaseButton>(name, parent);
+    button->setMinimumHeight(ButtonHeight);
+    button->setAutoDefault(true); // Enter acts where the focus is
+    return button;
+}
+
+QLabel* Text(const char* name, QWidget* parent) {
+    auto* label = Named<QLabel>(name, parent);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+/// A pair of option buttons of which at most one is selected.
+void AddOptions(QWidget* parent, QBoxLayout* layout, std::initializer_list<const char*> names) {
+    auto* group = new QButtonGroup(parent);
+    for (const char* name : names) {
+        auto* option = Named<QRadioButton>(name, parent);
+        group->addButton(option);
+        layout->addWidget(option);
+    }
+}
+
+QFrame* ChoiceFrame(const char* frameName, const char* labelName,
+                    std::initializer_list<const char*> options, QWidget* parent) {
+    QFrame* frame = Frame(frameName, parent, Border::Panel);
+    auto* layout = Framed<QVBoxLayout>(frame);
+    layout->addWidget(Text(labelName, frame));
+    AddOptions(frame, layout, options);
+    return frame;
+}
+
+QFrame* SelectFileFrame(QWidget* parent) {
+    QFrame* outer = Frame("fraSelectFile", parent, Border::Panel);
+    QFrame* inner = Frame("fraSingleFile", outer, Border::None);
+    Framed<QVBoxLayout>(outer)->addWidget(inner);
+    auto* layout = Framed<QHBoxLayout>(inner);
+    layout->addWidget(Button("cmdSingleFile(0)", inner), 1);
+    layout->addWidget(Button("cmdSingleFile(1)", inner), 1);
+    return outer;
+}
+
+QFrame* FolderFrame(QWidget* parent) {
+    QFrame* frame = Frame("fraFilesInAFolder", parent, Border::Panel);
+    auto* grid = Framed<QGridLayout>(frame);
+    grid->setHorizontalSpacing(GroupSpacing);
+    grid->addWidget(Button("cmdSpecifyDirectory", frame), 0, 0);
+
+    auto* subfolders = new QHBoxLayout;
+    subfolders->addWidget(Text("lblIncludeAllSubfolders", frame));
+    subfolders->addSpacing(RowSpacing);
+    AddOptions(frame, subfolders, {"optSubfolders", "optNotSubfolders"});
+    subfolders->addStretch(1);
+    grid->addLayout(subfolders, 0, 1, 1, 2);
+
+    const auto addBox = [&](int row, const char* labelName, const char* boxName, int width) {
+        auto* label = Text(labelName, frame);
+        auto* box = Named<QLineEdit>(boxName, frame);
+        box->setMinimumHeight(ButtonHeight - 4);
+        box->setFixedWidth(width);
+        box->setTextMargins(3, 0, 3, 0);
+        label->setBuddy(box);
+        grid->addWidget(label, row, 0, 1, 2);
+        grid->addWidget(box, row, 2, Qt::AlignLeft);
+    };
+    addBox(1, "lblIncludeFilesMatching", "txbFilePattern", 180);
+    addBox(2, "lblMaxNumFiles", "txbMaxNumFiles", 90);
+
+    grid->addWidget(Button("cmdListFiles", frame), 3, 0);
+    auto* inPlace = Text("lblFilesInAFolder", frame);
+    KeepRoomWhenHidden(*inPlace);
+    grid->addWidget(inPlace, 3, 1, 1, 2);
+    grid->setColumnStretch(2, 1);
+    return frame;
+}
+
+/// What was chosen: a grid of captions and names.
+QFrame* ChoiceSummary(QWidget* parent) {
+    QFrame* frame = Frame("fraFileLabels", parent, Border::Panel);
+    auto* grid = Framed<QGridLayout>(frame);
+    grid->setHorizontalSpacing(GroupSpacing);
+    constexpr struct {
+        const char* caption;
+        const char* value;
+    } Rows[] = {{"lblInputFolder", "lblFolder(0)"},
+                {"lblInputFile", "lblFiles(0)"},
+                {"lblOutputFolder", "lblFolder(1)"},
+                {"lblOutputFile", "lblFiles(1)"},
+                {"lblSetupFilename", "lblFiles(2)"}};
+    int row = 0;
+    for (const auto& [caption, value] : Rows) {
+        auto* name = Text(caption, frame);
+        KeepRoomWhenHidden(*name);
+        grid->addWidget(name, row, 0);
+        grid->addWidget(Named<ElidedLabel>(value, frame), row, 1);
+        grid->setRowMinimumHeight(row++, 22);
+    }
+    grid->addWidget(Text("lblSize", frame), 1, 2, Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(Button("cmdSpecifyFiles(0)", frame), 0, 3, 2, 1);
+    grid->addWidget(Button("cmdSpecifyFiles(1)", frame), 2, 3, 2, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(row, 1);
+    return frame;
+}
+
+QFrame* OperationFrames(QWidget* parent) {
+    QFrame* main = Frame("fraMain", parent, Border::None);
+    auto* column = Framed<QVBoxLayout>(main);
+    column->setSpacing(GroupSpacing);
+    auto* choices = new QHBoxLayout;
+    choices->setSpacing(GroupSpacing);
+    choices->addWidget(
+        ChoiceFrame("fraFunction", "lblFunction", {"optEncrypt", "optDecrypt"}, main), 1);
+    choices->addWidget(
+        ChoiceFrame("fraInput", "lblInput", {"optSingleFile", "optFilesInAFolder"}, main), 1);
+    QFrame* output = ChoiceFrame("fraOutput", "lblOutput",
+                                 {"optOverwriteInputFiles", "optWriteToSeparateOutputFiles"}, main);
+    KeepRoomWhenHidden(*output);
+    choices->addWidget(output, 1);
+    column->addLayout(choices);
+    column->addWidget(SelectFileFrame(main));
+    column->addWidget(FolderFrame(main));
+    column->addWidget(ChoiceSummary(main), 1);
+    return main;
+}
+
+QLayout* KeyStatus(QWidget* parent) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(GroupSpacing);
+    auto* picture = Named<QLabel>("picKeyFrom", parent);
+    row->addWidget(picture, 0, Qt::AlignTop);
+    auto* lines = new QVBoxLayout;
+    lines->setSpacing(2);
+    for (const char* name : {"lblKeyFrom(0)", "lblKeyFrom(1)"}) {
+        auto* line = Text(name, parent);
+        line->setWordWrap(true);
+        lines->addWidget(line);
+    }
+    lines->addStretch(1);
+    row->addLayout(lines, 1);
+    return row;
+}
+
+/// A column of buttons; an empty name is a gap, "/" takes the room that is left.
+QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<const char*> buttons) {
+    QFrame* frame = Frame(name, parent, Border::Panel);
+    KeepRoomWhenHidden(*frame);
+    auto* column = Framed<QVBoxLayout>(frame);
+    for (const std::string_view button : buttons) {
+        if (button.empty()) {
+            column->addSpacing(RowSpacing);
+        } else if (button == "/") {
+            column->addStretch(1);
+        } else {
+            column->addWidget(Button(button.data(), frame));
+        }
+    }
+    return frame;
+}
+
+QLayout* RightColumn(QWidget* parent) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(GroupSpacing);
+    column->addLayout(KeyStatus(parent));
+    auto* panes = new QGridLayout; // all in one cell: one of them is shown
+    panes->addWidget(
+        ButtonPane("fraMenu", parent,
+                   {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
+                    "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
+        0, 0);
+    panes->addWidget(
+        ButtonPane("fraSetup", parent,
+                   {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
+        0, 0);
+    panes->addWidget(ButtonPane("fraSaveSetup", parent,
+                                {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile", "",
+                                 "cmdDontSaveSetup", "/"}),
+                     0, 0);
+    panes->addWidget(
+        ButtonPane("fraKey", parent,
+                   {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
+                    "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
+        0, 0);
+    panes->addWidget(ButtonPane("fraRandomnessFiles", parent, {"cmdNoRandomnessReport", "/"}), 0,
+                     0);
+    column->addLayout(panes, 1);
+    return column;
+}
+
+} // namespace
+
+void LayOutMainWindow(QWidget& window) {
+    auto* column = new QVBoxLayout(&window);
+    column->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
+    column->setSpacing(GroupSpacing);
+    auto* introduction = Text("lblIntro", &window);
+    introduction->setWordWrap(true);
+    column->addWidget(introduction);
+
+    auto* body = new QHBoxLayout;
+    body->setSpacing(WindowMargin);
+    body->addWidget(OperationFrames(&window), 1);
+    body->addLayout(RightColumn(&window));
+    column->addLayout(body, 1);
+
+    auto* foot = new QHBoxLayout;
+    auto* maker = Named<QLabel>("lblMaker", &window);
+    maker->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    foot->addWidget(maker);
+    foot->addStretch(1);
+    foot->addWidget(Text("lblPerformingReliabilityTest", &window));
+    column->addLayout(foot);
+}
+
+void SettleMainWindow(QWidget& window) {
+    for (auto* option : window.findChildren<QRadioButton*>())
+        ReserveRoomForBold(*option);
+    for (auto* button : window.findChildren<QPushButton*>())
+        button->setMinimumWidth(button->sizeHint().width() + ButtonPadding);
+    int paneWidth = 0;
+    for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
+        paneWidth = std::max(paneWidth, window.findChild<QFrame*>(name)->sizeHint().width());
+    for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
+        window.findChild<QFrame*>(name)->setFixedWidth(paneWidth);
+}
+
+} // namespace zr5

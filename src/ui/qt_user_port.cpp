@@ -1,0 +1,131 @@
+#include "ui/qt_user_port.h"
+
+#include "ui/text_edges.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QUrl>
+
+namespace zr5 {
+namespace {
+
+constexpr std::int32_t AddressOpened = 42;
+constexpr std::int32_t NoProgramForAddress = 31;
+
+QMessageBox::Icon IconOf(BoxIcon icon) {
+    switch (icon) {
+    case BoxIcon::None:
+        return QMessageBox::NoIcon;
+    case BoxIcon::Information:
+        return QMessageBox::Information;
+    case BoxIcon::Question:
+        return QMessageBox::Question;
+    case BoxIcon::Exclamation:
+        return QMessageBox::Warning;
+    case BoxIcon::Critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ButtonsOf(BoxButtons buttons) {
+    switch (buttons) {
+    case BoxButtons::Ok:
+        return QMessageBox::Ok;
+    case BoxButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case BoxButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case BoxButtons::RetryCancel:
+        return QMessageBox::Retry | QMessageBox::Cancel;
+    }
+    return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton ButtonOf(Answer answer) {
+    switch (answer) {
+    case Answer::Ok:
+        return QMessageBox::Ok;
+    case Answer::Yes:
+        return QMessageBox::Yes;
+    case Answer::No:
+        return QMessageBox::No;
+    case Answer::Cancel:
+        return QMessageBox::Cancel;
+    case Answer::Retry:
+        return QMessageBox::Retry;
+    }
+    return QMessageBox::NoButton;
+}
+
+/// "Any file | *.*" reads "Any file" and lets every name through.
+QString NameFilter(const std::string& filter) {
+    return ToQt(filter).section('|', 0, 0).trimmed() + QStringLiteral(" (*)");
+}
+
+std::optional<std::string> Run(QFileDialog& dialog, const std::string& startFolder) {
+    if (!startFolder.empty())
+        dialog.setDirectory(QFile::decodeName(QByteArray::fromStdString(startFolder)));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
+}
+
+} // namespace
+
+Answer QtUserPort::Ask(const MessageBox& box) {
+    QMessageBox window(QApplication::activeWindow());
+    window.setTextFormat(Qt::PlainText);
+    window.setWindowTitle(ToQt(box.title));
+    window.setText(ToQt(box.text));
+    window.setIcon(IconOf(box.icon));
+    window.setStandardButtons(ButtonsOf(box.buttons));
+    window.setDefaultButton(ButtonOf(box.defaultButton));
+    const Answer unchanged = AnswerThatChangesNothing(box.buttons);
+    window.setEscapeButton(ButtonOf(unchanged));
+    const int pressed = window.exec();
+    for (const Answer answer :
+         {Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel, Answer::Retry}) {
+        if (pressed == ButtonOf(answer)) return answer;
+    }
+    return unchanged;
+}
+
+std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
+    QFileDialog dialog(QApplication::activeWindow(), ToQt(picker.title));
+    const bool saves = picker.kind == FilePicker::Kind::Save;
+    dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    // A name that the toolkit cannot spell may be typed with escapes, so it must not be asked
+    // whether the file exists; who called the picker judges that.
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !picker.asksBeforeOverwriting);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilter(NameFilter(picker.filter));
+    if (!saves) dialog.setLabelText(QFileDialog::Accept, QFileDialog::tr("&Open"));
+    return Run(dialog, picker.startFolder);
+}
+
+std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
+    QFileDialog dialog(QApplication::activeWindow(), ToQt(picker.title));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return Run(dialog, picker.startFolder);
+}
+
+void QtUserPort::ProcessEvents() {
+    QCoreApplication::processEvents();
+}
+
+void QtUserPort::CopyToClipboard(const std::string& text) {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+std::int32_t QtUserPort::OpenAddress(const std::string& address) {
+    const QUrl url = QUrl::fromEncoded(QByteArray::fromStdString(address));
+    return QDesktopServices::openUrl(url) ? AddressOpened : NoProgramForAddress;
+}
+
+} // namespace zr5

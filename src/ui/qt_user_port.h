@@ -1,0 +1,20 @@
+#pragma once
+
+// The user, reached through the toolkit: message boxes, pickers, clipboard and web browser.
+
+#include "util/user_port.h"
+
+namespace zr5 {
+
+/// Boxes and pickers belong to the window that is active when they open.
+class QtUserPort final : public UserPort {
+  public:
+    Answer Ask(const MessageBox& box) override;
+    [[nodiscard]] std::optional<std::string> PickFile(const FilePicker& picker) override;
+    [[nodiscard]] std::optional<std::string> PickFolder(const FolderPicker& picker) override;
+    void ProcessEvents() override;
+    void CopyToClipboard(const std::string& text) override;
+    [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
+};
+
+} // namespace zr5
