@@ -92,7 +92,9 @@ std::int32_t PendingOutput::Commit(const OpenFile& source) {
     FsStatus status = file_->CopyAttributesFrom(source);
     if (status == FsStatus::Ok) status = file_->Flush();
     if (status != FsStatus::Ok) return CodeOf(status);
-    if (TakeName() != FsStatus::Ok) return engine_code::OutputNotOpened;
+    status = TakeName();
+    if (status == FsStatus::NoSpace) return engine_code::DiskFull;
+    if (status != FsStatus::Ok) return engine_code::OutputNotOpened;
     // From here on the file stands under its own name. If its name cannot be brought to the
     // disk, a new output is taken back; one that was replaced cannot be.
     temporaryPath_ = replaces_ ? std::string{} : outputPath_;
