@@ -1,0 +1,18 @@
+#pragma once
+
+// `frmPurgeWarning`: tells what is about to happen to a plaintext file.
+
+#include "operation/purge_warning.h"
+
+#include <QDialog>
+#include <string>
+
+namespace zr5 {
+
+class PurgeWarningWindow : public QDialog {
+  public:
+    /// Tells `warning` how it was closed. Stands a little below the top of `report`.
+    PurgeWarningWindow(PurgeWarning& warning, const std::string& path, QWidget* report);
+};
+
+} // namespace zr5

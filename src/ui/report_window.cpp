@@ -1,0 +1,247 @@
+#include "ui/report_window.h"
+
+#include "ui/appearance.h"
+#include "ui/purge_warning_window.h"
+#include "ui/text_edges.h"
+
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextDocumentFragment>
+#include <QVBoxLayout>
+
+namespace zr5 {
+namespace {
+
+constexpr int FlushIntervalMs = 50;
+constexpr int ClockIntervalMs = 1000;
+constexpr int ProgressSteps = 1000;
+
+QPushButton* MakeButton(const char* name, QWidget* parent) {
+    auto* button = new QPushButton(parent);
+    button->setObjectName(QLatin1String(name));
+    button->setMinimumHeight(ButtonHeight);
+    button->setAutoDefault(false);
+    return button;
+}
+
+/// As wide as the widest of its captions, so that nothing moves when the caption changes.
+void ReserveRoom(QPushButton& button, std::initializer_list<std::string> captions) {
+    int width = 0;
+    for (const std::string& caption : captions) {
+        button.setText(ToQt(caption));
+        width = std::max(width, button.sizeHint().width());
+    }
+    button.setMinimumWidth(width);
+}
+
+QLabel* MakeLabel(const char* name, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
+    : QDialog(parent), screen_(screen) {
+    setObjectName(QStringLiteral("frmReport"));
+    setWindowTitle(QStringLiteral("Report"));
+    setWindowFlag(Qt::WindowMinMaxButtonsHint);
+    setSizeGripEnabled(true);
+
+    text_ = new QPlainTextEdit(this);
+    text_->setObjectName(QStringLiteral("txbText"));
+    text_->setReadOnly(true);
+    text_->setUndoRedoEnabled(false);
+    text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text_->document()->setDocumentMargin(FrameMargin);
+
+    pausedDone_ = MakeLabel("lblPausedDone", this);
+    QFont bold = pausedDone_->font();
+    bold.setBold(true);
+    pausedDone_->setFont(bold);
+    time_ = MakeLabel("lblTime", this);
+    file_ = MakeLabel("lblFile", this);
+    progress_ = new QProgressBar(this);
+    progress_->setObjectName(QStringLiteral("prgFile"));
+    progress_->setRange(0, ProgressSteps);
+    progress_->setTextVisible(false);
+
+    stop_ = MakeButton("cmdStop", this);
+    ReserveRoom(*stop_, {"Stop at next file", "Stop"});
+    pauseContinue_ = MakeButton("cmdPauseContinue", this);
+    ReserveRoom(*pauseContinue_, {"Pause at next file", "Continue"});
+    copy_ = MakeButton("cmdCopyToClipboard", this);
+    ReserveRoom(*copy_, {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)});
+    auto* close = MakeButton("cmdClose", this);
+    close->setText(QStringLiteral("Close"));
+
+    auto* status = new QHBoxLayout;
+    status->setSpacing(GroupSpacing);
+    status->addWidget(pausedDone_);
+    status->addWidget(time_);
+    status->addStretch(1);
+    status->addWidget(file_);
+    status->addWidget(progress_);
+    progress_->setFixedWidth(180);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(RowSpacing);
+    buttons->addWidget(pauseContinue_);
+    buttons->addWidget(stop_);
+    buttons->addStretch(1);
+    buttons->addWidget(copy_);
+    buttons->addWidget(close);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
+    layout->setSpacing(GroupSpacing);
+    layout->addWidget(text_, 1);
+    layout->addLayout(status);
+    layout->addLayout(buttons);
+    resize(820, 560);
+    setMinimumSize(560, 320);
+
+    connect(stop_, &QPushButton::clicked, this, [this] { screen_.StopPressed(); });
+    connect(pauseContinue_, &QPushButton::clicked, this,
+            [this] { screen_.PauseContinuePressed(); });
+    connect(copy_, &QPushButton::clicked, this,
+            [this] { screen_.CopyPressed(FromQt(text_->textCursor().selection().toPlainText())); });
+    connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(text_, &QPlainTextEdit::selectionChanged, this, [this] { ShowSelection(); });
+    clock_.setObjectName(QStringLiteral("Clock"));
+    clock_.setParent(this);
+    clock_.setInterval(ClockIntervalMs);
+    connect(&clock_, &QTimer::timeout, this, [this] { ShowTime(); });
+    flushTimer_.setSingleShot(true);
+    flushTimer_.setInterval(FlushIntervalMs);
+    connect(&flushTimer_, &QTimer::timeout, this, [this] { FlushText(); });
+    screen_.SetView(this);
+    ShowSelection();
+}
+
+ReportWindow::~ReportWindow() {
+    screen_.SetView(nullptr);
+    clock_.setParent(nullptr); // it is a member
+}
+
+void ReportWindow::ShowAtEnd() {
+    FlushText();
+    show();
+    raise();
+    activateWindow();
+    text_->moveCursor(QTextCursor::End);
+    ScrollToEnd();
+}
+
+void ReportWindow::TextReplaced() {
+    waiting_.clear();
+    text_->setPlainText(ToQt(screen_.text()));
+    text_->moveCursor(QTextCursor::End);
+}
+
+void ReportWindow::TextAppended(std::string_view text, bool /*scrollToEnd*/) {
+    waiting_ += text;
+    if (!flushTimer_.isActive()) flushTimer_.start();
+}
+
+void ReportWindow::TextRemoved(std::string_view text) {
+    if (waiting_.ends_with(text)) {
+        waiting_.resize(waiting_.size() - text.size());
+        return;
+    }
+    FlushText();
+    QTextCursor cursor(text_->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.movePosition(QTextCursor::PreviousCharacter, QTextCursor::KeepAnchor,
+                        static_cast<int>(ToQt(text).size()));
+    cursor.removeSelectedText();
+}
+
+void ReportWindow::FlushText() {
+    if (waiting_.empty()) return;
+    QTextCursor cursor(text_->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(ToQt(waiting_));
+    waiting_.clear();
+    // What the user is selecting stays in view and selected.
+    if (!text_->textCursor().hasSelection()) {
+        text_->moveCursor(QTextCursor::End);
+        ScrollToEnd();
+    }
+}
+
+void ReportWindow::ScrollToEnd() {
+    text_->verticalScrollBar()->setValue(text_->verticalScrollBar()->maximum());
+    text_->horizontalScrollBar()->setValue(0);
+}
+
+void ReportWindow::StateChanged() {
+    stop_->setText(ToQt(screen_.StopCaption()));
+    stop_->setEnabled(screen_.StopEnabled());
+    pauseContinue_->setText(ToQt(screen_.PauseCaption()));
+    pauseContinue_->setEnabled(screen_.PauseEnabled());
+    pausedDone_->setText(ToQt(screen_.PausedDoneText()));
+    ShowFileProgress();
+    if (screen_.IsRunning()) {
+        if (!clock_.isActive()) clock_.start();
+        if (screen_.state() == ReportScreen::State::Paused) FlushText();
+        return;
+    }
+    clock_.stop();
+    FlushText();
+    ShowTime();
+    if (closeWhenDone_) {
+        closeWhenDone_ = false;
+        close();
+    }
+}
+
+void ReportWindow::ShowFileProgress() {
+    const FileProgress& progress = screen_.Progress();
+    const bool isShown = !progress.name.empty() && progress.totalBytes > 0;
+    progress_->setVisible(isShown);
+    file_->setVisible(isShown);
+    if (!isShown) return;
+    const double done =
+        static_cast<double>(progress.doneBytes) / static_cast<double>(progress.totalBytes);
+    progress_->setValue(static_cast<int>(done * ProgressSteps));
+    file_->setText(QStringLiteral("%1: %2 %")
+                       .arg(fontMetrics().elidedText(ToQt(progress.name), Qt::ElideMiddle, 220))
+                       .arg(static_cast<int>(done * 100)));
+}
+
+void ReportWindow::ShowTime() {
+    time_->setText(ToQt(screen_.TimeText()));
+}
+
+void ReportWindow::ShowSelection() {
+    copy_->setText(ToQt(ReportScreen::CopyCaption(text_->textCursor().hasSelection())));
+}
+
+void ReportWindow::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
+    FlushText();
+    PurgeWarningWindow(warning, path, this).exec();
+}
+
+void ReportWindow::closeEvent(QCloseEvent* event) {
+    if (screen_.IsRunning()) {
+        screen_.StopPressed();
+        closeWhenDone_ = true;
+        event->ignore();
+        return;
+    }
+    QDialog::closeEvent(event);
+}
+
+void ReportWindow::reject() {
+    close();
+}
+
+} // namespace zr5

@@ -1,0 +1,61 @@
+#pragma once
+
+// `frmReport`: shows the report screen. Holds no rule; it only gathers what is appended, so that
+// ten thousand entries do not cost ten thousand repaints.
+
+#include "operation/report_screen.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <string>
+
+class QLabel;
+class QPlainTextEdit;
+class QProgressBar;
+class QPushButton;
+
+namespace zr5 {
+
+class ReportWindow : public QDialog, public ReportView {
+  public:
+    /// `screen` outlives the window.
+    explicit ReportWindow(ReportScreen& screen, QWidget* parent = nullptr);
+    ~ReportWindow() override;
+
+    /// Opens the window, or brings it to the front, with the end of the text in view.
+    void ShowAtEnd();
+
+    void TextReplaced() override;
+    void TextAppended(std::string_view text, bool scrollToEnd) override;
+    void TextRemoved(std::string_view text) override;
+    void StateChanged() override;
+    void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void reject() override;
+
+  private:
+    void FlushText();
+    void ScrollToEnd();
+    void ShowSelection();
+    void ShowTime();
+    void ShowFileProgress();
+
+    ReportScreen& screen_;
+    QPlainTextEdit* text_;
+    QLabel* pausedDone_;
+    QLabel* time_;
+    QLabel* file_;
+    QProgressBar* progress_;
+    QPushButton* stop_;
+    QPushButton* pauseContinue_;
+    QPushButton* copy_;
+    QTimer clock_;
+    QTimer flushTimer_;
+    std::string waiting_; ///< appended, but not yet in the text box
+    bool closeWhenDone_ = false;
+};
+
+} // namespace zr5

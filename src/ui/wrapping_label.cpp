@@ -1,0 +1,67 @@
+#include "ui/wrapping_label.h"
+
+#include <cmath>
+#include <QPainter>
+#include <QTextLayout>
+
+namespace zr5 {
+namespace {
+
+constexpr int PreferredWidth = 480;
+
+QTextOption Wrapping() {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+} // namespace
+
+WrappingLabel::WrappingLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    setTextFormat(Qt::PlainText);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+}
+
+QString WrappingLabel::LayoutText() const {
+    QString shown = text();
+    return shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
+}
+
+qreal WrappingLabel::BreakLines(QTextLayout& layout, qreal width) {
+    qreal height = 0;
+    layout.setTextOption(Wrapping());
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0, height});
+        height += line.height();
+    }
+    layout.endLayout();
+    return height;
+}
+
+int WrappingLabel::heightForWidth(int width) const {
+    QTextLayout layout(LayoutText(), font());
+    return static_cast<int>(std::ceil(BreakLines(layout, width)));
+}
+
+QSize WrappingLabel::sizeHint() const {
+    return {PreferredWidth, heightForWidth(PreferredWidth)};
+}
+
+QSize WrappingLabel::minimumSizeHint() const {
+    const int width = std::max(minimumWidth(), fontMetrics().averageCharWidth() * 20);
+    return {width, heightForWidth(std::max(width, this->width()))};
+}
+
+void WrappingLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    QTextLayout layout(LayoutText(), font());
+    static_cast<void>(BreakLines(layout, width()));
+    layout.draw(&painter, {0, 0});
+}
+
+} // namespace zr5
