@@ -92,23 +92,23 @@ bool IsRealFailure(int error) {
 }
 
 FsStatus CopyExtendedAttributes(int from, int to) {
+    const auto failure = [] { return IsRealFailure(errno) ? StatusOf(errno) : FsStatus::Ok; };
     const ssize_t listLength = flistxattr(from, nullptr, 0);
-    if (listLength <= 0) return FsStatus::Ok;
+    if (listLength < 0) return failure();
     std::vector<char> names(static_cast<std::size_t>(listLength));
     const ssize_t filled = flistxattr(from, names.data(), names.size());
-    if (filled <= 0) return FsStatus::Ok;
+    if (filled < 0) return failure();
     std::vector<char> value;
     for (const char* name = names.data(); name < names.data() + filled;
          name += std::char_traits<char>::length(name) + 1) {
         const ssize_t size = fgetxattr(from, name, nullptr, 0);
-        if (size < 0) continue;
-        value.resize(static_cast<std::size_t>(size));
-        const ssize_t got = fgetxattr(from, name, value.data(), value.size());
-        if (got < 0) continue;
-        if (fsetxattr(to, name, value.data(), static_cast<std::size_t>(got), 0) != 0 &&
-            IsRealFailure(errno)) {
-            return StatusOf(errno);
-        }
+        value.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        const ssize_t got = size < 0 ? size : fgetxattr(from, name, value.data(), value.size());
+        FsStatus status = FsStatus::Ok;
+        // With no room given, the length is asked for and nothing is read.
+        value.resize(std::min(value.size(), static_cast<std::size_t>(std::max<ssize_t>(got, 0))));
+        if (got < 0 || fsetxattr(to, name, value.data(), value.size(), 0) != 0) status = failure();
+        if (status != FsStatus::Ok) return status;
     }
     return FsStatus::Ok;
 }
@@ -187,12 +187,15 @@ class PosixFile final : public OpenFile {
                 IsRealFailure(errno)) {
                 return StatusOf(errno);
             }
+            if (fstat(descriptor_, &own) != 0) return StatusOf(errno);
         }
         const FsStatus status = CopyExtendedAttributes(from, descriptor_);
         if (status != FsStatus::Ok) return status;
-        if (fchmod(descriptor_, raw.st_mode & 07777U) != 0 && IsRealFailure(errno)) {
-            return StatusOf(errno);
-        }
+        // Set-id bits were given by the owner; they must not make the file run as another one.
+        mode_t mode = raw.st_mode & 07777U;
+        if (own.st_uid != raw.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
+        if (own.st_gid != raw.st_gid) mode &= ~static_cast<mode_t>(S_ISGID);
+        if (fchmod(descriptor_, mode) != 0 && IsRealFailure(errno)) return StatusOf(errno);
         return FsStatus::Ok;
     }
 

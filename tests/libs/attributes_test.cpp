@@ -1,0 +1,159 @@
+#include "libs/engine_fixture.h"
+
+#include <array>
+#include <filesystem>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+#include <vector>
+
+// What a file is besides its content goes with it through the cipher, and nobody else can read
+// it on the way.
+
+namespace zr5::test {
+namespace {
+
+using namespace engine_code;
+
+struct stat StatOf(const std::string& path) {
+    struct stat raw {};
+    EXPECT_EQ(lstat(path.c_str(), &raw), 0);
+    return raw;
+}
+
+unsigned ModeOf(const std::string& path) {
+    return StatOf(path).st_mode & 07777U;
+}
+
+std::string AttributeOf(const std::string& path, const char* name) {
+    std::array<char, 256> value{};
+    const ssize_t length = getxattr(path.c_str(), name, value.data(), value.size());
+    return length < 0 ? "(none)" : std::string(value.data(), static_cast<std::size_t>(length));
+}
+
+using Attributes = EngineTest;
+
+TEST_F(Attributes, ModeGoesThroughBothDirections) {
+    for (const unsigned mode : {0600U, 0644U, 0400U, 0755U, 0440U, 04755U}) {
+        SCOPED_TRACE(testing::Message() << std::oct << mode);
+        const std::string plain = folder.Write("plain", "content");
+        ASSERT_EQ(chmod(plain.c_str(), mode), 0);
+        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+        EXPECT_EQ(ModeOf(folder / "sealed"), mode);
+        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+        EXPECT_EQ(ModeOf(folder / "back"), mode);
+        folder.Empty();
+    }
+}
+
+TEST_F(Attributes, ExtendedOnesGoThroughBothDirections) {
+    const std::string plain = folder.Write("plain", "content");
+    ASSERT_EQ(setxattr(plain.c_str(), "user.origin", "somewhere", 9, 0), 0)
+        << "tests need a temporary folder whose file system knows extended attributes";
+    ASSERT_EQ(setxattr(plain.c_str(), "user.empty", "", 0, 0), 0);
+    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    for (const char* name : {"sealed", "back"}) {
+        EXPECT_EQ(AttributeOf(folder / name, "user.origin"), "somewhere");
+        EXPECT_EQ(AttributeOf(folder / name, "user.empty"), "");
+    }
+}
+
+/// One entry of an access list as the file system keeps it: tag, permissions, user or group.
+void AddAclEntry(std::vector<unsigned char>& list, unsigned tag, unsigned permissions,
+                 unsigned id) {
+    for (const unsigned part : {tag & 0xFFU, tag >> 8U, permissions, 0U, id & 0xFFU,
+                                (id >> 8U) & 0xFFU, (id >> 16U) & 0xFFU, id >> 24U}) {
+        list.push_back(static_cast<unsigned char>(part));
+    }
+}
+
+TEST_F(Attributes, AccessListsGoThroughBothDirections) {
+    constexpr const char* Name = "system.posix_acl_access";
+    constexpr unsigned Nobody = ~0U;
+    std::vector<unsigned char> list{2, 0, 0, 0};
+    AddAclEntry(list, 0x01, 6, Nobody); // the owner reads and writes
+    AddAclEntry(list, 0x02, 4, 12345);  // this user reads
+    AddAclEntry(list, 0x04, 0, Nobody); // the group nothing
+    AddAclEntry(list, 0x10, 4, Nobody); // at most reading
+    AddAclEntry(list, 0x20, 0, Nobody); // others nothing
+    const std::string plain = folder.Write("plain", "content");
+    if (setxattr(plain.c_str(), Name, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "the temporary folder's file system has no access lists";
+    }
+    const std::string expected(list.begin(), list.end());
+    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    EXPECT_EQ(AttributeOf(folder / "sealed", Name), expected);
+    ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    EXPECT_EQ(AttributeOf(folder / "back", Name), expected);
+}
+
+TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {
+    const std::string plain = folder.Write("plain", PatternBytes(200'000));
+    ASSERT_EQ(chmod(plain.c_str(), 0666), 0);
+    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    for (const FsCall moment : {FsCall::Write, FsCall::CopyAttributes}) {
+        Disk().Reset();
+        bool seen = false;
+        Disk().Before(moment, 1, [&] {
+            for (const std::string& name : folder.Names()) {
+                if (name == "plain" || name == "sealed") continue;
+                EXPECT_EQ(ModeOf(folder / name), 0600U);
+                seen = true;
+            }
+        });
+        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+        EXPECT_TRUE(seen);
+        folder.Remove("back");
+    }
+}
+
+/// Acts as a user without rights for as long as it lives. Only root can.
+class AsNobody {
+  public:
+    AsNobody() {
+        EXPECT_EQ(setegid(65534), 0);
+        EXPECT_EQ(seteuid(65534), 0);
+    }
+    ~AsNobody() {
+        EXPECT_EQ(seteuid(0), 0);
+        EXPECT_EQ(setegid(0), 0);
+    }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+};
+
+TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
+    const std::string plain = folder.Write("plain", "content");
+    ASSERT_EQ(chmod(plain.c_str(), 06755), 0);
+    ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
+    {
+        const AsNobody nobody;
+        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    }
+    EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
+    EXPECT_EQ(ModeOf(folder / "sealed"), 0755U) << "set-id bits would run as the wrong user";
+}
+
+TEST_F(Attributes, AFileOrFolderWithoutPermissionIsSaid) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
+    const std::string secret = folder.Write("secret", "content");
+    folder.Write("open", Sealed("content"));
+    ASSERT_EQ(chmod(secret.c_str(), 0600), 0);
+    ASSERT_EQ(chmod(folder.Path().c_str(), 0755), 0);
+    std::filesystem::create_directory(folder / "theirs");
+    ASSERT_EQ(chmod((folder / "theirs").c_str(), 0777), 0);
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(Encrypt("secret", "theirs/out"), InputNotOpened);
+        EXPECT_EQ(Encrypt("open", "out"), OutputNotOpened);
+        EXPECT_EQ(Decrypt("open", "secret"), OutputNotOpened);
+        EXPECT_EQ(Decrypt("open", "theirs/out"), Success);
+    }
+    EXPECT_EQ(folder.Read("secret"), "content");
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"secret", "open", "theirs"}));
+}
+
+} // namespace
+} // namespace zr5::test
