@@ -17,14 +17,20 @@ constexpr std::uint64_t LeastMeasuredBytes = 1024;
 constexpr std::size_t MeasuredPieceBytes = std::size_t{1} << 20U;
 constexpr int LastNameNumber = 999;
 
-/// `name` cut to `longest` bytes, never inside a UTF-8 sequence.
+bool IsContinuationByte(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
+}
+
+/// `name` cut to `longest` bytes, never inside a UTF-8 sequence. Bytes that are no UTF-8 are cut
+/// anywhere.
 std::string CutTo(const std::string& name, std::size_t longest) {
     if (name.size() <= longest) return name;
+    constexpr std::size_t MostContinuationBytes = 3;
     std::size_t end = longest;
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) {
+    while (end > 0 && longest - end <= MostContinuationBytes && IsContinuationByte(name[end])) {
         --end;
     }
-    return name.substr(0, end);
+    return name.substr(0, longest - end <= MostContinuationBytes ? end : longest);
 }
 
 class Zr5FileKit final : public FileKit {

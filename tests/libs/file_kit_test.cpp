@@ -1,0 +1,201 @@
+#include "libs/file_kit.h"
+
+#include "libs/purge.h"
+#include "libs/random.h"
+#include "libs/zr5_file_kit.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_folder.h"
+
+#include <array>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+// Comparing, purging and naming files.
+
+namespace zr5::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::set<std::string>;
+
+constexpr std::size_t MiB = std::size_t{1} << 20U;
+
+class Kit : public testing::Test {
+  protected:
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    FaultyFileSystem disk{*system};
+    SystemRandom random;
+    std::unique_ptr<FileKit> kit = MakeFileKit(disk, random);
+    TemporaryFolder folder;
+
+    std::int32_t Purge(std::string_view name, std::int32_t overwrite = PurgeOverwrite,
+                       bool remove = true) {
+        return kit->purge_file(folder / name, overwrite, remove, false);
+    }
+    std::string NewName(std::string_view name) {
+        std::string path = folder / name;
+        EXPECT_EQ(kit->new_filepath_extension(path), 0);
+        return path.substr(folder.Path().size());
+    }
+};
+
+TEST_F(Kit, FindsTheFirstDifferenceCountedFromOne) {
+    struct Case {
+        std::string first, second;
+        std::int64_t expected;
+    };
+    const std::string big = PatternBytes(2 * MiB + 10);
+    const auto changed = [&](std::size_t at) {
+        std::string bytes = big;
+        bytes[at] ^= 1;
+        return bytes;
+    };
+    for (const Case& entry : {
+             Case{"a", "a", compare_code::Identical},
+             Case{"abc", "xbc", 1},
+             Case{"abc", "abx", 3},
+             Case{"abc", "abcd", 4},
+             Case{"abc", "xbcd", 1},
+             Case{big, big, compare_code::Identical},
+             Case{big, changed(0), 1},
+             Case{big, changed(MiB - 1), MiB},
+             Case{big, changed(MiB), MiB + 1},
+             Case{big, changed(big.size() - 1), 2 * MiB + 10},
+             Case{big, big.substr(0, MiB), MiB + 1},
+             Case{big, big.substr(0, 2 * MiB), 2 * MiB + 1},
+             Case{big, big + "x", 2 * MiB + 11},
+         }) {
+        SCOPED_TRACE(entry.expected);
+        const std::string a = folder.Write("a", entry.first);
+        const std::string b = folder.Write("b", entry.second);
+        EXPECT_EQ(kit->compare_files(a, b), entry.expected);
+        EXPECT_EQ(kit->compare_files(b, a), entry.expected);
+    }
+}
+
+TEST_F(Kit, SaysWhichFileCannotBeCompared) {
+    const std::string file = folder.Write("file", "content");
+    const std::string empty = folder.Write("empty", "");
+    const std::string none = folder / "none";
+    EXPECT_EQ(kit->compare_files(none, file), compare_code::FirstNotOpened);
+    EXPECT_EQ(kit->compare_files(file, none), compare_code::SecondNotOpened);
+    EXPECT_EQ(kit->compare_files(empty, file), compare_code::FirstEmpty);
+    EXPECT_EQ(kit->compare_files(file, empty), compare_code::SecondEmpty);
+    EXPECT_EQ(kit->compare_files(empty, empty), compare_code::FirstEmpty);
+    disk.Fail(FsCall::Read, 1);
+    EXPECT_EQ(kit->compare_files(file, file), compare_code::FirstNotRead);
+    disk.Fail(FsCall::Read, 2);
+    EXPECT_EQ(kit->compare_files(file, file), compare_code::SecondNotRead);
+}
+
+TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
+    for (const std::size_t length : {std::size_t{0}, std::size_t{1}, MiB, 2 * MiB + 1}) {
+        SCOPED_TRACE(length);
+        folder.Write("file", std::string(length, 'A'));
+        disk.Reset();
+        std::string last;
+        disk.Before(FsCall::Remove, 1, [&] { last = folder.Read("file"); });
+        EXPECT_EQ(Purge("file"), purge_code::Done);
+        EXPECT_EQ(folder.Names(), Names{});
+        EXPECT_EQ(disk.WrittenBytes(), length);
+        EXPECT_EQ(last.size(), length);
+        EXPECT_EQ(last.find("AAAAAAAA"), std::string::npos);
+        // On the disk before it is deleted.
+        const auto& calls = disk.Calls();
+        ASSERT_GE(calls.size(), 2U);
+        EXPECT_EQ(calls[calls.size() - 2], FsCall::Flush);
+        EXPECT_EQ(calls.back(), FsCall::Remove);
+    }
+}
+
+TEST_F(Kit, PurgesNoMoreThanTheOptionsSay) {
+    folder.Write("file", "content");
+    EXPECT_EQ(Purge("file", PurgeOverwrite, false), purge_code::Done);
+    EXPECT_NE(folder.Read("file"), "content");
+    EXPECT_EQ(folder.Read("file").size(), 7U);
+    disk.Reset();
+    EXPECT_EQ(Purge("file", PurgeDeleteOnly), purge_code::Done);
+    EXPECT_EQ(disk.WrittenBytes(), 0U);
+    EXPECT_EQ(folder.Names(), Names{});
+}
+
+TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
+    folder.Write("file", "content");
+    fs::create_hard_link(folder / "file", folder / "hard");
+    fs::create_symlink(folder / "file", folder / "soft");
+    fs::create_directory(folder / "folder");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const Names before = folder.Names();
+    for (const char* name : {"file", "hard", "soft", "folder", "pipe", "none"}) {
+        SCOPED_TRACE(name);
+        EXPECT_LT(Purge(name), PurgeFailureLimit);
+    }
+    EXPECT_LT(Purge("folder", PurgeDeleteOnly), PurgeFailureLimit);
+    EXPECT_EQ(folder.Names(), before);
+    EXPECT_EQ(folder.Read("file"), "content");
+}
+
+TEST_F(Kit, SaysWhenAPurgeFailedAndKeepsTheName) {
+    for (const FsCall kind :
+         {FsCall::Open, FsCall::FileInfo, FsCall::Write, FsCall::Flush, FsCall::Remove}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        folder.Write("file", std::string(1000, 'A'));
+        disk.Reset();
+        disk.Fail(kind, 1);
+        EXPECT_LT(Purge("file"), PurgeFailureLimit);
+        EXPECT_TRUE(disk.AllMet());
+        EXPECT_EQ(folder.Read("file").size(), 1000U);
+    }
+}
+
+TEST_F(Kit, FindsAFreeNameBesideAFile) {
+    EXPECT_EQ(NewName("a.txt"), "a.txt.zr5");
+    folder.Write("a.txt.zr5", "");
+    EXPECT_EQ(NewName("a.txt"), "a.txt.zr5-2");
+    fs::create_symlink(folder / "nowhere", folder / "a.txt.zr5-2"); // taken, too
+    fs::create_directory(folder / "a.txt.zr5-3");
+    EXPECT_EQ(NewName("a.txt"), "a.txt.zr5-4");
+    EXPECT_EQ(NewName("a.txt.zr5"), "a.txt.zr5.zr5");
+}
+
+TEST_F(Kit, GivesUpWhenEveryNameIsTaken) {
+    std::string path = folder / "a";
+    folder.Write("a.zr5", "");
+    for (int i = 2; i <= 999; ++i) {
+        folder.Write("a.zr5-" + std::to_string(i), "");
+    }
+    EXPECT_NE(kit->new_filepath_extension(path), 0);
+    EXPECT_EQ(path, folder / "a");
+    folder.Remove("a.zr5-999");
+    EXPECT_EQ(NewName("a"), "a.zr5-999");
+}
+
+TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
+    EXPECT_EQ(NewName(std::string(251, 'x')), std::string(251, 'x') + ".zr5");
+    EXPECT_EQ(NewName(std::string(252, 'x')), std::string(251, 'x') + ".zr5");
+    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(251, 'x') + ".zr5");
+    // 250 letters, then a character of three bytes that does not fit any more.
+    EXPECT_EQ(NewName(std::string(250, 'x') + "\xE2\x82\xAC"), std::string(250, 'x') + ".zr5");
+    EXPECT_EQ(NewName(std::string(248, 'x') + "\xE2\x82\xAC" + "yyyy"),
+              std::string(248, 'x') + "\xE2\x82\xAC.zr5");
+    // Bytes that are no characters give way one by one.
+    EXPECT_EQ(NewName(std::string(255, '\x80')), std::string(251, '\x80') + ".zr5");
+    folder.Write(std::string(251, 'x') + ".zr5", "");
+    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(249, 'x') + ".zr5-2");
+}
+
+TEST_F(Kit, KnowsWhereANewFileCanBeMade) {
+    folder.Write("file", "");
+    fs::create_symlink(folder / "nowhere", folder / "dangling");
+    fs::create_directory(folder / "folder");
+    EXPECT_EQ(kit->new_file_creatable(folder / "new"), 1);
+    for (const char* name : {"file", "dangling", "folder", "none/new", "file/new"}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(kit->new_file_creatable(folder / name), 0);
+    }
+    EXPECT_EQ(folder.Names(), (Names{"file", "dangling", "folder"}));
+}
+
+} // namespace
+} // namespace zr5::test
