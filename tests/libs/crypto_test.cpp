@@ -1,0 +1,159 @@
+#include "libs/key_text.h"
+#include "libs/master_keys.h"
+#include "libs/md5.h"
+#include "libs/secret.h"
+#include "libs/zr5_crypto.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace zr5::test {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+std::string Hex(const Md5Digest& digest) {
+    std::string hex;
+    for (const unsigned byte : digest) {
+        hex += "0123456789abcdef"[byte >> 4U];
+        hex += "0123456789abcdef"[byte & 15U];
+    }
+    return hex;
+}
+
+TEST(Md5, GivesTheAnswersOfRfc1321) {
+    for (const auto& [text, digest] : {
+             std::pair{""sv, "d41d8cd98f00b204e9800998ecf8427e"},
+             {"a"sv, "0cc175b9c0f1b6a831c399e269772661"},
+             {"abc"sv, "900150983cd24fb0d6963f7d28e17f72"},
+             {"message digest"sv, "f96b697d7cb7938d525a2f31aaf161d0"},
+             {"abcdefghijklmnopqrstuvwxyz"sv, "c3fcd3d76192e4007dfb496cca67e13b"},
+             {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"sv,
+              "d174ab98d277d9f5a5611c2c9f419d9f"},
+             {"1234567890123456789012345678901234567890"
+              "1234567890123456789012345678901234567890"sv,
+              "57edf4a22be3c955ac49da2e2107b67a"},
+         }) {
+        EXPECT_EQ(Hex(MD5Digest(text)), digest);
+        const std::string longer = std::string(text) + "more";
+        EXPECT_EQ(Hex(MD5Digest(longer, static_cast<std::int32_t>(text.size()))), digest);
+    }
+}
+
+TEST(Crypto, ComputesItsKnownAnswers) {
+    EXPECT_TRUE(CryptoComputesKnownAnswers());
+}
+
+TEST(Crypto, OpensNoBlockUnderAnotherNumberMarkOrKey) {
+    SecretBytes key(KeyBytes);
+    BlockCipher cipher(key);
+    const auto plain = std::as_bytes(std::span("text"sv));
+    std::vector<std::byte> sealed(plain.size() + TagBytes);
+    std::vector<std::byte> opened(plain.size(), std::byte{'x'});
+    const std::uint64_t number = 0x0102030405060708U;
+    ASSERT_TRUE(cipher.Seal(number, false, plain, sealed));
+    EXPECT_TRUE(cipher.Open(number, false, sealed, opened));
+    EXPECT_TRUE(std::ranges::equal(opened, plain));
+    EXPECT_FALSE(cipher.Open(number, true, sealed, opened));
+    EXPECT_TRUE(std::ranges::all_of(opened, [](std::byte b) { return b == std::byte{0}; }));
+    EXPECT_FALSE(cipher.Open(number & 0xFFFFFFFFU, false, sealed, opened));
+    EXPECT_FALSE(cipher.Open(number + 1, false, sealed, opened));
+    key.bytes()[31] = std::byte{1};
+    EXPECT_FALSE(BlockCipher(key).Open(number, false, sealed, opened));
+}
+
+TEST(Secrets, HaveOneOwnerAndLeaveNothing) {
+    SecretBytes a = SecretBytes::CopyOf("secret");
+    EXPECT_EQ(a.text(), "secret");
+    SecretBytes copy = a.Clone();
+    copy.bytes()[0] = std::byte{'S'};
+    EXPECT_EQ(a.text(), "secret");
+    const std::byte* place = a.bytes().data();
+    SecretBytes b = std::move(a);
+    EXPECT_EQ(b.bytes().data(), place) << "moved, not copied";
+    EXPECT_TRUE(a.empty()); // NOLINT(bugprone-use-after-move): that is what is shown
+    EXPECT_EQ(a.text(), "");
+    copy = std::move(b);
+    EXPECT_EQ(copy.text(), "secret");
+    copy.Clear();
+    EXPECT_TRUE(copy.empty());
+    EXPECT_EQ(SecretBytes(3).text(), "\0\0\0"sv);
+    std::string text = "secret";
+    Wipe(std::as_writable_bytes(std::span(text)));
+    EXPECT_EQ(text, std::string(6, '\0'));
+    EXPECT_TRUE(EqualInConstantTime({}, {}));
+    EXPECT_FALSE(
+        EqualInConstantTime(std::as_bytes(std::span("ab"sv)), std::as_bytes(std::span("abc"sv))));
+}
+
+TEST(Secrets, CannotBeTouchedAfterTheyAreGone) {
+    EXPECT_DEATH(
+        {
+            const std::byte* place = nullptr;
+            {
+                const SecretBytes secret = SecretBytes::CopyOf("secret");
+                place = secret.bytes().data();
+            }
+            volatile auto byte = *place;
+            static_cast<void>(byte);
+        },
+        "");
+}
+
+TEST(Masters, AreDerivedOnceForAKeyAndSalt) {
+    MasterKeys masters;
+    const RunSalt salt{std::byte{1}};
+    const RunSalt other{std::byte{2}};
+    EXPECT_FALSE(masters.HasKey());
+    masters.SetKey("key");
+    const std::byte* first = masters.For(salt)->bytes().data();
+    const std::byte* second = masters.For(other)->bytes().data();
+    EXPECT_NE(first, second);
+    const unsigned generation = masters.Generation();
+    masters.SetKey("key"); // as before every file
+    EXPECT_EQ(masters.Generation(), generation);
+    EXPECT_EQ(masters.For(salt)->bytes().data(), first);
+    EXPECT_EQ(masters.For(other)->bytes().data(), second);
+    const SecretBytes before = masters.For(salt)->Clone();
+    EXPECT_NE(before.text(), masters.For(other)->text());
+    masters.SetKey("kez");
+    EXPECT_NE(masters.Generation(), generation);
+    EXPECT_NE(masters.For(salt)->text(), before.text());
+    masters.SetKey("key");
+    EXPECT_EQ(masters.For(salt)->text(), before.text());
+    masters.SetKey({});
+    EXPECT_FALSE(masters.HasKey());
+}
+
+TEST(KeyText, IsWhatAPersonCouldHaveWritten) {
+    struct Case {
+        std::string_view key;
+        bool text;
+    };
+    for (const Case& entry : {
+             Case{"plain text", true},
+             Case{"\t\n\f\r", true},
+             Case{"\x80\x8A\x9F\xA0\xFF", true}, // printable in code page 1252
+             Case{"padded\0\0\0"sv, true},
+             Case{"\0\0"sv, true},
+             Case{"", true},
+             Case{"in\0side"sv, false},
+             Case{"\0in front"sv, false},
+             Case{"a\v", false},
+             Case{"a\b", false},
+             Case{"a\x1F", false},
+             Case{"a\x7F", false},
+             Case{"a\x81", false},
+             Case{"a\x8D", false},
+             Case{"a\x8F", false},
+             Case{"a\x90", false},
+             Case{"a\x9D", false},
+         }) {
+        EXPECT_EQ(KeyBytesAreText(entry.key), entry.text) << testing::PrintToString(entry.key);
+    }
+}
+
+} // namespace
+} // namespace zr5::test

@@ -1,0 +1,118 @@
+#include "libs/program_text_file.h"
+
+#include "libs/file_kit.h"
+#include "libs/random.h"
+#include "libs/zr5_file_kit.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_folder.h"
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace zr5::test {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(ProgramTexts, AreReadFromLinesOfAnyKind) {
+    struct Case {
+        std::string content;
+        ProgramTextTable expected;
+    };
+    for (const Case& entry : {
+             Case{"1 one\n2 two\n", {{1, "one"}, {2, "two"}}},
+             Case{"1 one\r\n2 two\r\n", {{1, "one"}, {2, "two"}}},
+             Case{"1 one\n2 two", {{1, "one"}, {2, "two"}}},
+             Case{"\xEF\xBB\xBF"
+                  "1 one",
+                  {{1, "one"}}},
+             Case{"# comment\n\n1 one\n\r\n# 2 two\n", {{1, "one"}}},
+             Case{"32767 last\n", {{32767, "last"}}},
+             Case{"047 padded\n", {{47, "padded"}}},
+             Case{"1  blanks kept \n", {{1, " blanks kept "}}},
+             Case{"1 a\\nb\\\\n\\t\\", {{1, "a\r\nb\\n\\t\\"}}},
+             Case{"1 ~\n", {{1, "~"}}},
+             Case{"1 #no comment\n", {{1, "#no comment"}}},
+             Case{"1 Gr\xC3\xB6\xC3\x9F"
+                  "e\n",
+                  {{1, "Gr\xC3\xB6\xC3\x9F"
+                       "e"}}},
+             Case{"1 " + std::string(1023, 'x'), {{1, std::string(1023, 'x')}}},
+             Case{"1 " + std::string(1022, 'x') + "\\\\", {{1, std::string(1022, 'x') + '\\'}}},
+         }) {
+        SCOPED_TRACE(entry.content.substr(0, 60));
+        ProgramTextTable texts;
+        EXPECT_EQ(ParseProgramTexts(entry.content, texts), std::ssize(entry.expected));
+        EXPECT_EQ(texts, entry.expected);
+    }
+}
+
+TEST(ProgramTexts, SayWhatIsWrongAndWhere) {
+    std::string lines;
+    for (int i = 1; i <= 499; ++i) {
+        lines += std::to_string(i) + " text\n";
+    }
+    struct Case {
+        std::string content;
+        std::int32_t code;
+    };
+    for (const Case& entry : {
+             Case{"", -6},
+             Case{"\n# only comments\n", 0},
+             Case{"\xEF\xBB\xBF", 0},
+             Case{"1 \xFF\n", -4},
+             Case{"1 cut off \xC3", -4},
+             Case{"1 \xED\xA0\x80\n", -4}, // half of a surrogate pair
+             Case{"1 \xC0\xAF\n", -4},     // longer than needed
+             Case{"text\n", -501},
+             Case{"1 one\ntext\n", -502},
+             Case{"1 one\n\n#\n2\n", -504},
+             Case{"1 one\n2 \n", -502},
+             Case{"1\tone\n", -501},
+             Case{" 1 one\n", -501},
+             Case{"0 none\n", -501},
+             Case{"-1 less\n", -501},
+             Case{"32768 more\n", -501},
+             Case{"1 " + std::string(1024, 'x'), -1001},
+             Case{"1 one\n2 " + std::string(1022, 'x') + "\\n\n", -1002}, // two bytes more
+             Case{"1 one\n2 two\n1 again\n", -1503},
+             Case{lines, 499},
+             Case{lines + "\n", -3},
+         }) {
+        SCOPED_TRACE(entry.content.substr(0, 60));
+        ProgramTextTable texts{{7, "before"}};
+        const ProgramTextTable before = texts;
+        EXPECT_EQ(ParseProgramTexts(entry.content, texts), entry.code);
+        if (entry.code <= 0) {
+            EXPECT_EQ(texts, before);
+        }
+    }
+}
+
+TEST(ProgramTexts, AreFetchedThroughTheKit) {
+    const TemporaryFolder folder;
+    const auto system = MakeSystemFileSystem();
+    FaultyFileSystem disk(*system);
+    SystemRandom random;
+    const auto kit = MakeFileKit(disk, random);
+    std::array<char, ProgramTextBufferLength> buffer{};
+    const auto fetch = [&](std::int16_t number, std::int32_t room) {
+        const std::int32_t length = kit->gt(number, 0, buffer, room, 1);
+        return std::string(buffer.data(), static_cast<std::size_t>(length));
+    };
+    EXPECT_EQ(fetch(47, ProgramTextBufferLength), "");
+    EXPECT_EQ(kit->lt(folder / "none", 0), program_text_code::NotOpened);
+    const std::string path = folder.Write("texts", "47 Same as input file\n");
+    EXPECT_EQ(kit->lt(path, 0), 1);
+    EXPECT_EQ(fetch(47, ProgramTextBufferLength), "Same as input file");
+    EXPECT_EQ(fetch(47, 4), "Same");
+    EXPECT_EQ(fetch(48, ProgramTextBufferLength), "");
+    disk.Fail(FsCall::Read, 1);
+    EXPECT_EQ(kit->lt(path, 0), program_text_code::NotRead);
+    folder.Write("texts", "1 x\n" + std::string(1U << 20U, '#'));
+    EXPECT_EQ(kit->lt(path, 0), program_text_code::TooMuchText);
+    EXPECT_EQ(fetch(47, ProgramTextBufferLength), "Same as input file") << "a failure keeps texts";
+}
+
+} // namespace
+} // namespace zr5::test
