@@ -14,7 +14,7 @@ QColor Mixed(const QColor& a, const QColor& b, qreal partOfA) {
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-/// The padlock of packaging/zr5e.svg, on its grid of 64 by 64.
+/// The padlock of packaging/com.velmora.zr5e.svg, on its grid of 64 by 64.
 QPixmap IconPixmap(int size) {
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -67,14 +68,9 @@ QString NameFilter(const std::string& filter) {
     return ToQt(filter).section('|', 0, 0).trimmed() + QStringLiteral(" (*)");
 }
 
-std::optional<std::string> Run(QFileDialog& dialog, const std::string& startFolder) {
-    if (!startFolder.empty())
-        dialog.setDirectory(QFile::decodeName(QByteArray::fromStdString(startFolder)));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-    return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
-}
-
 } // namespace
+
+QtUserPort::QtUserPort() : lastFolder_(QDir::homePath()) {}
 
 Answer QtUserPort::Ask(const MessageBox& box) {
     QMessageBox window(QApplication::activeWindow());
@@ -113,6 +109,15 @@ std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return Run(dialog, picker.startFolder);
+}
+
+std::optional<std::string> QtUserPort::Run(QFileDialog& dialog, const std::string& startFolder) {
+    dialog.setDirectory(startFolder.empty()
+                            ? lastFolder_
+                            : QFile::decodeName(QByteArray::fromStdString(startFolder)));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    lastFolder_ = dialog.directory().absolutePath();
+    return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
 }
 
 void QtUserPort::ProcessEvents() {

@@ -4,17 +4,28 @@
 
 #include "util/user_port.h"
 
+#include <QString>
+
+class QFileDialog;
+
 namespace zr5 {
 
 /// Boxes and pickers belong to the window that is active when they open.
 class QtUserPort final : public UserPort {
   public:
+    QtUserPort();
     Answer Ask(const MessageBox& box) override;
     [[nodiscard]] std::optional<std::string> PickFile(const FilePicker& picker) override;
     [[nodiscard]] std::optional<std::string> PickFolder(const FolderPicker& picker) override;
     void ProcessEvents() override;
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
+
+  private:
+    [[nodiscard]] std::optional<std::string> Run(QFileDialog& dialog,
+                                                 const std::string& startFolder);
+
+    QString lastFolder_; ///< where the user was last; home at first
 };
 
 } // namespace zr5
