@@ -1,0 +1,94 @@
+#include "ui/key_dialog_box.h"
+
+#include "keys/normalise.h"
+#include "util/code_page.h"
+
+#include <algorithm>
+#include <QFont>
+#include <QSignalBlocker>
+#include <utility>
+
+namespace zr5 {
+namespace {
+
+/// Overwrites the characters where they are, also those that other strings share: that is the
+/// purpose. Text without a buffer of its own (capacity 0) is constant and not overwritten.
+void OverwriteInPlace(const QString& text) {
+    if (text.capacity() == 0) return;
+    auto* characters = const_cast<QChar*>(text.constData());
+    Wipe(std::as_writable_bytes(std::span(characters, static_cast<std::size_t>(text.size()))));
+}
+
+QString Shown(const SecretBytes& entry) {
+    QString text(static_cast<qsizetype>(entry.size()), QChar());
+    std::ranges::transform(entry.bytes(), text.begin(), [](std::byte byte) {
+        return QChar(
+            static_cast<char16_t>(CodePage1252Character(std::to_integer<std::uint8_t>(byte))));
+    });
+    return text;
+}
+
+} // namespace
+
+KeyBox::KeyBox(Characters characters, Edit edit, Entry entry)
+    : edit_(std::move(edit)), entry_(std::move(entry)) {
+    QFont keyFont = font();
+    keyFont.setFamilies({QStringLiteral("Courier New")});
+    keyFont.setStyleHint(QFont::Monospace);
+    setFont(keyFont);
+    setMaxLength(static_cast<int>(MaxKeyLength));
+    setAcceptDrops(false);
+    if (characters == Characters::Masked) {
+        setEchoMode(QLineEdit::Password);
+        setStyleSheet(QStringLiteral("lineedit-password-character: 35")); // "#"
+    }
+    setInputMethodHints(inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
+                        Qt::ImhNoAutoUppercase);
+    connect(this, &QLineEdit::textChanged, this, &KeyBox::TakeEdit);
+}
+
+KeyBox::~KeyBox() {
+    const QSignalBlocker quiet(this);
+    OverwriteText();
+    clear();
+}
+
+void KeyBox::ShowEntry() {
+    const QSignalBlocker quiet(this);
+    const QString shown = Shown(entry_());
+    OverwriteText();
+    setText(shown); // this also drops what could be undone
+}
+
+QSize KeyBox::sizeHint() const {
+    constexpr int Spare = 4; // the frame and the cursor
+    QSize size = QLineEdit::sizeHint();
+    const int widest = fontMetrics().horizontalAdvance(QLatin1Char('W'));
+    size.setWidth(widest * (static_cast<int>(MaxKeyLength) + Spare));
+    return size;
+}
+
+void KeyBox::TakeEdit() {
+    const auto compose = [](const QString& text) {
+        return text.normalized(QString::NormalizationForm_C);
+    };
+    const QString typed = text();
+    const QString composed = compose(typed);
+    const auto before = static_cast<qsizetype>(entry_().size());
+    const qsizetype cursor = cursorPosition();
+    const bool accepted = edit_(std::u16string_view(
+        reinterpret_cast<const char16_t*>(composed.utf16()), // NOLINT: QString is UTF-16
+        static_cast<std::size_t>(composed.size())));
+    const qsizetype place = accepted ? compose(typed.left(cursor)).size()
+                                     : std::max<qsizetype>(cursor - (typed.size() - before), 0);
+    ShowEntry();
+    setCursorPosition(static_cast<int>(place));
+    OverwriteInPlace(composed);
+}
+
+void KeyBox::OverwriteText() {
+    OverwriteInPlace(displayText());
+    OverwriteInPlace(text());
+}
+
+} // namespace zr5

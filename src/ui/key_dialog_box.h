@@ -1,0 +1,43 @@
+#pragma once
+
+// The text box into which a key is typed. It shows what the dialog's rules hold, keeps nothing
+// that could be undone, and overwrites its text when it goes.
+
+#include "libs/secret.h"
+
+#include <functional>
+#include <QLineEdit>
+#include <string_view>
+
+namespace zr5 {
+
+class KeyBox final : public QLineEdit {
+    Q_OBJECT
+
+  public:
+    enum class Characters { Shown, Masked };
+    /// Told of every change, composed (NFC); says no to refuse it.
+    using Edit = std::function<bool(std::u16string_view typed)>;
+    /// What the box is to hold: after an edit, or after `ShowEntry`.
+    using Entry = std::function<const SecretBytes&()>;
+
+    KeyBox(Characters characters, Edit edit, Entry entry);
+    ~KeyBox() override;
+    KeyBox(const KeyBox&) = delete;
+    KeyBox& operator=(const KeyBox&) = delete;
+
+    /// Shows the entry that the rules hold now.
+    void ShowEntry();
+
+    /// Wide enough for the longest key.
+    [[nodiscard]] QSize sizeHint() const override;
+
+  private:
+    void TakeEdit();
+    void OverwriteText();
+
+    Edit edit_;
+    Entry entry_;
+};
+
+} // namespace zr5

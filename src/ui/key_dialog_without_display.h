@@ -1,0 +1,49 @@
+#pragma once
+
+// The window in which a key is typed twice and never seen.
+
+#include "keys/current_key.h"
+#include "keys/keyboard_without_display.h"
+#include "util/user_port.h"
+
+#include <array>
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+
+namespace zr5 {
+
+class KeyBox;
+
+/// `frmKeyboardWithoutDisplay`; accepted once both entries are the same key.
+class KeyDialogWithoutDisplay final : public QDialog {
+    Q_OBJECT
+
+  public:
+    KeyDialogWithoutDisplay(KeyboardWithoutDisplay& rules, UserPort& user,
+                            QWidget* parent = nullptr);
+
+  private:
+    KeyBox* MakeBox(std::size_t index);
+    void LayOut();
+    void Refresh();
+    void CompareEntries();
+
+    KeyboardWithoutDisplay& rules_;
+    UserPort& user_;
+    QLabel* prompt_;
+    QLabel* reEnter_;
+    std::array<KeyBox*, 2> boxes_;
+    std::array<QLabel*, 2> hints_;
+    QLabel* checksum_;
+    QPushButton* ok_;
+    QPushButton* cancel_;
+};
+
+/// Lets the user type a key twice, offers to inspect it in `inspector` (null where there is
+/// none), and makes it the current one, drops the current one, or leaves it.
+void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, UserPort& user, Function operation,
+                                      CurrentKey& key, KeyInspector* inspector = nullptr);
+
+} // namespace zr5
