@@ -1,0 +1,248 @@
+#include "operation/driver.h"
+
+#include "operation/file_ops.h"
+#include "operation/operation_fixture.h"
+
+#include <filesystem>
+
+namespace zr5::test {
+namespace {
+
+class DriverTest : public OperationTest {
+  protected:
+    /// The report of one run of the driver over the list.
+    std::string Run() {
+        screen.BeginRun(setup.Operation);
+        ProcessFiles(Context(), screen);
+        screen.EndRun();
+        return screen.text();
+    }
+    /// What follows the heading.
+    std::string Entries() {
+        const std::string report = Run();
+        return report.substr(report.find("\r\n") + 2);
+    }
+};
+
+TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
+    folder.Write("notes.odg", std::string(1234, 'x'));
+    ChooseInput("notes.odg");
+    const std::string path = folder / "notes.odg";
+    const std::size_t length = ("result of " + path).size();
+    EXPECT_EQ(Run(), "Encrypting " + path +
+                         " to a file with same name.\r\n"
+                         "     notes.odg 1,234 bytes   -> " +
+                         std::to_string(length) + " bytes\r\n");
+    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{path, 1000, true, false}}));
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"notes.odg"});
+    EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    EXPECT_EQ(screen.counters.totalBytes, 1234U);
+    EXPECT_EQ(screen.counters.reportLines, 1U);
+}
+
+TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
+    folder.Write("a-rather-long-name.txt", "secret");
+    ChooseInput("a-rather-long-name.txt");
+    ChooseOutput("out.enc");
+    setup.Operation = Function::Decrypt;
+    const std::string length = std::to_string(("result of " + list.front().inputPath).size());
+    EXPECT_EQ(Run(), "Decrypting " + (folder / "a-rather-long-name.txt") +
+                         " to a file\r\n"
+                         "  a-rather-long-name.txt 6 bytes   -> " +
+                         (folder / "out.enc") + "  " + length + " bytes\r\n");
+    EXPECT_EQ(folder.Read("a-rather-long-name.txt"), "secret");
+    EXPECT_TRUE(kit.purged.empty());
+    EXPECT_EQ(engine.CallNames(),
+              (std::vector<std::string>{"operation_initialization", "decrypt_file"}));
+    EXPECT_EQ(engine.lastKey, "ABCDEFGHIJKLMNOP");
+}
+
+TEST_F(DriverTest, DeletesTheEncryptedInputWithoutOverwritingWhenDecryptingInPlace) {
+    folder.Write("a", "abc");
+    ChooseInput("a");
+    setup.Operation = Function::Decrypt;
+    static_cast<void>(Run());
+    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{folder / "a", 0, true, false}}));
+}
+
+TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
+    folder.Write("empty", "");
+    ChooseInput("empty");
+    EXPECT_EQ(Entries(), "         empty  This file is empty (0 bytes).\r\n");
+    setup.Operation = Function::Decrypt;
+    EXPECT_EQ(Entries(), "         empty  This file is empty (0 bytes).\r\n");
+    folder.Write("two", "ab");
+    ChooseInput("two");
+    EXPECT_EQ(Entries(), "           two  This file is too small to have been ZR5-encrypted.\r\n");
+    EXPECT_TRUE(engine.calls.empty());
+    EXPECT_EQ(screen.counters.filesProcessed, 0U);
+    EXPECT_EQ(screen.counters.filesAttempted, 1U);
+
+    setup.Operation = Function::Encrypt;
+    EXPECT_NE(Entries().find("2 bytes   -> "), std::string::npos);
+}
+
+TEST_F(DriverTest, RefusesProtectedFilesInPlaceOnly) {
+    folder.Write("run.BAT", "abc");
+    ChooseInput("run.BAT");
+    EXPECT_EQ(Entries(), "       run.BAT 3 bytes   ZR5 does not encrypt-in-place files with "
+                         "extension bat.\r\n");
+    folder.Write("zr5e", "abc");
+    ChooseInput("zr5e");
+    machine.executablePath = folder / "zr5e";
+    EXPECT_EQ(
+        Entries(),
+        "          zr5e 3 bytes   This is the ZR5 executable.  Encryption not performed.\r\n");
+    key.keyState = key_state::Keyfile;
+    key.keyfilePath = folder / "my.key";
+    folder.Write("my.key", "abc");
+    std::filesystem::create_hard_link(folder / "my.key", folder / "linked");
+    ChooseInput("linked");
+    setup.Operation = Function::Decrypt;
+    EXPECT_EQ(
+        Entries(),
+        "        linked 3 bytes   This is the current keyfile.  Decryption not performed.\r\n");
+    EXPECT_TRUE(engine.calls.empty());
+
+    ChooseInput("run.BAT");
+    ChooseOutput("out");
+    EXPECT_NE(Entries().find("-> "), std::string::npos);
+}
+
+TEST_F(DriverTest, ReportsWhyAFileCouldNotBeReplaced) {
+    folder.Write("n.odg", "abc");
+    ChooseInput("n.odg");
+    const std::string temporary = folder / "n.odg.zr5";
+    kit.extensionResult = 1;
+    EXPECT_EQ(Entries(), "         n.odg 3 bytes   Unable to get temporary output filename.\r\n");
+    kit.extensionResult = 0;
+    kit.purgeResult = -4;
+    EXPECT_EQ(Entries(), "         n.odg 3 bytes   Error when renaming temporary output file. The "
+                         "result of the encryption operation is in the file " +
+                             temporary + ".\r\n");
+    EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"n.odg", "n.odg.zr5"}));
+}
+
+TEST_F(DriverTest, TellsWhereAPartialPlaintextIsInPlaceToo) {
+    folder.Write("a.zip", "abc");
+    ChooseInput("a.zip");
+    setup.Operation = Function::Decrypt;
+    engine.decryptResult = -21;
+    EXPECT_EQ(Entries(), "         a.zip 3 bytes   One block expansion error occurred.\r\n"
+                         "              Ciphertext is corrupt or decryption key is incorrect.\r\n"
+                         "              Partial plaintext may be in " +
+                             (folder / "a.zip.zr5") + ".\r\n");
+    EXPECT_EQ(screen.counters.filesProcessed, 0U);
+}
+
+TEST_F(DriverTest, ReportsAFileThatVanishedAndGoesOn) {
+    folder.Write("b", "abc");
+    list = {{WorkItem::Kind::File, folder / "gone", folder / "gone"},
+            {WorkItem::Kind::File, folder / "b", folder / "b"}};
+    engine.onFile = [this](const std::string& input, const std::string& output) {
+        engine.encryptResult = std::filesystem::exists(input) ? 0 : -3;
+        if (engine.encryptResult == 0) std::ofstream(output) << "done";
+    };
+    EXPECT_EQ(Entries(), "          gone  Input file not found.\r\n"
+                         "             b 3 bytes   -> 4 bytes\r\n");
+}
+
+TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersOfTheList) {
+    folder.Write("a", "abc");
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.Folder[Input] = folder.Path();
+    list = {{WorkItem::Kind::Folder, folder.Path(), {}},
+            {WorkItem::Kind::File, folder / "a", folder / "a"},
+            {WorkItem::Kind::ProhibitedFolder, "/proc/", {}}};
+    const std::string report = Run();
+    EXPECT_TRUE(report.starts_with("Encrypting all files in the folder " + folder.Path() +
+                                   " to a file with same name.\r\n\r\nFolder: " + folder.Path() +
+                                   "\r\n             a 3 bytes   -> "));
+    EXPECT_TRUE(report.ends_with("\r\nFolder: /proc/\r\n***  Prohibited folder  ***\r\n"));
+}
+
+TEST_F(DriverTest, ShowsNamesOnOneLineWhateverTheyHold) {
+    folder.Write("a\nb\xFF.odg", "abc");
+    ChooseInput("a\nb\xFF.odg");
+    EXPECT_TRUE(Entries().starts_with("  a\\x0Ab\\xFF.odg 3 bytes   -> "));
+}
+
+class Anomaly : public DriverTest {
+  protected:
+    Anomaly() {
+        setup.Operation = Function::Decrypt;
+        kit.fileRandomness = -0.4;
+        folder.Write("a", std::string(4096, 'x'));
+        folder.Write("b", std::string(4096, 'x'));
+        folder.Write("small", std::string(4095, 'x'));
+        ChooseInput("a");
+    }
+    void Add(const std::string& name) {
+        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
+    }
+    const MessageBox question =
+        Question("This file appears NOT to be encrypted?\r\nAttempt to decrypt it anyway?",
+                 "Anomaly", BoxIcon::Question, Answer::No);
+};
+
+TEST_F(Anomaly, SkipsTheLastFileWithoutAskingWhetherToAbort) {
+    user.Expect(question, Answer::No);
+    EXPECT_EQ(Entries(), "             a 4,096 bytes   skipped (file seems not encrypted)\r\n");
+    EXPECT_EQ(screen.counters.filesSkippedAsNotEncrypted, 1U);
+    EXPECT_TRUE(engine.calls.empty());
+}
+
+TEST_F(Anomaly, AbortsTheWholeOperationWhenAskedTo) {
+    Add("b");
+    user.Expect(question, Answer::No);
+    user.Expect("Abort?", "Abort this decryption operation?", Answer::Yes);
+    static_cast<void>(Run());
+    EXPECT_EQ(screen.counters.filesAttempted, 1U);
+    EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+}
+
+TEST_F(Anomaly, GoesOnWithTheNextFileWhenNotAborted) {
+    Add("b");
+    user.Expect(question, Answer::No);
+    user.Expect("Abort?", "Abort this decryption operation?", Answer::No);
+    user.Expect(question, Answer::Yes);
+    static_cast<void>(Run());
+    EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    EXPECT_EQ(screen.PausedDoneText(), "Done");
+}
+
+TEST_F(Anomaly, IsNotSuspectedOfShortUnreadableOrRandomFilesNorWhenEncrypting) {
+    ChooseInput("small");
+    static_cast<void>(Run());
+    ChooseInput("a");
+    kit.fileRandomness = RandomnessUnreadable;
+    static_cast<void>(Run());
+    kit.fileRandomness = RandomnessThreshold;
+    folder.Write("a", std::string(4096, 'x'));
+    static_cast<void>(Run());
+    kit.fileRandomness = -0.4;
+    folder.Write("a", std::string(4096, 'x'));
+    setup.Operation = Function::Encrypt;
+    static_cast<void>(Run());
+    EXPECT_TRUE(user.asked.empty());
+}
+
+TEST_F(DriverTest, StopsBetweenFilesOnly) {
+    for (const char* name : {"a", "b", "c"}) {
+        folder.Write(name, "abc");
+        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
+    }
+    const auto encrypt = engine.onFile;
+    engine.onFile = [&](const std::string& input, const std::string& output) {
+        if (input.ends_with("b")) screen.StopPressed();
+        encrypt(input, output);
+    };
+    static_cast<void>(Run());
+    EXPECT_EQ(screen.counters.filesProcessed, 2U);
+    EXPECT_EQ(folder.Read("c"), "abc");
+    EXPECT_TRUE(folder.Read("b").starts_with("result of "));
+}
+
+} // namespace
+} // namespace zr5::test

@@ -1,0 +1,67 @@
+#pragma once
+
+// An operation on real files in a fresh folder, with an engine and a file kit that answer what
+// the test sets, unless it takes the real ones.
+
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "operation/operation_run.h"
+#include "support/fakes.h"
+#include "support/faulty_file_system.h"
+#include "support/scripted_user.h"
+#include "support/stopped_clock.h"
+#include "support/temporary_folder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+namespace zr5::test {
+
+class OperationTest : public testing::Test {
+  protected:
+    OperationTest() {
+        key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
+        key.keyState = key_state::Keyboard;
+        key.checksum = 6304;
+        engine.onFile = [this](const std::string& input, const std::string& output) {
+            if (engine.encryptResult == 0 && engine.decryptResult == 0) {
+                std::ofstream(output) << "result of " << input;
+            }
+        };
+        kit.onPurge = [this](const std::string& path) {
+            if (kit.purgeResult == 0) static_cast<void>(disk->Remove(path));
+        };
+    }
+
+    /// A single file of the folder as the input, worked on in place.
+    void ChooseInput(const std::string& name) {
+        setup.Folder = {folder.Path(), folder.Path()};
+        setup.FileName = {name, name};
+        list = {{WorkItem::Kind::File, folder / name, folder / name}};
+    }
+    /// A different output for the chosen input.
+    void ChooseOutput(const std::string& name) {
+        setup.OutputMode = OutputTarget::SeparateOutput;
+        setup.FileName[Output] = name;
+        list.front().outputPath = folder / name;
+    }
+
+    [[nodiscard]] OperationContext Context() { return {setup, key, list, machine}; }
+
+    TemporaryFolder folder;
+    std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
+    FakeEngine engine;
+    FakeKit kit;
+    ScriptedUser user;
+    StoppedClock clock;
+    Machine machine{*disk, engine, kit, user, clock, "/usr/bin/zr5e"};
+    OperationSetup setup;
+    CurrentKey key;
+    WorkList list;
+    ReportScreen screen{user, clock};
+};
+
+} // namespace zr5::test

@@ -1,0 +1,138 @@
+#include "operation/report_screen.h"
+
+#include "support/scripted_user.h"
+#include "support/stopped_clock.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5::test {
+namespace {
+
+class ReportScreenTest : public testing::Test {
+  protected:
+    ScriptedUser user;
+    StoppedClock clock;
+    ReportScreen screen{user, clock, 1000};
+
+    void ExpectButtons(const std::string& stop, bool stopEnabled, const std::string& pause,
+                       const std::string& label) {
+        EXPECT_EQ(screen.StopCaption(), stop);
+        EXPECT_EQ(screen.StopEnabled(), stopEnabled);
+        EXPECT_EQ(screen.PauseCaption(), pause);
+        EXPECT_EQ(screen.PauseEnabled(), stopEnabled);
+        EXPECT_EQ(screen.PausedDoneText(), label);
+    }
+};
+
+TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
+    ExpectButtons("Stop at next file", false, "Pause at next file", "");
+    screen.BeginRun(Function::Encrypt);
+    ExpectButtons("Stop at next file", true, "Pause at next file", "");
+    screen.EndRun();
+    ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
+}
+
+TEST_F(ReportScreenTest, SaysStoppedAtOnceWhenStopIsPressed) {
+    screen.BeginRun(Function::Encrypt);
+    screen.StopPressed();
+    ExpectButtons("Stop", false, "Pause at next file", "Stopped");
+    EXPECT_TRUE(screen.IsRunning());
+    screen.EndRun();
+    EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+    screen.BeginRun(Function::Encrypt);
+    EXPECT_FALSE(screen.StopRequested());
+}
+
+TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
+    screen.BeginRun(Function::Encrypt);
+    screen.PauseStep(); // not paused: returns
+    int waits = 0;
+    user.onEvents = [&] {
+        ExpectButtons("Stop", true, "Continue", "Paused");
+        if (++waits == 2) screen.PauseContinuePressed();
+    };
+    screen.PauseContinuePressed();
+    ExpectButtons("Stop at next file", true, "Continue", "");
+    screen.PauseStep();
+    EXPECT_EQ(waits, 2);
+    ExpectButtons("Stop at next file", true, "Pause at next file", "");
+
+    user.onEvents = [&] { screen.StopPressed(); };
+    screen.PauseContinuePressed();
+    screen.PauseStep();
+    EXPECT_TRUE(screen.StopRequested());
+}
+
+TEST_F(ReportScreenTest, IgnoresButtonsWhileNothingRuns) {
+    screen.StopPressed();
+    screen.PauseContinuePressed();
+    screen.BeginRun(Function::Encrypt);
+    screen.EndRun();
+    screen.StopPressed();
+    EXPECT_EQ(screen.PausedDoneText(), "Done");
+}
+
+TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
+    screen.AppendToReport("one\r\ntwo");
+    screen.CopyPressed("two");
+    EXPECT_EQ(user.clipboard, "two");
+    screen.CopyPressed("");
+    EXPECT_EQ(user.clipboard, "one\r\ntwo");
+    EXPECT_EQ(ReportScreen::CopyCaption(true), "Copy selected text to clipboard");
+    EXPECT_EQ(ReportScreen::CopyCaption(false), "Copy to clipboard");
+}
+
+TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFull) {
+    screen.BeginRun(Function::Encrypt);
+    screen.AppendToReport(std::string(999, 'x'));
+    EXPECT_FALSE(screen.IsFull());
+    screen.AppendToReport("\u00e9");
+    ASSERT_TRUE(screen.IsFull()) << "a character counts once, however many bytes it has";
+    user.Expect("Report buffer full",
+                "The output report buffer has been filled, so this report cannot continue.\r\n"
+                "The operation, however, may continue, but without report of results for "
+                "individual files.\r\n"
+                "It is recommended to continue the operation.  Do you wish to continue?",
+                Answer::Yes);
+    screen.ReportBufferFull();
+    EXPECT_EQ(screen.text(), std::string(500, 'x') +
+                                 "\r\nThe output report buffer was filled.\r\n"
+                                 "Subsequent operations on individual files will continue,\r\n"
+                                 "but results will not be reported here.\r\n");
+    const std::string before = screen.text();
+    screen.AppendToReport("an entry");
+    EXPECT_EQ(screen.text(), before);
+    screen.AppendAlways("summary");
+    EXPECT_EQ(screen.text(), before + "summary");
+    EXPECT_FALSE(screen.StopRequested());
+}
+
+TEST_F(ReportScreenTest, StopsAtAFullTextWhenTheUserSaysNo) {
+    screen.BeginRun(Function::Decrypt);
+    screen.AppendToReport("short");
+    user.onEvents = nullptr;
+    user.Expect(Question("The output report buffer has been filled, so this report cannot "
+                         "continue.\r\nThe operation, however, may continue, but without report "
+                         "of results for individual files.\r\nIt is recommended to continue the "
+                         "operation.  Do you wish to continue?",
+                         "Report buffer full", BoxIcon::Exclamation),
+                Answer::No);
+    screen.ReportBufferFull();
+    EXPECT_EQ(screen.text(), "\r\nThe output report buffer was filled.\r\n"
+                             "This operation was terminated at the user's request.\r\n"
+                             "Note: Some files were not decrypted.\r\n");
+    EXPECT_TRUE(screen.StopRequested());
+}
+
+TEST_F(ReportScreenTest, TellsWhenARunBeganAndHowLongItTook) {
+    EXPECT_EQ(screen.TimeText(), "");
+    screen.BeginRun(Function::Encrypt);
+    clock.now += std::chrono::seconds(61);
+    EXPECT_EQ(screen.TimeText(), "Started 14:03, elapsed 1 minute and 1 second");
+    screen.EndRun();
+    clock.now += std::chrono::hours(5);
+    EXPECT_EQ(screen.Elapsed(), std::chrono::seconds(61));
+}
+
+} // namespace
+} // namespace zr5::test

@@ -1,0 +1,17 @@
+#pragma once
+
+// A clock that says what the test sets.
+
+#include "libs/clock.h"
+
+namespace zr5::test {
+
+class StoppedClock : public Clock {
+  public:
+    std::chrono::milliseconds now{0};
+    std::chrono::milliseconds timeOfDay{std::chrono::hours(14) + std::chrono::minutes(3)};
+    [[nodiscard]] std::chrono::milliseconds Now() const override { return now; }
+    [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override { return timeOfDay; }
+};
+
+} // namespace zr5::test
