@@ -9,14 +9,10 @@ namespace {
 constexpr std::string_view AllFiles = "All files";
 constexpr std::string_view AllFilesMatching = "All files matching ";
 constexpr std::string_view AllFilesMatchingColon = "All files matching: ";
-constexpr std::string_view Ellipsis = "...";
 
-/// Whether `caption` is `full` with its middle replaced by "...", whatever the width.
+/// Whether `caption` is what `full` becomes when it is shortened to the caption's own length.
 bool IsShortenedForm(std::string_view caption, std::string_view full) {
-    const auto gap = caption.find(Ellipsis);
-    if (gap == std::string_view::npos || caption.size() >= full.size()) return false;
-    return full.starts_with(caption.substr(0, gap)) &&
-           full.ends_with(caption.substr(gap + Ellipsis.size()));
+    return caption != full && caption == ShortenPath(full, CharacterCount(caption));
 }
 
 bool Shows(std::string_view caption, std::string_view full) {

@@ -1,0 +1,292 @@
+#include "setup/setup_desk.h"
+
+#include "setup/verb_form.h"
+#include "setup/words.h"
+#include "support/scripted_user.h"
+
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using test::ScriptedUser;
+
+class Desk : public testing::Test {
+  protected:
+    Desk() {
+        desk.ResetSetup();
+        desk.FinishStartup();
+    }
+    void ChooseInput() { desk.SetInputFile("/in/", "a.txt"); }
+    /// As a later version's folder choice leaves it.
+    void TakeFolder() {
+        OperationSetup setup;
+        setup.InputMode = InputSource::FilesInAFolder;
+        setup.Folder = {"/in/", "/in/"};
+        setup.FileName = {"*.*", "*.*"};
+        setup.FilePattern = "*.*";
+        desk.TakeOver(setup);
+        desk.RewriteLabels();
+    }
+    ControlView Control(const char* name) { return desk.Refresh().at(name); }
+    std::string Text(const char* name) { return Control(name).text.value(); }
+
+    ScriptedUser user;
+    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
+    SetupDesk desk{user, *fileSystem, [](std::int16_t number) {
+                       return number == TextSameAsInputFolder ? "Same as input folder"
+                              : number == TextSameAsInputFile ? "Same as input file"
+                                                              : "Same as input files";
+                   }};
+};
+
+TEST_F(Desk, ShowsTheLargestMaximumBeforeTheFirstReset) {
+    SetupDesk fresh(user, *fileSystem, [](std::int16_t) { return ""; });
+    EXPECT_EQ(fresh.Refresh().at("txbMaxNumFiles").text, "10000");
+    fresh.ResetSetup();
+    EXPECT_EQ(fresh.Refresh().at("txbMaxNumFiles").text, "20");
+}
+
+TEST_F(Desk, ResetsEveryChoice) {
+    desk.SelectFunction(Function::Decrypt);
+    desk.SelectOutputMode(OutputTarget::SeparateOutput);
+    ChooseInput();
+    desk.LeaveMaxNumFiles("77", SetupDesk::Leaving::Speaking);
+    desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking);
+    desk.ResetSetup();
+    for (const char* option : {"optEncrypt", "optSingleFile", "optOverwriteInputFiles"})
+        EXPECT_TRUE(Control(option).checked) << option;
+    EXPECT_FALSE(Control("optSubfolders").checked);
+    EXPECT_EQ(Text("txbFilePattern"), "");
+    EXPECT_EQ(Text("txbMaxNumFiles"), "20");
+    for (const char* label : {"lblFolder(0)", "lblFolder(1)", "lblFiles(0)", "lblFiles(1)"})
+        EXPECT_EQ(Text(label), "") << label;
+    EXPECT_TRUE(desk.Setup().FilePath(Input).empty());
+}
+
+TEST_F(Desk, WordsEveryCaptionAfterTheFunction) {
+    EXPECT_EQ(Text("cmdKeyFrom"), "Specify encryption key");
+    desk.SelectFunction(Function::Decrypt);
+    EXPECT_EQ(Text("cmdKeyFrom"), "Specify decryption key");
+    EXPECT_EQ(Text("cmdDoIt"), "Perform the decryption");
+    EXPECT_EQ(Text("cmdListFiles"), "List files to be decrypted");
+    EXPECT_EQ(Text("lblFilesInAFolder"), "Files will be decrypted 'in place'.");
+}
+
+TEST_F(Desk, ShowsSelectedOptionsBold) {
+    EXPECT_TRUE(Control("optEncrypt").bold);
+    EXPECT_FALSE(Control("optDecrypt").bold);
+    desk.SelectFunction(Function::Decrypt);
+    EXPECT_FALSE(Control("optEncrypt").bold);
+    EXPECT_TRUE(Control("optDecrypt").bold);
+}
+
+TEST_F(Desk, ClearsTheInputChoiceWhenItsKindChanges) {
+    ChooseInput();
+    desk.SelectOutputMode(OutputTarget::SeparateOutput);
+    desk.SelectInputMode(InputSource::FilesInAFolder);
+    EXPECT_EQ(desk.Setup().OutputMode, OutputTarget::OverwriteInput);
+    EXPECT_FALSE(Control("fraOutput").visible);
+    EXPECT_FALSE(Control("fraSelectFile").enabled);
+    EXPECT_TRUE(Control("fraFilesInAFolder").enabled);
+    EXPECT_TRUE(Control("lblFilesInAFolder").visible);
+    EXPECT_EQ(Text("lblInputFile"), "Input files:");
+    for (const char* label : {"lblFolder(0)", "lblFolder(1)", "lblFiles(0)", "lblFiles(1)"})
+        EXPECT_EQ(Text(label), "") << label;
+    EXPECT_FALSE(Control("optSubfolders").checked);
+    EXPECT_FALSE(Control("optNotSubfolders").checked);
+    EXPECT_EQ(desk.Setup().Folder[Input], "");
+    EXPECT_FALSE(desk.Setup().IncludeSubfolders());
+
+    desk.SelectInputMode(InputSource::SingleFile);
+    EXPECT_TRUE(Control("fraOutput").visible);
+    EXPECT_TRUE(Control("cmdSingleFile(0)").enabled);
+    EXPECT_FALSE(Control("lblFilesInAFolder").visible);
+}
+
+TEST_F(Desk, KeepsTheInputWhenItsKindIsSelectedAgain) {
+    ChooseInput();
+    desk.SelectInputMode(InputSource::SingleFile);
+    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a.txt");
+}
+
+TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
+    ChooseInput();
+    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a.txt");
+    EXPECT_EQ(Text("lblFolder(1)"), "Same as input folder");
+    EXPECT_EQ(Text("lblFiles(1)"), "Same as input file");
+    EXPECT_FALSE(Control("lblFiles(1)").bold);
+    EXPECT_FALSE(Control("cmdSingleFile(1)").enabled);
+
+    desk.SelectOutputMode(OutputTarget::SeparateOutput);
+    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a.txt") << "what stands is kept";
+    EXPECT_TRUE(Control("cmdSingleFile(1)").enabled);
+    desk.SetOutputFile("/out/", "b.txt");
+    EXPECT_TRUE(Control("lblFolder(1)").bold);
+    EXPECT_TRUE(Control("lblFiles(1)").bold);
+
+    desk.SetInputFile("/in/", "c.txt");
+    EXPECT_EQ(desk.Setup().FilePath(Output), "") << "chosen anew for another input";
+    EXPECT_EQ(Text("lblFiles(1)"), "");
+    desk.SelectOutputMode(OutputTarget::OverwriteInput);
+    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/c.txt");
+}
+
+TEST_F(Desk, KeepsBackWhatThisVersionDoesNotHave) {
+    TakeFolder();
+    for (const char* name : {"cmdSpecifyDirectory", "cmdListFiles", "cmdLoadSetup", "cmdKeyFile(0)",
+                             "cmdRandomnessReport"}) {
+        EXPECT_FALSE(Control(name).enabled) << name;
+        EXPECT_EQ(Control(name).toolTip, "Not available in this version.") << name;
+    }
+    EXPECT_TRUE(Control("cmdDoIt").enabled);
+}
+
+TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
+    for (const auto& [pane, frame] : {std::pair{Pane::Menu, "fraMenu"},
+                                      {Pane::Setup, "fraSetup"},
+                                      {Pane::SaveSetup, "fraSaveSetup"},
+                                      {Pane::Key, "fraKey"}}) {
+        desk.Show(pane);
+        const MainWindowView view = desk.Refresh();
+        for (const char* each : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"}) {
+            EXPECT_EQ(view.at(each).visible, std::string_view(each) == frame) << each;
+            EXPECT_EQ(view.at(each).enabled, std::string_view(each) == frame) << each;
+        }
+        EXPECT_EQ(view.at("fraMain").enabled, pane == Pane::Menu);
+        EXPECT_EQ(view.at("lblKeyFrom(0)").visible, pane != Pane::Key);
+    }
+}
+
+struct TypedMaximum {
+    const char* text;
+    const char* shownAfterwards; ///< "20" stands before
+    bool accepted;
+};
+
+class MaxNumFilesBox : public Desk, public testing::WithParamInterface<TypedMaximum> {};
+
+TEST_P(MaxNumFilesBox, AcceptsWhatIsWithinTheLimits) {
+    const auto& [text, shown, accepted] = GetParam();
+    if (!accepted) {
+        user.Expect(Notice("The value for the maximum number of files in a single operation "
+                           "must be between 10 and 10000",
+                           "Maximum number of files", BoxIcon::Information));
+    }
+    EXPECT_EQ(desk.LeaveMaxNumFiles(text, SetupDesk::Leaving::Speaking), accepted);
+    EXPECT_EQ(Text("txbMaxNumFiles"), shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Typed, MaxNumFilesBox,
+    testing::Values(TypedMaximum{"9", "20", false}, TypedMaximum{"10", "10", true},
+                    TypedMaximum{"10000", "10000", true}, TypedMaximum{"10001", "20", false},
+                    TypedMaximum{"  25 files", "25", true}, TypedMaximum{"", "20", false},
+                    TypedMaximum{"many", "20", false}, TypedMaximum{"-50", "20", false},
+                    TypedMaximum{"99999999999999999999", "20", false},
+                    TypedMaximum{"65556", "20", false}, TypedMaximum{" 20 ", "20", true}));
+
+TEST_F(Desk, DoesNotCheckAMaximumThatStandsAlready) {
+    OperationSetup setup;
+    setup.MaxNumFiles = MaxNumFilesLower; // a setup file may say so
+    desk.TakeOver(setup);
+    EXPECT_TRUE(desk.LeaveMaxNumFiles("5", SetupDesk::Leaving::Speaking));
+    EXPECT_EQ(desk.Setup().MaxNumFiles, 5);
+}
+
+TEST_F(Desk, RefusesSilentlyWhenFocusIsMovedByHovering) {
+    EXPECT_FALSE(desk.LeaveMaxNumFiles("1", SetupDesk::Leaving::Silently));
+    EXPECT_FALSE(desk.LeaveFilePattern("a<b", SetupDesk::Leaving::Silently));
+    EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
+    EXPECT_EQ(desk.Setup().FilePattern, "");
+}
+
+TEST_F(Desk, TidiesAndChecksThePattern) {
+    using enum SetupDesk::Leaving;
+    EXPECT_TRUE(desk.LeaveFilePattern("  *.doc ", Speaking));
+    EXPECT_EQ(Text("txbFilePattern"), "*.doc");
+    EXPECT_EQ(Text("lblFiles(0)"), "") << "no folder is chosen";
+    user.Expect(
+        Notice("a<b\r\nis not a valid file pattern", "Invalid file pattern", BoxIcon::Information));
+    EXPECT_FALSE(desk.LeaveFilePattern(" a<b ", Speaking));
+    EXPECT_EQ(Text("txbFilePattern"), "*.doc");
+    EXPECT_TRUE(desk.LeaveFilePattern("report?.txt", Speaking));
+    EXPECT_TRUE(desk.LeaveFilePattern("", Speaking));
+    EXPECT_EQ(Text("txbFilePattern"), "*.*");
+}
+
+TEST_F(Desk, WritesAnEditedPatternOnTheLabelsOfAFolder) {
+    TakeFolder();
+    EXPECT_EQ(Text("lblFiles(0)"), "All files");
+    EXPECT_TRUE(desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking));
+    EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
+    EXPECT_EQ(Text("lblFiles(1)"), "Same as input files");
+    EXPECT_EQ(desk.Setup().FileName[Output], "*.txt");
+    EXPECT_EQ(desk.CheckLabels(), 0);
+}
+
+TEST_F(Desk, AsksForAFolderBeforeTheSubfolderQuestionIsAnswered) {
+    desk.SelectInputMode(InputSource::FilesInAFolder);
+    user.Expect("Subfolders?", "Please select an input folder.");
+    desk.AnswerSubfolders(true);
+    EXPECT_FALSE(Control("optSubfolders").checked);
+    TakeFolder();
+    desk.AnswerSubfolders(true);
+    EXPECT_TRUE(Control("optSubfolders").checked);
+    EXPECT_FALSE(Control("optNotSubfolders").checked);
+}
+
+TEST_F(Desk, PromptsForAMissingInputOnceStartupIsOver) {
+    user.Expect("Input file", "Please specify input file.");
+    EXPECT_FALSE(desk.ReadyToPerform());
+    desk.SelectInputMode(InputSource::FilesInAFolder);
+    user.Expect("Input folder", "Please specify input folder.");
+    EXPECT_FALSE(desk.ReadyToPerform());
+
+    SetupDesk starting(user, *fileSystem, [](std::int16_t) { return ""; });
+    EXPECT_FALSE(starting.ReadyToPerform());
+}
+
+TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
+    OperationSetup setup;
+    setup.Folder = {"/in/", "/out/"};
+    setup.FileName = {"a", "b"};
+    setup.FolderCaption = {"/stale/", "Same as input folder"};
+    setup.OutputMode = OutputTarget::SeparateOutput;
+    desk.TakeOver(setup);
+    EXPECT_TRUE(desk.ReadyToPerform());
+    EXPECT_EQ(Text("lblFolder(0)"), "/in/");
+    EXPECT_EQ(Text("lblFolder(1)"), "/out/");
+}
+
+TEST_F(Desk, RefusesAFolderOperationWithSeparateOutput) {
+    OperationSetup setup;
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.OutputMode = OutputTarget::SeparateOutput;
+    setup.Folder = {"/in/", "/out/"};
+    setup.FileName = {"*.*", "*.*"};
+    desk.TakeOver(setup);
+    user.Expect("Specify folder", "Please specify the output folder.");
+    EXPECT_FALSE(desk.ReadyToPerform());
+}
+
+TEST(Words, CountAndNameFiles) {
+    EXPECT_EQ(FileWord(0), "files");
+    EXPECT_EQ(FileWord(1), "file");
+    EXPECT_EQ(FileWord(2), "files");
+    EXPECT_EQ(InputOutputFileWord(Output, InputSource::SingleFile), "Output file");
+    EXPECT_EQ(InputOutputFileWord(Input, InputSource::FilesInAFolder), "Input files");
+}
+
+TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {
+    for (const std::string word : {"Encrypt", "encrypt", "Encryption", "encryption", "Encrypted",
+                                   "encrypted", "Encrypting", "encrypting"}) {
+        EXPECT_EQ(VerbForm(Function::Encrypt, word), word);
+        const std::string start = word.starts_with('E') ? "Decrypt" : "decrypt";
+        EXPECT_EQ(VerbForm(Function::Decrypt, word), start + word.substr(start.size()));
+    }
+    EXPECT_EQ(VerbForm(Function::Decrypt, "Encrypter"), "Encrypter");
+}
+
+} // namespace
+} // namespace zr5
