@@ -113,7 +113,8 @@ std::string SingleFileChoice::WhyNotReadable(const std::string& path) {
 
 std::string SingleFileChoice::WhyNotWritable(const std::string& path) {
     if (SplitPath(path).name.empty()) return "is a folder, not a file.";
-    if (!fileSystem_.FolderAcceptsFiles(path)) return "cannot be written: its folder is closed.";
+    if (!fileSystem_.FolderAcceptsFiles(path))
+        return "cannot be written: no file can be made in its folder.";
     return {};
 }
 
