@@ -1,0 +1,221 @@
+#include "app/next_run_setup.h"
+#include "app/shutdown.h"
+#include "app/startup.h"
+#include "app/web_link.h"
+#include "support/fakes.h"
+#include "support/scripted_user.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using test::FakeEngine;
+using test::FakeKit;
+using test::ScriptedUser;
+using test::TemporaryFolder;
+using Names = std::vector<std::string>;
+
+class FakeSetupFiles : public SetupFiles {
+  public:
+    explicit FakeSetupFiles(SetupDesk& desk) : desk_(desk) {}
+    bool LoadSetup(const std::string& path) override {
+        loaded.push_back(path);
+        desk_.TakeOver(content);
+        return succeeds;
+    }
+    OperationSetup content;
+    bool succeeds = true;
+    std::vector<std::string> loaded;
+
+  private:
+    SetupDesk& desk_;
+};
+
+class Program : public testing::Test {
+  protected:
+    bool Start() {
+        const WindowSteps steps{[this] { log.push_back("fit"); },
+                                [this] { log.push_back("clock"); },
+                                [this] { log.push_back("show"); }};
+        return StartProgram(parts, steps, nextRunPath);
+    }
+    void ExpectStartupMessage() {
+        user.Expect("Startup", "1. Select 'Encrypt' or 'Decrypt'\r\n"
+                               "2. Select 'Single file' or 'Files in a folder'\r\n"
+                               "3. Select the input file or folder\r\n\r\n"
+                               "For more help click on the 'Help on startup' button.");
+    }
+    bool Quit() { return QuitProgram(parts, nextRunPath, "Quit"); }
+    void HoldKey() {
+        key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
+        key.keyState = key_state::Keyboard;
+    }
+
+    TemporaryFolder folder;
+    std::string nextRunPath = folder / "zr5e.opn";
+    ScriptedUser user;
+    FakeEngine engine;
+    FakeKit kit;
+    CurrentKey key;
+    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
+    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input"; }};
+    FakeSetupFiles setupFiles{desk};
+    ProgramParts parts{user, *fileSystem, engine, kit, key, desk};
+    Names log;
+};
+
+TEST_F(Program, StartsWithoutAKeyAndGreetsANewUserOnce) {
+    HoldKey();
+    ExpectStartupMessage();
+    EXPECT_FALSE(desk.StartupDone());
+    EXPECT_TRUE(Start());
+    EXPECT_TRUE(desk.StartupDone());
+    EXPECT_FALSE(key.IsHeld());
+    EXPECT_EQ(log, (Names{"fit", "clock", "show"}));
+    EXPECT_EQ(engine.CallNames(), (Names{"allocate_buffers", "operation_initialization"}));
+    EXPECT_EQ(engine.lastKey, "");
+    EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
+}
+
+TEST_F(Program, EndsAtOnceWhenTheEngineHasNoBuffers) {
+    engine.allocateResult = 0;
+    user.Expect(
+        Notice("Attempt to allocate buffers was unsuccessful!", "Fatal error", BoxIcon::Critical));
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(log, (Names{"fit", "clock"})) << "the window is never shown";
+}
+
+TEST_F(Program, TakesUpTheSetupOfTheLastRunWithoutAMessage) {
+    folder.Write("zr5e.opn", "x");
+    parts.setupFiles = &setupFiles;
+    setupFiles.content.Folder = {"/in/", "/in/"};
+    setupFiles.content.FileName = {"a", "a"};
+    setupFiles.content.FolderCaption = {"/in/", "Same as input"};
+    setupFiles.content.FilesCaption = {"a", "Same as input"};
+    EXPECT_TRUE(Start());
+    EXPECT_EQ(setupFiles.loaded, Names{nextRunPath});
+    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a");
+}
+
+TEST_F(Program, ResetsASetupThatFailsToLoadOrContradictsItsLabels) {
+    folder.Write("zr5e.opn", "x");
+    parts.setupFiles = &setupFiles;
+    setupFiles.content.Folder = {"/in/", "/in/"};
+    setupFiles.content.FolderCaption[Input] = "/elsewhere/";
+    for (const bool succeeds : {true, false}) {
+        setupFiles.succeeds = succeeds;
+        ExpectStartupMessage();
+        EXPECT_TRUE(Start());
+        EXPECT_EQ(desk.Setup().Folder[Input], "");
+    }
+}
+
+TEST_F(Program, QuitsWithoutAQuestionWhenNothingIsChosen) {
+    desk.ResetSetup();
+    HoldKey();
+    EXPECT_TRUE(Quit());
+    EXPECT_FALSE(key.IsHeld());
+    EXPECT_EQ(engine.CallNames(), (Names{"operation_initialization", "deallocate_buffers"}));
+}
+
+TEST_F(Program, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
+    desk.SetInputFile("/in/", "a");
+    user.Expect(Question("Really quit?", "Quit"), Answer::No);
+    EXPECT_FALSE(Quit());
+    HoldKey();
+    const auto withKey =
+        Question("The key will be erased from memory on quit.\r\n\r\nReally quit?", "Quit");
+    user.Expect(withKey, Answer::No);
+    EXPECT_FALSE(Quit());
+    EXPECT_TRUE(key.IsHeld());
+    EXPECT_TRUE(engine.calls.empty()) << "the engine goes on when the user stays";
+    user.Expect(withKey, Answer::Yes);
+    EXPECT_TRUE(Quit());
+    EXPECT_FALSE(key.IsHeld());
+}
+
+TEST_F(Program, OffersToWipeTheSetupFileAndKeepsItByDefault) {
+    folder.Write("zr5e.opn", "x");
+    const auto question = Question("A setup-for-next-run file exists on disk.\r\n"
+                                   "Do you wish to wipe this file?",
+                                   "Erase setup file?", BoxIcon::Question, Answer::No);
+    user.Expect(question, Answer::No);
+    EXPECT_TRUE(Quit());
+    EXPECT_TRUE(kit.purged.empty());
+
+    user.Expect(question, Answer::Yes);
+    EXPECT_TRUE(Quit());
+    ASSERT_EQ(kit.purged.size(), 1U);
+    EXPECT_EQ(kit.purged[0], (FakeKit::Purge{nextRunPath, 1000, true, false}));
+
+    kit.purgeResult = PurgeFailureLimit - 1;
+    user.Expect(question, Answer::Yes);
+    user.Expect(Notice("The file " + nextRunPath + " could not be wiped.", "Erase setup file?",
+                       BoxIcon::Exclamation));
+    EXPECT_TRUE(Quit());
+}
+
+TEST_F(Program, FindsItsTextsBesideTheExecutable) {
+    LoadTextsBesideExecutable(user, kit, "/opt/Zr5/ZR5E");
+    EXPECT_EQ(kit.loaded, Names{"/opt/Zr5/zr5e.dat"});
+    EXPECT_EQ(ProgramTextFileName("ZR5E.EXE"), "zr5e.dat");
+}
+
+TEST(NextRunSetup, LiesInTheMakersFolderThatOnlyItsOwnerMayEnter) {
+    const TemporaryFolder folder;
+    const auto fileSystem = MakeSystemFileSystem();
+    const std::string config = folder / "config"; // not made yet
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(NextRunSetupPath(*fileSystem, config), config + "/Velmora Systems/zr5e.opn");
+        const auto status = std::filesystem::status(config + "/Velmora Systems");
+        ASSERT_EQ(status.type(), std::filesystem::file_type::directory);
+        EXPECT_EQ(status.permissions(), std::filesystem::perms::owner_all);
+    }
+}
+
+TEST(NextRunSetup, IsNamedAlsoWhereItsFolderCannotBeMade) {
+    const TemporaryFolder folder;
+    folder.Write("file", "x");
+    EXPECT_EQ(NextRunSetupPath(*MakeSystemFileSystem(), folder / "file"),
+              folder / "file/Velmora Systems/zr5e.opn");
+}
+
+TEST(WebLink, OpensTheSecureAddress) {
+    ScriptedUser user;
+    user.openAddressResult = 33;
+    OpenWebLink(user, "http://manual.example/a");
+    OpenWebLink(user, "https://manual.example/b");
+    EXPECT_EQ(user.openedAddresses,
+              (Names{"https://manual.example/a", "https://manual.example/b"}));
+}
+
+TEST(WebLink, ExplainsWhyTheBrowserDidNotStart) {
+    const std::string start = "Error launching web browser, error code = ";
+    const struct {
+        std::int32_t code;
+        std::string text;
+    } cases[] = {{32, start + "32."},
+                 {31, start + "31.\r\n\r\nFile extension 'html' is not associated with any "
+                              "application program."},
+                 {8, start + "8.\r\n\r\nOut of memory."},
+                 {2, start + "2.\r\n\r\nPlease try once more."},
+                 {0, start + "0."}};
+    for (const auto& [code, text] : cases) {
+        ScriptedUser user;
+        user.openAddressResult = code;
+        user.Expect(Notice(text, "Cannot launch web browser", BoxIcon::Exclamation));
+        OpenWebLink(user, "file:///opt/zr5e/manual/index.html");
+    }
+}
+
+TEST(WebLink, SpellsFilesSoThatEveryByteSurvives) {
+    EXPECT_EQ(FileAddress("/opt/my prog/manual/index.html"),
+              "file:///opt/my%20prog/manual/index.html");
+    EXPECT_EQ(FileAddress("/a%b#c?\xc3\xa9\xff"), "file:///a%25b%23c%3F%C3%A9%FF");
+}
+
+} // namespace
+} // namespace zr5
