@@ -124,6 +124,10 @@ void QtUserPort::ProcessEvents() {
     QCoreApplication::processEvents();
 }
 
+void QtUserPort::WaitForEvents() {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 void QtUserPort::CopyToClipboard(const std::string& text) {
     QGuiApplication::clipboard()->setText(QString::fromStdString(text));
 }

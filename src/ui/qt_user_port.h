@@ -18,6 +18,7 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::optional<std::string> PickFile(const FilePicker& picker) override;
     [[nodiscard]] std::optional<std::string> PickFolder(const FolderPicker& picker) override;
     void ProcessEvents() override;
+    void WaitForEvents() override;
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 

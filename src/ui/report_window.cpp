@@ -37,7 +37,7 @@ void ReserveRoom(QPushButton& button, std::initializer_list<std::string> caption
         button.setText(ToQt(caption));
         width = std::max(width, button.sizeHint().width());
     }
-    button.setMinimumWidth(width);
+    button.setMinimumWidth(width + 2 * FrameMargin);
 }
 
 QLabel* MakeLabel(const char* name, QWidget* parent) {

@@ -1,0 +1,84 @@
+#include "app/program.h"
+
+#include "app/next_run_setup.h"
+#include "app/program_links.h"
+#include "app/startup.h"
+#include "files/single_file_choice.h"
+#include "setup/setup_desk.h"
+#include "ui/key_dialog_with_display.h"
+#include "ui/key_dialog_without_display.h"
+#include "ui/main_window.h"
+#include "ui/operation_desk.h"
+#include "util/program_text.h"
+
+namespace zr5 {
+
+struct Program::Parts {
+    explicit Parts(const Surroundings& around)
+        : desk(
+              around.user, around.fileSystem,
+              [&kit = around.fileKit](std::int16_t number) { return GetProgramText(kit, number); }),
+          singleFile(around.user, around.fileSystem, desk),
+          program{around.user, around.fileSystem, around.engine, around.fileKit, key, desk},
+          nextRunSetupPath(NextRunSetupPath(around.fileSystem, around.configFolder)),
+          links(program, around.executablePath, nextRunSetupPath),
+          machine{around.fileSystem, around.engine, around.fileKit,
+                  around.user,       around.clock,  around.executablePath},
+          operations(desk, key, machine),
+          window({around.user, desk, singleFile, key, around.engine, operations, links,
+                  [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
+                  [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); }}) {
+        operations.SetMainWindow(&window, [this] { window.OperationEnded(); });
+    }
+
+    void TypeKeyWithDisplay(QWidget& parent) {
+        GetKeyFromKeyboardWithDisplay(&parent, desk.Setup().Operation, key);
+        ForgetDiscardedKey();
+    }
+    void TypeKeyWithoutDisplay(QWidget& parent) {
+        GetKeyFromKeyboardWithoutDisplay(&parent, program.user, desk.Setup().Operation, key);
+        ForgetDiscardedKey();
+    }
+    /// A key that the user has discarded must not live on in the engine.
+    void ForgetDiscardedKey() {
+        if (!key.IsHeld()) EraseKey(key, program.engine);
+    }
+
+    CurrentKey key;
+    SetupDesk desk;
+    SingleFileChoice singleFile;
+    ProgramParts program;
+    std::string nextRunSetupPath;
+    ProgramLinks links;
+    Machine machine;
+    OperationDesk operations;
+    MainWindow window;
+};
+
+Program::Program(const Surroundings& surroundings) {
+    LoadTextsBesideExecutable(surroundings.user, surroundings.fileKit, surroundings.executablePath);
+    parts_ = std::make_unique<Parts>(surroundings);
+}
+
+Program::~Program() = default;
+
+bool Program::Start() {
+    MainWindow& window = parts_->window;
+    const WindowSteps steps{[&] { window.FitToScreen(); }, [&] { window.StartClock(); },
+                            [&] {
+                                window.Refresh();
+                                window.RefreshKeyLabels();
+                                window.show();
+                            }};
+    return StartProgram(parts_->program, steps, parts_->nextRunSetupPath);
+}
+
+QWidget& Program::Window() {
+    return parts_->window;
+}
+
+const CurrentKey& Program::Key() const {
+    return parts_->key;
+}
+
+} // namespace zr5

@@ -1,0 +1,176 @@
+// Drives the program's own windows through one encryption and one decryption, as a user would,
+// and leaves screenshots and the report in the folder that is its argument.
+
+#include "app/program.h"
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "ui/qt_user_port.h"
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <iterator>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+using namespace zr5;
+
+constexpr int PollMs = 20;
+constexpr const char* TourKey = "correct horse battery staple";
+constexpr const char* SampleName = "Letter to Anna.txt";
+constexpr const char* SampleText =
+    "Dear Anna,\n\nthe key is where we said. Burn this letter.\n\nYours\n";
+
+/// The user of the tour: real boxes, but the file picker always finds the sample.
+class TourUser final : public UserPort {
+  public:
+    std::string sample;
+
+    Answer Ask(const MessageBox& box) override { return real_.Ask(box); }
+    std::optional<std::string> PickFile(const FilePicker& /*picker*/) override { return sample; }
+    std::optional<std::string> PickFolder(const FolderPicker& /*picker*/) override { return {}; }
+    void ProcessEvents() override { real_.ProcessEvents(); }
+    void WaitForEvents() override { real_.WaitForEvents(); }
+    void CopyToClipboard(const std::string& text) override { real_.CopyToClipboard(text); }
+    std::int32_t OpenAddress(const std::string& /*address*/) override { return 42; }
+
+  private:
+    QtUserPort real_;
+};
+
+class Tour {
+  public:
+    Tour(Program& program, TourUser& user, std::filesystem::path folder)
+        : program_(program), user_(user), folder_(std::move(folder)) {}
+
+    /// Whether the sample came back unchanged.
+    bool Run() {
+        WriteSample();
+        WhenDialogOpens("", [this](QWidget& box) {
+            Picture(box, "startup");
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        if (!program_.Start()) return false;
+        Picture(program_.Window(), "main-window");
+        Press("cmdSingleFile(0)");
+        TypeKey();
+        Picture(program_.Window(), "ready-to-encrypt");
+        Perform("encryption");
+        if (Content() == SampleText) return false;
+        static_cast<QRadioButton*>(Find("optDecrypt"))->click();
+        Perform("decryption");
+        return Content() == SampleText;
+    }
+
+  private:
+    void WriteSample() {
+        user_.sample = (folder_ / SampleName).string();
+        std::ofstream(user_.sample, std::ios::binary) << SampleText;
+    }
+    std::string Content() {
+        std::ifstream file(user_.sample, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    QWidget* Find(const char* name, QWidget* window = nullptr) {
+        QWidget* root = window == nullptr ? &program_.Window() : window;
+        auto* found = root->findChild<QWidget*>(QLatin1String(name));
+        if (found == nullptr) qFatal("There is no %s.", name);
+        return found;
+    }
+    void Press(const char* name, QWidget* window = nullptr) {
+        QTest::mouseClick(Find(name, window), Qt::LeftButton);
+    }
+    void Picture(QWidget& window, const std::string& name) {
+        QCoreApplication::processEvents();
+        const std::string file = std::to_string(++pictures_) + "-" + name + ".png";
+        window.grab().save(QString::fromStdString((folder_ / file).string()));
+    }
+    /// Calls `act` once a modal window of this object name is open.
+    void WhenDialogOpens(const char* name, std::function<void(QWidget&)> act) {
+        auto* poll = new QTimer(&program_.Window());
+        QObject::connect(poll, &QTimer::timeout, poll,
+                         [poll, name = QString::fromLatin1(name), act = std::move(act)] {
+                             QWidget* window = QApplication::activeModalWidget();
+                             if (window == nullptr || window->objectName() != name) return;
+                             poll->stop();
+                             poll->deleteLater();
+                             act(*window);
+                         });
+        poll->start(PollMs);
+    }
+
+    void TypeKey() {
+        Press("cmdKeyFrom");
+        Picture(program_.Window(), "key-frame");
+        WhenDialogOpens("frmKeyboardWithDisplay", [this](QWidget& dialog) {
+            QTest::keyClicks(Find("txbKey", &dialog), TourKey);
+            Picture(dialog, "key");
+            Press("cmdYes", &dialog);
+        });
+        Press("cmdKeyboardWithDisplay");
+    }
+
+    void Perform(const std::string& what) {
+        WhenDialogOpens("frmConfirmOperation", [this, what](QWidget& dialog) {
+            if (what == "encryption") {
+                WhenDialogOpens("frmPurgeWarning", [this](QWidget& warning) {
+                    Picture(warning, "purge-warning");
+                    Press("cmdOK", &warning);
+                });
+            }
+            Picture(dialog, "confirm-" + what);
+            Press("cmdYes", &dialog);
+        });
+        Press("cmdDoIt");
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->objectName() != "frmReport") continue;
+            Picture(*window, "report-of-" + what);
+            const auto* text = static_cast<QPlainTextEdit*>(Find("txbText", window));
+            std::ofstream(folder_ / ("report-of-" + what + ".txt"))
+                << text->toPlainText().toStdString();
+            window->close();
+        }
+    }
+
+    Program& program_;
+    TourUser& user_;
+    std::filesystem::path folder_;
+    int pictures_ = 0;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: zr5e-tour FOLDER\n";
+        return 2;
+    }
+    const std::filesystem::path folder = std::filesystem::absolute(argv[1]);
+    const std::filesystem::path executable = QCoreApplication::applicationFilePath().toStdString();
+
+    TourUser user;
+    SystemClock clock;
+    SystemRandom random;
+    const auto fileSystem = MakeSystemFileSystem();
+    const auto engine = MakeCipherEngine(*fileSystem, clock, random);
+    const auto fileKit = MakeFileKit(*fileSystem, random);
+    const std::filesystem::path configFolder = folder / "config";
+    std::filesystem::create_directories(configFolder);
+    Program program({user, *fileSystem, *engine, *fileKit, clock,
+                     (executable.parent_path() / "zr5e").string(), configFolder.string()});
+    const bool cameBack = Tour(program, user, folder).Run();
+    std::cout << (cameBack ? "The file came back unchanged.\n" : "The tour failed.\n");
+    return cameBack ? 0 : 1;
+}
