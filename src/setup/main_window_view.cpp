@@ -179,7 +179,10 @@ void DeriveLabels(const MainWindowState& state, MainWindowView& view) {
     ControlView& size = view["lblSize"];
     size.text = "Size:";
     size.visible = state.inputLengthBytes.has_value();
-    if (size.visible) *size.text += " " + WithThousands(*state.inputLengthBytes) + " bytes";
+    if (size.visible) {
+        const std::uint64_t bytes = *state.inputLengthBytes;
+        *size.text += " " + WithThousands(bytes) + (bytes == 1 ? " byte" : " bytes");
+    }
 }
 
 } // namespace

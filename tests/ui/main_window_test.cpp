@@ -1,0 +1,331 @@
+#include "ui/main_window.h"
+
+#include "support/fakes.h"
+#include "support/scripted_user.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+namespace zr5 {
+namespace {
+
+using test::FakeEngine;
+using test::ScriptedUser;
+
+/// The program around the window, as far as the window knows it.
+class RecordingProgram : public MainWindowActions, public ProgramActions {
+  public:
+    void Perform() override {
+        log.push_back("perform");
+        if (onPerform) onPerform();
+    }
+    void ListFiles() override { log.push_back("list"); }
+    bool ReportIsEmpty() override { return reportIsEmpty; }
+    void ShowReport() override { log.push_back("report"); }
+    void RequestStop() override { log.push_back("stop"); }
+    void OpenManual() override { log.push_back("manual"); }
+    void OpenMakerSite() override { log.push_back("maker"); }
+    bool Quit(const std::string& quitCaption) override {
+        log.push_back(quitCaption);
+        return mayQuit;
+    }
+    std::vector<std::string> log;
+    std::function<void()> onPerform;
+    bool reportIsEmpty = true;
+    bool mayQuit = true;
+};
+
+class MainWindowTest : public testing::Test {
+  protected:
+    MainWindowTest() {
+        desk.ResetSetup();
+        desk.FinishStartup();
+        window.Refresh();
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    template <typename Widget = QWidget>
+    Widget& The(const char* name) {
+        auto* widget = window.findChild<Widget*>(name);
+        if (widget == nullptr) throw std::runtime_error(name);
+        return *widget;
+    }
+    void Click(const char* name) {
+        auto& button = The<QAbstractButton>(name);
+        QTest::mouseClick(&button, Qt::LeftButton, {}, {10, button.height() / 2});
+    }
+    std::string Caption(const char* name) {
+        return The<QAbstractButton>(name).text().toStdString();
+    }
+    std::string Label(const char* name) { return The<QLabel>(name).text().toStdString(); }
+    void ChooseFolderMode() { Click("optFilesInAFolder"); }
+    void Hover(const char* name) {
+        QEnterEvent event({1, 1}, {1, 1}, {1, 1});
+        QApplication::sendEvent(&The(name), &event);
+    }
+    std::string FocusName() {
+        const QWidget* focus = window.focusWidget();
+        return focus == nullptr ? "" : focus->objectName().toStdString();
+    }
+
+    ScriptedUser user;
+    FakeEngine engine;
+    RecordingProgram program;
+    CurrentKey key;
+    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
+    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input file"; }};
+    SingleFileChoice choice{user, *fileSystem, desk};
+    bool keyWasTyped = false;
+    MainWindow window{{user, desk, choice, key, engine, program, program,
+                       [this](QWidget&) {
+                           keyWasTyped = true;
+                           key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
+                           key.keyState = key_state::Keyboard;
+                       },
+                       [](QWidget&) {}}};
+};
+
+TEST_F(MainWindowTest, HasEveryControlThatTheDeskDerives) {
+    for (const auto& [name, control] : desk.Refresh())
+        EXPECT_NE(window.findChild<QWidget*>(QString::fromStdString(name)), nullptr) << name;
+    EXPECT_EQ(window.objectName(), "frmMain");
+    EXPECT_EQ(window.windowTitle(), "Vaultline ZR5");
+    for (const char* clock : {"Clock2", "Clock3"})
+        ASSERT_NE(window.findChild<QTimer*>(clock), nullptr) << clock;
+    EXPECT_FALSE(window.findChild<QTimer*>("Clock3")->isActive());
+    window.StartClock();
+    EXPECT_TRUE(window.findChild<QTimer*>("Clock3")->isActive());
+    EXPECT_EQ(window.findChild<QTimer*>("Clock3")->interval(), 1000);
+}
+
+TEST_F(MainWindowTest, GivesEveryButtonACaption) {
+    for (const auto* button : window.findChildren<QAbstractButton*>())
+        EXPECT_FALSE(button->text().isEmpty()) << button->objectName().toStdString();
+}
+
+TEST_F(MainWindowTest, FitsASmallScreen) {
+    EXPECT_LE(window.minimumSizeHint().width(), 1024);
+    EXPECT_LE(window.minimumSizeHint().height(), 700);
+}
+
+TEST_F(MainWindowTest, RewordsItsCaptionsAndMovesNothingWhenDecrypting) {
+    const QRect before = The("optSingleFile").geometry();
+    Click("optDecrypt");
+    EXPECT_EQ(Caption("cmdDoIt"), "Perform the decryption");
+    EXPECT_TRUE(The<QRadioButton>("optDecrypt").font().bold());
+    EXPECT_FALSE(The<QRadioButton>("optEncrypt").font().bold());
+    QApplication::processEvents();
+    EXPECT_EQ(The("optSingleFile").geometry(), before);
+}
+
+TEST_F(MainWindowTest, ShowsWhatTheClockFinds) {
+    desk.SelectFunction(Function::Decrypt);
+    EXPECT_EQ(Caption("cmdDoIt"), "Perform the encryption");
+    window.StartClock();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Caption("cmdDoIt") == "Perform the decryption"; }));
+}
+
+TEST_F(MainWindowTest, DoesNotRefreshWhileAnOperationRuns) {
+    desk.SetOperationRunning(true);
+    desk.SelectFunction(Function::Decrypt);
+    window.Refresh();
+    EXPECT_EQ(Caption("cmdDoIt"), "Perform the encryption");
+}
+
+TEST_F(MainWindowTest, LeavesBothSubfolderOptionsOffInFolderMode) {
+    ChooseFolderMode();
+    EXPECT_FALSE(The<QRadioButton>("optSubfolders").isChecked());
+    EXPECT_FALSE(The<QRadioButton>("optNotSubfolders").isChecked());
+    EXPECT_TRUE(The("fraOutput").isHidden());
+    user.Expect("Subfolders?", "Please select an input folder.");
+    Click("optSubfolders");
+    EXPECT_FALSE(The<QRadioButton>("optSubfolders").isChecked());
+}
+
+TEST_F(MainWindowTest, ShowsTheChosenFileAndPerforms) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.Write("a.txt", "x");
+    user.ExpectFile("Select file to be encrypted", path);
+    Click("cmdSingleFile(0)");
+    EXPECT_EQ(Label("lblFiles(0)"), "a.txt");
+    EXPECT_EQ(Label("lblSize"), "Size: 1 byte");
+    Click("cmdDoIt");
+    EXPECT_EQ(program.log, std::vector<std::string>{"perform"});
+}
+
+TEST_F(MainWindowTest, PromptsInsteadOfPerformingWithoutAnInput) {
+    user.Expect("Input file", "Please specify input file.");
+    Click("cmdDoIt");
+    ChooseFolderMode();
+    user.Expect("Input folder", "Please specify input folder.");
+    Click("cmdDoIt");
+    EXPECT_TRUE(program.log.empty());
+}
+
+TEST_F(MainWindowTest, ActsOnReleaseInsideTheButtonAndOnKeys) {
+    auto& button = The<QPushButton>("cmdHelp(0)");
+    QTest::mousePress(&button, Qt::LeftButton);
+    EXPECT_TRUE(program.log.empty());
+    QTest::mouseRelease(&button, Qt::LeftButton, {}, QPoint(-40, -40));
+    EXPECT_TRUE(program.log.empty());
+    QTest::mouseClick(&button, Qt::RightButton);
+    EXPECT_TRUE(program.log.empty());
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QTest::keyClick(&button, Qt::Key_Space);
+    QTest::keyClick(&button, Qt::Key_Return);
+    EXPECT_EQ(program.log, (std::vector<std::string>{"manual", "manual", "manual"}));
+}
+
+TEST_F(MainWindowTest, IsDeafToTheMouseWhileAFilePickerHasJustClosed) {
+    window.NoteDialogClosed();
+    Click("cmdHelp(0)");
+    EXPECT_TRUE(program.log.empty());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !desk.DialogJustClosed(); }));
+    Click("cmdHelp(0)");
+    EXPECT_EQ(program.log.size(), 1U);
+    EXPECT_FALSE(window.findChild<QTimer*>("Clock2")->isActive());
+}
+
+TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
+    ChooseFolderMode();
+    auto& box = The<QLineEdit>("txbMaxNumFiles");
+    box.setFocus();
+    box.setText("3");
+    Hover("cmdSetup");
+    EXPECT_EQ(FocusName(), "cmdSetup");
+    QApplication::processEvents();
+    EXPECT_EQ(box.text(), "20") << "put back, and no box was asked for";
+    Hover("cmdSpecifyDirectory");
+    EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
+}
+
+TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
+    ChooseFolderMode();
+    auto& box = The<QLineEdit>("txbFilePattern");
+    box.setFocus();
+    QTest::keyClicks(&box, "a<b");
+    user.Expect("Invalid file pattern", "a<b\r\nis not a valid file pattern");
+    The("txbMaxNumFiles").setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(box.text(), "");
+    auto& number = The<QLineEdit>("txbMaxNumFiles");
+    number.setText("150 files");
+    QTest::keyClick(&number, Qt::Key_Return);
+    EXPECT_EQ(number.text(), "150");
+    EXPECT_EQ(desk.Setup().MaxNumFiles, 150);
+}
+
+TEST_F(MainWindowTest, KeepsAHalfTypedValueWhenItRefreshes) {
+    ChooseFolderMode();
+    auto& box = The<QLineEdit>("txbFilePattern");
+    box.setFocus();
+    QTest::keyClicks(&box, "*.t");
+    window.Refresh();
+    EXPECT_EQ(box.text(), "*.t");
+}
+
+TEST_F(MainWindowTest, PutsTheSetupFramesInThePlaceOfTheMenu) {
+    Click("cmdSetup");
+    EXPECT_TRUE(The("fraMenu").isHidden());
+    EXPECT_FALSE(The("fraMain").isEnabled());
+    EXPECT_TRUE(The("fraSetup").isVisible());
+    EXPECT_EQ(The("cmdLoadSetup").toolTip(), "Not available in this version.");
+    Click("cmdSaveSetup");
+    EXPECT_TRUE(The("fraSetup").isHidden());
+    EXPECT_TRUE(The("fraSaveSetup").isVisible());
+    Click("cmdDontSaveSetup");
+    EXPECT_TRUE(The("fraMenu").isVisible());
+    EXPECT_TRUE(The("fraMain").isEnabled());
+}
+
+TEST_F(MainWindowTest, ClearsTheSetupAndTheKey) {
+    desk.SetInputFile("/in/", "a");
+    desk.SelectFunction(Function::Decrypt);
+    Click("cmdKeyFrom");
+    Click("cmdKeyboardWithDisplay");
+    Click("cmdSetup");
+    Click("cmdClearSetup");
+    EXPECT_FALSE(key.IsHeld());
+    EXPECT_EQ(Label("lblKeyFrom(0)"), "Key not specified");
+    EXPECT_TRUE(The<QRadioButton>("optEncrypt").isChecked());
+    EXPECT_EQ(Label("lblFolder(0)"), "");
+    EXPECT_TRUE(The("fraMenu").isVisible());
+}
+
+TEST_F(MainWindowTest, TypesAndErasesAKeyInTheKeyFrame) {
+    Click("cmdKeyFrom");
+    EXPECT_TRUE(The("fraKey").isVisible());
+    EXPECT_TRUE(The("lblKeyFrom(0)").isHidden());
+    EXPECT_EQ(FocusName(), "cmdKeyboardWithDisplay");
+    Click("cmdKeyboardWithDisplay");
+    EXPECT_TRUE(keyWasTyped);
+    EXPECT_TRUE(The("fraKey").isHidden());
+    EXPECT_EQ(Label("lblKeyFrom(0)"), "Key specified");
+    EXPECT_EQ(Label("lblKeyFrom(1)"), "(keyboard entry)");
+    Click("cmdKeyFrom");
+    user.Expect("Erase key", "Done");
+    Click("cmdEraseKey");
+    EXPECT_FALSE(key.IsHeld());
+    EXPECT_EQ(Label("lblKeyFrom(0)"), "Key not specified");
+    EXPECT_TRUE(The("fraMenu").isVisible());
+}
+
+TEST_F(MainWindowTest, OffersANewKeyfileOnlyWhenEncrypting) {
+    Click("cmdKeyFrom");
+    EXPECT_FALSE(The("cmdKeyFile(1)").isHidden());
+    Click("cmdDontSpecifyKeyNow");
+    Click("optDecrypt");
+    Click("cmdKeyFrom");
+    EXPECT_TRUE(The("cmdKeyFile(1)").isHidden());
+}
+
+TEST_F(MainWindowTest, ShowsTheReportOnlyWhenThereIsOne) {
+    user.Expect("Report screen", "The report screen is empty.");
+    Click("cmdReportScreen");
+    program.reportIsEmpty = false;
+    Click("cmdReportScreen");
+    EXPECT_EQ(program.log, std::vector<std::string>{"report"});
+}
+
+TEST_F(MainWindowTest, ShowsHelpInAWindowOfItsOwn) {
+    Click("cmdHelp(1)");
+    auto* help = window.findChild<QWidget*>("frmHelp");
+    ASSERT_NE(help, nullptr);
+    EXPECT_TRUE(help->isVisible());
+    QTest::mouseClick(help->findChild<QPushButton*>("cmdClose"), Qt::LeftButton);
+    EXPECT_FALSE(help->isVisible());
+}
+
+TEST_F(MainWindowTest, ClosesOnlyWhenTheProgramMayQuit) {
+    program.mayQuit = false;
+    Click("cmdQuit");
+    EXPECT_TRUE(window.isVisible());
+    program.mayQuit = true;
+    window.close();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(program.log, (std::vector<std::string>{"Quit", "Quit"}));
+}
+
+TEST_F(MainWindowTest, StopsARunningOperationFirstWhenItIsClosed) {
+    desk.SetInputFile("/in/", "a");
+    window.Refresh();
+    program.onPerform = [this] {
+        desk.SetOperationRunning(true);
+        window.close();
+        EXPECT_TRUE(window.isVisible());
+        desk.SetOperationRunning(false);
+    };
+    Click("cmdDoIt");
+    EXPECT_EQ(program.log, (std::vector<std::string>{"perform", "stop", "Quit"}));
+    EXPECT_FALSE(window.isVisible());
+}
+
+} // namespace
+} // namespace zr5
