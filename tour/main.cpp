@@ -5,27 +5,22 @@
 #include "libs/random.h"
 #include "libs/zr5_engine.h"
 #include "libs/zr5_file_kit.h"
+#include "support/window_driver.h"
 #include "ui/qt_user_port.h"
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <iterator>
 #include <QApplication>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTest>
-#include <QTimer>
 
 namespace {
 
 using namespace zr5;
+using namespace zr5::test;
 
-constexpr int PollMs = 20;
 constexpr const char* TourKey = "correct horse battery staple";
 constexpr const char* SampleName = "Letter to Anna.txt";
 constexpr const char* SampleText =
@@ -56,18 +51,18 @@ class Tour {
     /// Whether the sample came back unchanged.
     bool Run() {
         WriteSample();
-        WhenDialogOpens("", [this](QWidget& box) {
+        WhenDialogOpens(program_.Window(), "", [this](QWidget& box) {
             Picture(box, "startup");
             QTest::keyClick(&box, Qt::Key_Return);
         });
         if (!program_.Start()) return false;
         Picture(program_.Window(), "main-window");
-        Press("cmdSingleFile(0)");
+        Press(program_.Window(), "cmdSingleFile(0)");
         TypeKey();
         Picture(program_.Window(), "ready-to-encrypt");
         Perform("encryption");
         if (Content() == SampleText) return false;
-        static_cast<QRadioButton*>(Find("optDecrypt"))->click();
+        Control<QRadioButton>(program_.Window(), "optDecrypt").click();
         Perform("decryption");
         return Content() == SampleText;
     }
@@ -82,65 +77,41 @@ class Tour {
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    QWidget* Find(const char* name, QWidget* window = nullptr) {
-        QWidget* root = window == nullptr ? &program_.Window() : window;
-        auto* found = root->findChild<QWidget*>(QLatin1String(name));
-        if (found == nullptr) qFatal("There is no %s.", name);
-        return found;
-    }
-    void Press(const char* name, QWidget* window = nullptr) {
-        QTest::mouseClick(Find(name, window), Qt::LeftButton);
-    }
     void Picture(QWidget& window, const std::string& name) {
         QCoreApplication::processEvents();
         const std::string file = std::to_string(++pictures_) + "-" + name + ".png";
         window.grab().save(QString::fromStdString((folder_ / file).string()));
     }
-    /// Calls `act` once a modal window of this object name is open.
-    void WhenDialogOpens(const char* name, std::function<void(QWidget&)> act) {
-        auto* poll = new QTimer(&program_.Window());
-        QObject::connect(poll, &QTimer::timeout, poll,
-                         [poll, name = QString::fromLatin1(name), act = std::move(act)] {
-                             QWidget* window = QApplication::activeModalWidget();
-                             if (window == nullptr || window->objectName() != name) return;
-                             poll->stop();
-                             poll->deleteLater();
-                             act(*window);
-                         });
-        poll->start(PollMs);
-    }
-
     void TypeKey() {
-        Press("cmdKeyFrom");
-        Picture(program_.Window(), "key-frame");
-        WhenDialogOpens("frmKeyboardWithDisplay", [this](QWidget& dialog) {
-            QTest::keyClicks(Find("txbKey", &dialog), TourKey);
+        QWidget& window = program_.Window();
+        Press(window, "cmdKeyFrom");
+        Picture(window, "key-frame");
+        WhenDialogOpens(window, "frmKeyboardWithDisplay", [this](QWidget& dialog) {
+            QTest::keyClicks(&Control(dialog, "txbKey"), TourKey);
             Picture(dialog, "key");
-            Press("cmdYes", &dialog);
+            Press(dialog, "cmdYes");
         });
-        Press("cmdKeyboardWithDisplay");
+        Press(window, "cmdKeyboardWithDisplay");
     }
 
     void Perform(const std::string& what) {
-        WhenDialogOpens("frmConfirmOperation", [this, what](QWidget& dialog) {
+        QWidget& window = program_.Window();
+        WhenDialogOpens(window, "frmConfirmOperation", [&](QWidget& dialog) {
             if (what == "encryption") {
-                WhenDialogOpens("frmPurgeWarning", [this](QWidget& warning) {
+                WhenDialogOpens(window, "frmPurgeWarning", [this](QWidget& warning) {
                     Picture(warning, "purge-warning");
-                    Press("cmdOK", &warning);
+                    Press(warning, "cmdOK");
                 });
             }
             Picture(dialog, "confirm-" + what);
-            Press("cmdYes", &dialog);
+            Press(dialog, "cmdYes");
         });
-        Press("cmdDoIt");
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->objectName() != "frmReport") continue;
-            Picture(*window, "report-of-" + what);
-            const auto* text = static_cast<QPlainTextEdit*>(Find("txbText", window));
-            std::ofstream(folder_ / ("report-of-" + what + ".txt"))
-                << text->toPlainText().toStdString();
-            window->close();
-        }
+        Press(window, "cmdDoIt");
+        QWidget* report = TopWindow("frmReport");
+        Picture(*report, "report-of-" + what);
+        std::ofstream(folder_ / ("report-of-" + what + ".txt"))
+            << Control<QPlainTextEdit>(*report, "txbText").toPlainText().toStdString() << '\n';
+        report->close();
     }
 
     Program& program_;

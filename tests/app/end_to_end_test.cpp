@@ -1,0 +1,201 @@
+// The whole program on real files, driven through its own windows by the names of the controls.
+
+#include "app/program.h"
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "support/scripted_user.h"
+#include "support/temporary_folder.h"
+#include "support/window_driver.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <sys/stat.h>
+
+namespace zr5::test {
+namespace {
+
+/// The script of boxes, and a toolkit that goes on working meanwhile.
+class LivingUser : public ScriptedUser {
+  public:
+    void ProcessEvents() override {
+        QCoreApplication::processEvents();
+        ScriptedUser::ProcessEvents();
+    }
+};
+
+class EndToEnd : public testing::Test {
+  protected:
+    static constexpr const char* Key = "abcd efgh ijkl mnop";
+
+    EndToEnd() {
+        std::filesystem::copy_file(PROGRAM_TEXTS, home / "zr5e.dat");
+        program = std::make_unique<Program>(Program::Surroundings{
+            user, *system, *engine, *kit, clock, home / "zr5e", home.Path() + "config"});
+        user.Expect("Startup", "1. Select 'Encrypt' or 'Decrypt'\r\n"
+                               "2. Select 'Single file' or 'Files in a folder'\r\n"
+                               "3. Select the input file or folder\r\n\r\n"
+                               "For more help click on the 'Help on startup' button.");
+        EXPECT_TRUE(program->Start());
+    }
+
+    QWidget& Main() { return program->Window(); }
+    void Choose(const char* option) { Control<QRadioButton>(Main(), option).click(); }
+    void ChooseInput(const std::string& name, bool decrypts = false) {
+        user.ExpectFile(decrypts ? "Select file to be decrypted" : "Select file to be encrypted",
+                        folder / name);
+        Press(Main(), "cmdSingleFile(0)");
+    }
+    void ChooseOutput(const std::string& title, const std::string& name) {
+        user.ExpectFile(title, folder / name);
+        Press(Main(), "cmdSingleFile(1)");
+    }
+    void TypeKey(const char* key = Key) {
+        Press(Main(), "cmdKeyFrom");
+        WhenDialogOpens(Main(), "frmKeyboardWithDisplay", [key](QWidget& dialog) {
+            auto& box = Control<QLineEdit>(dialog, "txbKey");
+            box.clear();
+            QTest::keyClicks(&box, QString::fromLatin1(key));
+            Press(dialog, "cmdYes");
+        });
+        Press(Main(), "cmdKeyboardWithDisplay");
+    }
+    /// Performs what is set and returns the report, line ends as windows have them.
+    std::string Perform() {
+        WhenDialogOpens(Main(), "frmConfirmOperation",
+                        [](QWidget& dialog) { Press(dialog, "cmdYes"); });
+        Press(Main(), "cmdDoIt");
+        QWidget* report = TopWindow("frmReport");
+        if (report == nullptr) return "no report";
+        const QString text = Control<QPlainTextEdit>(*report, "txbText").toPlainText();
+        report->close();
+        return text.toStdString();
+    }
+
+    TemporaryFolder home;
+    TemporaryFolder folder;
+    LivingUser user;
+    SystemClock clock;
+    SystemRandom random;
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
+    std::unique_ptr<FileKit> kit = MakeFileKit(*system, random);
+    std::unique_ptr<Program> program;
+};
+
+TEST_F(EndToEnd, GivesFilesOfEveryLengthBackInPlace) {
+    TypeKey();
+    for (const std::size_t length :
+         {1U, 2U, 15U, 16U, 17U, 65'535U, 65'536U, 65'537U, 1'048'575U, 1'048'576U, 1'048'577U}) {
+        const std::string original = PatternBytes(length);
+        folder.Write("data.odg", original);
+        Choose("optEncrypt");
+        ChooseInput("data.odg");
+        EXPECT_NE(Perform().find("Number of files encrypted: 1\n"), std::string::npos) << length;
+        EXPECT_NE(folder.Read("data.odg"), original) << length;
+        Choose("optDecrypt");
+        EXPECT_NE(Perform().find("Number of files decrypted: 1\n"), std::string::npos) << length;
+        EXPECT_EQ(folder.Read("data.odg"), original) << length;
+        EXPECT_EQ(folder.Names(), std::set<std::string>{"data.odg"});
+    }
+}
+
+TEST_F(EndToEnd, TakesEveryNameInPlaceAndToADifferentFile) {
+    TypeKey();
+    for (const std::string& name :
+         {std::string("with blanks .odg"), std::string("it's \"quoted\""),
+          std::string("two\nlines"), std::string("not \xFF\xC3 utf-8"), std::string(255, 'n')}) {
+        folder.Empty();
+        folder.Write(name, "content");
+        Choose("optOverwriteInputFiles");
+        Choose("optEncrypt");
+        ChooseInput(name);
+        EXPECT_NE(Perform().find("-> "), std::string::npos) << name;
+        Choose("optWriteToSeparateOutputFiles");
+        Choose("optDecrypt");
+        ChooseInput(name, true);
+        ChooseOutput("Specify output file for the decrypted file", "plain");
+        EXPECT_NE(Perform().find("plain  7 bytes"), std::string::npos) << name;
+        EXPECT_EQ(folder.Read("plain"), "content");
+        EXPECT_EQ(folder.Names(), (std::set<std::string>{name, "plain"}));
+    }
+}
+
+TEST_F(EndToEnd, ReportsAWrongKeyAndLeavesBothFilesAsTheyWere) {
+    TypeKey();
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    static_cast<void>(Perform());
+    const std::string sealed = folder.Read("a.odg");
+    folder.Write("out", "kept");
+    Choose("optDecrypt");
+    Choose("optWriteToSeparateOutputFiles");
+    ChooseInput("a.odg", true);
+    ChooseOutput("Specify output file for the decrypted file", "out");
+    TypeKey("another key of good length");
+    EXPECT_NE(
+        Perform().find("7 bytes   Invalid block size.\n"
+                       "              Decryption key is incorrect or ciphertext is corrupt.\n"),
+        std::string::npos)
+        << "length " << sealed.size();
+    EXPECT_EQ(folder.Read("a.odg"), sealed);
+    EXPECT_EQ(folder.Read("out"), "kept");
+}
+
+TEST_F(EndToEnd, ReportsWhatVanishedOrChangedItsKindAfterItWasChosen) {
+    TypeKey();
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    folder.Remove("a.odg");
+    EXPECT_NE(Perform().find("Input file not found.\n"), std::string::npos);
+    std::filesystem::create_directory(folder / "a.odg");
+    EXPECT_NE(Perform().find("Unable to open input file.\n"), std::string::npos);
+    std::filesystem::remove(folder / "a.odg");
+    ASSERT_EQ(mkfifo((folder / "a.odg").c_str(), 0600), 0);
+    EXPECT_NE(Perform().find("Unable to open input file.\n"), std::string::npos);
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odg"});
+}
+
+TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
+    const std::string path = folder / "large.odg";
+    folder.Write("large.odg", "");
+    std::filesystem::resize_file(path, std::uintmax_t{400} << 20U);
+    TypeKey();
+    ChooseInput("large.odg");
+    int seen = 0;
+    user.onEvents = [&] {
+        QWidget* report = TopWindow("frmReport");
+        const bool works = report != nullptr && Control(*report, "prgFile").isVisible();
+        if (!works || ++seen != 2) return;
+        Press(*report, "cmdStop");
+        EXPECT_EQ(Control<QPushButton>(*report, "cmdStop").text(), "Stop");
+        EXPECT_EQ(Control<QLabel>(*report, "lblPausedDone").text(), "Stopped");
+    };
+    EXPECT_NE(Perform().find("Number of files encrypted: 1\n"), std::string::npos);
+    EXPECT_GT(seen, 2) << "the engine must let the interface react while it works";
+    user.onEvents = nullptr;
+}
+
+TEST_F(EndToEnd, AsksForWhatIsMissingInItsOrder) {
+    user.Expect("Input file", "Please specify input file.");
+    Press(Main(), "cmdDoIt");
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    user.Expect("Encryption key not specified", "Please specify the encryption key.");
+    Press(Main(), "cmdDoIt");
+    TypeKey();
+    Choose("optWriteToSeparateOutputFiles");
+    ChooseInput("a.odg");
+    user.Expect("Output file", "Output file not specified.");
+    Press(Main(), "cmdDoIt");
+    EXPECT_EQ(folder.Read("a.odg"), "content");
+}
+
+} // namespace
+} // namespace zr5::test
