@@ -5,6 +5,7 @@
 #include "libs/secret.h"
 #include "libs/zr5_engine.h"
 #include "libs/zr5_file_kit.h"
+#include "ui/appearance.h"
 #include "ui/qt_user_port.h"
 
 #include <filesystem>
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
     argc = argc > 0 ? 1 : 0; // the program takes no options, the toolkit's included
     QApplication application(argc, argv);
     QApplication::setDesktopFileName("com.velmora.zr5e");
+    QApplication::setWindowIcon(ProgramIcon());
     std::error_code ignored;
     std::filesystem::current_path("/", ignored);
 

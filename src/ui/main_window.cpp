@@ -8,9 +8,9 @@
 #include "ui/release_button.h"
 #include "ui/text_edges.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -56,12 +56,18 @@ void ApplyControl(QWidget& widget, const ControlView& view) {
     if (box != nullptr && !box->hasFocus()) box->setText(text); // a half-typed value stays
 }
 
+/// Reports and help that are still open go with the main window.
+void CloseOtherWindows(const QWidget& mainWindow) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window != &mainWindow && window->isVisible()) window->close();
+    }
+}
+
 } // namespace
 
 MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     setObjectName("frmMain");
     setWindowTitle(ProductName);
-    setWindowIcon(ProgramIcon());
     LayOutMainWindow(*this);
     for (auto* widget : findChildren<QWidget*>()) {
         if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
@@ -149,6 +155,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     const std::string caption = FromQt(Find<QPushButton>("cmdQuit")->text());
     event->setAccepted(parts_.program.Quit(caption));
+    if (event->isAccepted()) CloseOtherWindows(*this);
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -308,8 +308,10 @@ TEST_F(MainWindowTest, ClosesOnlyWhenTheProgramMayQuit) {
     Click("cmdQuit");
     EXPECT_TRUE(window.isVisible());
     program.mayQuit = true;
+    Click("cmdHelp(1)");
     window.close();
     EXPECT_FALSE(window.isVisible());
+    EXPECT_FALSE(The("frmHelp").isVisible()) << "other windows go with it";
     EXPECT_EQ(program.log, (std::vector<std::string>{"Quit", "Quit"}));
 }
 
