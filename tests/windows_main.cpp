@@ -1,8 +1,11 @@
+// Runs tests of windows, on the offscreen platform unless another is asked for.
+
 #include <gtest/gtest.h>
 #include <QApplication>
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }
