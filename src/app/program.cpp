@@ -28,7 +28,7 @@ struct Program::Parts {
           window({around.user, desk, singleFile, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
                   [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); }}) {
-        operations.SetMainWindow(&window, [this] { window.OperationEnded(); });
+        operations.SetMainWindow(&window);
     }
 
     void TypeKeyWithDisplay(QWidget& parent) {

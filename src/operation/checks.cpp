@@ -16,10 +16,6 @@ bool OutputIsInput(const OperationSetup& setup, FileSystem& fileSystem) {
 
 } // namespace
 
-std::string PerformCaption(Function operation) {
-    return "Perform the " + VerbForm(operation, "encryption");
-}
-
 bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
               ConfirmationView& view) {
     UserPort& user = machine.user;

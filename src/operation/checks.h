@@ -13,9 +13,6 @@ namespace zr5 {
 [[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
                             ConfirmationView& view);
 
-/// The caption of `cmdDoIt`, which is also the title of refusals.
-[[nodiscard]] std::string PerformCaption(Function operation);
-
 /// The work list of a single-file operation.
 [[nodiscard]] WorkList SingleFileList(const OperationSetup& setup);
 

@@ -92,7 +92,8 @@ class Driver {
         } else if (isRegular && Decrypts() && lengthBytes < LeastEncryptedBytes) {
             EndEntry(item, {outcome::IsTooSmall, {}}, 0);
         } else {
-            screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ", true);
+            screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ",
+                                   true);
             if (isRegular && !MayBeDecrypted(item.inputPath, lengthBytes)) {
                 EndLine();
                 return;

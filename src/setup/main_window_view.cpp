@@ -96,7 +96,7 @@ MainWindowView WithFixedCaptions() {
 void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
     const auto verb = [&](std::string_view word) { return VerbForm(setup.Operation, word); };
     view["cmdKeyFrom"].text = "Specify " + verb("encryption") + " key";
-    view["cmdDoIt"].text = "Perform the " + verb("encryption");
+    view["cmdDoIt"].text = PerformCaption(setup.Operation);
     view["cmdListFiles"].text = "List files to be " + verb("encrypted");
     view["lblFilesInAFolder"].text = "Files will be " + verb("encrypted") + " 'in place'.";
     view["lblInputFile"].text = InputOutputFileWord(Input, setup.InputMode) + ":";

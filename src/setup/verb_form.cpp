@@ -28,4 +28,8 @@ std::string VerbForm(Function operation, std::string_view word) {
     return std::string(word);
 }
 
+std::string PerformCaption(Function operation) {
+    return "Perform the " + VerbForm(operation, "encryption");
+}
+
 } // namespace zr5

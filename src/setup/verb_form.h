@@ -13,4 +13,7 @@ namespace zr5 {
 /// ("Encryption" becomes "Decryption"); any other word unchanged.
 [[nodiscard]] std::string VerbForm(Function operation, std::string_view word);
 
+/// The caption of `cmdDoIt`, which is also the title of what is said before an operation.
+[[nodiscard]] std::string PerformCaption(Function operation);
+
 } // namespace zr5

@@ -11,7 +11,7 @@ class MainWindowActions {
   public:
     virtual ~MainWindowActions() = default;
     /// "Perform": checks, confirmation, and the run on the report screen. The input is known to
-    /// be there. May return before the run ends, if MainWindow::OperationEnded is called then.
+    /// be there. Returns when the run has ended.
     virtual void Perform() = 0;
     /// "List files".
     virtual void ListFiles() = 0;

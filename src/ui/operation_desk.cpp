@@ -4,17 +4,10 @@
 #include "operation/operation_run.h"
 #include "ui/confirm_window.h"
 
-#include <utility>
-
 namespace zr5 {
 
 OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine)
     : setup_(setup), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
-
-void OperationDesk::SetMainWindow(QWidget* mainWindow, std::function<void()> operationEnded) {
-    mainWindow_ = mainWindow;
-    operationEnded_ = std::move(operationEnded);
-}
 
 void OperationDesk::Perform() {
     ConfirmInWindow confirmation(mainWindow_);
@@ -28,7 +21,6 @@ void OperationDesk::Perform() {
     RunOperation({setup, key_, list, machine_}, screen_);
     if (mainWindow_ != nullptr) mainWindow_->setEnabled(true);
     setup_.SetOperationRunning(false);
-    if (operationEnded_) operationEnded_();
 }
 
 void OperationDesk::ShowReport() {

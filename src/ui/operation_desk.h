@@ -8,7 +8,6 @@
 #include "ui/main_window_actions.h"
 #include "ui/report_window.h"
 
-#include <functional>
 #include <memory>
 
 namespace zr5 {
@@ -18,8 +17,8 @@ class OperationDesk final : public MainWindowActions {
     /// All of it outlives the desk.
     OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine);
 
-    /// The window over which dialogs open, and what it wants to know when a run has ended.
-    void SetMainWindow(QWidget* mainWindow, std::function<void()> operationEnded);
+    /// The window over which dialogs open, and which is out of use while an operation runs.
+    void SetMainWindow(QWidget* mainWindow) { mainWindow_ = mainWindow; }
 
     void Perform() override;
     void ListFiles() override {}
@@ -36,7 +35,6 @@ class OperationDesk final : public MainWindowActions {
     ReportScreen screen_;
     std::unique_ptr<ReportWindow> window_; ///< made at its first use
     QWidget* mainWindow_ = nullptr;
-    std::function<void()> operationEnded_;
 };
 
 } // namespace zr5
