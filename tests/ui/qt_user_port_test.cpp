@@ -1,0 +1,127 @@
+#include "ui/qt_user_port.h"
+
+#include "support/temporary_folder.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+namespace zr5 {
+namespace {
+
+/// Lets `act` work on the modal window of this kind that opens next.
+template <typename Window>
+void InNext(const std::function<void(Window&)>& act) {
+    QTimer::singleShot(0, qApp, [act] {
+        auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+        ASSERT_NE(window, nullptr);
+        act(*window);
+        if (window->isVisible()) window->reject();
+    });
+}
+
+void Press(QMessageBox& box, Qt::Key key) {
+    QTest::keyClick(&box, key);
+}
+
+TEST(MessageBoxes, AnswerWithTheDefaultOnEnterAndWithWhatChangesNothingOnEscape) {
+    QtUserPort user;
+    const struct {
+        BoxButtons buttons;
+        Answer byDefault;
+        Answer onEscape;
+    } cases[] = {{BoxButtons::Ok, Answer::Ok, Answer::Ok},
+                 {BoxButtons::YesNo, Answer::Yes, Answer::No},
+                 {BoxButtons::YesNo, Answer::No, Answer::No},
+                 {BoxButtons::YesNoCancel, Answer::Yes, Answer::Cancel},
+                 {BoxButtons::RetryCancel, Answer::Retry, Answer::Cancel}};
+    for (const auto& [buttons, byDefault, onEscape] : cases) {
+        const MessageBox box{"Text", "Title", BoxIcon::Question, buttons, byDefault};
+        InNext<QMessageBox>([](QMessageBox& window) { Press(window, Qt::Key_Return); });
+        EXPECT_EQ(user.Ask(box), byDefault);
+        InNext<QMessageBox>([](QMessageBox& window) { Press(window, Qt::Key_Escape); });
+        EXPECT_EQ(user.Ask(box), onEscape);
+    }
+}
+
+TEST(MessageBoxes, ShowNamesAsTheyAreAndLinesAsLines) {
+    QtUserPort user;
+    InNext<QMessageBox>([](QMessageBox& window) {
+        EXPECT_EQ(window.windowTitle().toStdString(), "Title");
+        EXPECT_EQ(window.text().toStdString(), "<b>a.txt</b>\nb");
+        EXPECT_EQ(window.textFormat(), Qt::PlainText);
+        EXPECT_EQ(window.icon(), QMessageBox::Critical);
+    });
+    EXPECT_EQ(user.Ask(Notice("<b>a.txt</b>\r\nb", "Title", BoxIcon::Critical)), Answer::Ok);
+}
+
+TEST(Clipboard, GetsTheTextWithItsLineEnds) {
+    QtUserPort user;
+    user.CopyToClipboard("one\r\ntwo \xc3\xa9");
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "one\r\ntwo \xc3\xa9");
+}
+
+class Pickers : public testing::Test {
+  protected:
+    void TypeInNext(const std::string& name) {
+        InNext<QFileDialog>([this, name](QFileDialog& dialog) {
+            title = dialog.windowTitle().toStdString();
+            auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
+            ASSERT_NE(box, nullptr);
+            box->setText(QString::fromStdString(name));
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+    }
+    std::optional<std::string> Pick(FilePicker::Kind kind) {
+        return user.PickFile({.kind = kind,
+                              .title = "Pick",
+                              .filter = "Any file | *.*",
+                              .startFolder = folder.Path(),
+                              .asksBeforeOverwriting = true});
+    }
+    test::TemporaryFolder folder;
+    QtUserPort user;
+    std::string title;
+};
+
+TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
+    folder.Write("without a dot", "x");
+    for (const std::string name : {"without a dot", "missing", "caf\\xE9"}) {
+        TypeInNext(name);
+        EXPECT_EQ(Pick(FilePicker::Kind::Open), folder / name);
+        EXPECT_EQ(title, "Pick");
+    }
+    TypeInNext("new.zr5");
+    EXPECT_EQ(Pick(FilePicker::Kind::Save), folder / "new.zr5");
+}
+
+TEST_F(Pickers, GiveNothingWhenCancelled) {
+    InNext<QFileDialog>([](QFileDialog&) {});
+    EXPECT_EQ(Pick(FilePicker::Kind::Open), std::nullopt);
+}
+
+TEST_F(Pickers, AskBeforeAnExistingOutputIsChosen) {
+    folder.Write("old.zr5", "x");
+    bool asked = false;
+    InNext<QFileDialog>([&](QFileDialog& dialog) {
+        auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
+        ASSERT_NE(box, nullptr);
+        box->setText("old.zr5");
+        InNext<QMessageBox>([&](QMessageBox& question) {
+            asked = true;
+            Press(question, Qt::Key_Escape);
+        });
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    EXPECT_EQ(Pick(FilePicker::Kind::Save), std::nullopt);
+    EXPECT_TRUE(asked);
+}
+
+} // namespace
+} // namespace zr5
