@@ -1,0 +1,276 @@
+// One large file through the engine, through other programs and through a plain flushed copy, in
+// rounds, so that a change of the disk's mood hits all of them.
+
+#include "libs/cipher_engine.h"
+#include "libs/clock.h"
+#include "libs/file_system.h"
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::byte>;
+
+constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
+constexpr const char* Key = "CORRECTHORSEBATTERYSTAPLE";
+
+[[noreturn]] void Fail(const std::string& what) {
+    std::perror(what.c_str());
+    std::exit(1);
+}
+
+double SecondsOf(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double Median(std::vector<double> values) {
+    std::ranges::sort(values);
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+void Flush(const std::string& path) {
+    const int file = open(path.c_str(), O_RDONLY);
+    if (file < 0 || fsync(file) != 0) Fail(path);
+    close(file);
+}
+
+void WriteAll(int file, std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t put = write(file, bytes.data(), bytes.size());
+        if (put < 0) Fail("write");
+        bytes = bytes.subspan(static_cast<std::size_t>(put));
+    }
+}
+
+void MakeRandomFile(const std::string& path, std::size_t mebibytes) {
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (file < 0) Fail(path);
+    zr5::SystemRandom random;
+    Bytes piece(PieceBytes);
+    for (std::size_t i = 0; i < mebibytes; ++i) {
+        random.Fill(piece);
+        WriteAll(file, piece);
+    }
+    if (fsync(file) != 0) Fail(path);
+    close(file);
+}
+
+void CopyFlushed(const std::string& from, const std::string& to) {
+    const int input = open(from.c_str(), O_RDONLY);
+    const int output = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
+    if (input < 0 || output < 0) Fail("copy");
+    Bytes piece(PieceBytes);
+    while (true) {
+        const ssize_t got = read(input, piece.data(), piece.size());
+        if (got < 0) Fail("read");
+        if (got == 0) break;
+        WriteAll(output, std::span(piece).first(static_cast<std::size_t>(got)));
+    }
+    if (fsync(output) != 0) Fail("fsync");
+    close(input);
+    close(output);
+}
+
+/// One program to measure: each direction makes a new file and brings it to the disk.
+struct Contender {
+    std::string name;
+    std::string needs; ///< the program, empty for our own code
+    std::function<void()> encrypt;
+    std::function<void()> decrypt;
+    std::string sealed; ///< what `encrypt` makes and `decrypt` reads
+    std::vector<double> encryptSeconds = {};
+    std::vector<double> decryptSeconds = {};
+};
+
+bool IsInstalled(const std::string& program) {
+    return program.empty() ||
+           std::system(("command -v " + program + " > /dev/null 2>&1").c_str()) == 0;
+}
+
+void Shell(const std::string& command) {
+    if (std::system(command.c_str()) != 0) {
+        std::fprintf(stderr, "failed: %s\n", command.c_str());
+        std::exit(1);
+    }
+}
+
+/// The whole life of an engine, buffers and key derivation included, as a program that is
+/// started for this one file has it.
+void RunEngine(std::int32_t direction, const std::string& from, const std::string& to) {
+    const auto disk = zr5::MakeSystemFileSystem();
+    zr5::SystemClock clock;
+    zr5::SystemRandom random;
+    const auto engine = zr5::MakeCipherEngine(*disk, clock, random);
+    if (engine->allocate_buffers() == 0) Fail("allocate_buffers");
+    engine->operation_initialization(Key, direction, 0, 0);
+    const std::int32_t code = direction == zr5::EngineEncrypt ? engine->encrypt_file(from, to)
+                                                              : engine->decrypt_file(from, to);
+    if (code != 0) Fail("engine " + std::to_string(code));
+}
+
+struct Paths {
+    std::string folder;
+    std::string plain = folder + "/plain";
+    std::string back = folder + "/back";
+};
+
+std::vector<Contender> Contenders(const Paths& paths) {
+    const std::string key(Key);
+    const std::string& plain = paths.plain;
+    const std::string& back = paths.back;
+    const std::string& folder = paths.folder;
+    const std::string ageKey = folder + "/age-key";
+    if (IsInstalled("age-keygen")) Shell("age-keygen -o " + ageKey + " 2> /dev/null");
+    const std::string gpg = "gpg --homedir " + folder +
+                            " --batch --quiet --no-options --pinentry-mode loopback"
+                            " --passphrase " +
+                            key + " -z 0 ";
+    const std::string openssl = "openssl enc -aes-256-ctr -pbkdf2 -pass pass:" + key;
+    const auto sealedBy = [&](const char* who) { return folder + "/sealed." + who; };
+    const auto program = [&](const std::string& name, const char* needs, const std::string& encrypt,
+                             const std::string& decrypt) {
+        const std::string sealed = sealedBy(needs);
+        return Contender{name, needs,
+                         [=] {
+                             Shell(encrypt);
+                             Flush(sealed);
+                         },
+                         [=] {
+                             Shell(decrypt);
+                             Flush(back);
+                         },
+                         sealed};
+    };
+    const std::string ours = sealedBy("engine");
+    const std::string copied = sealedBy("copy");
+    return {
+        {"plain copy", "", [=] { CopyFlushed(plain, copied); }, [=] { CopyFlushed(copied, back); },
+         copied},
+        {"this engine", "", [=] { RunEngine(zr5::EngineEncrypt, plain, ours); },
+         [=] { RunEngine(zr5::EngineDecrypt, ours, back); }, ours},
+        program("age, X25519", "age",
+                "age -e -i " + ageKey + " -o " + sealedBy("age") + " " + plain,
+                "age -d -i " + ageKey + " -o " + back + " " + sealedBy("age")),
+        program("openssl enc, AES-256-CTR", "openssl",
+                openssl + " -in " + plain + " -out " + sealedBy("openssl"),
+                openssl + " -d -in " + sealedBy("openssl") + " -out " + back),
+        program("gpg -c, no compression", "gpg", gpg + "-o " + sealedBy("gpg") + " -c " + plain,
+                gpg + "-o " + back + " -d " + sealedBy("gpg")),
+        program("7z -mx=0 -p", "7z",
+                "7z a -t7z -mx=0 -p" + key + " " + sealedBy("7z") + ". " + plain + " > /dev/null",
+                "7z x -so -p" + key + " " + sealedBy("7z") + " > " + back),
+    };
+}
+
+/// Every contender once, one after the other, so that whatever else the machine does hits all;
+/// a different one begins each round, because what one leaves to the disk slows the next.
+void RunRound(std::vector<Contender>& contenders, const Paths& paths, std::size_t first,
+              bool counts) {
+    std::vector<Contender*> order;
+    for (std::size_t i = 0; i < contenders.size(); ++i) {
+        order.push_back(&contenders[(first + i) % contenders.size()]);
+    }
+    const auto timed = [](const std::string& output, const std::function<void()>& work) {
+        fs::remove(output);
+        sync();
+        return SecondsOf(work);
+    };
+    for (Contender* contender : order) {
+        const double seconds = timed(contender->sealed, contender->encrypt);
+        if (counts) contender->encryptSeconds.push_back(seconds);
+    }
+    for (Contender* contender : order) {
+        const double seconds = timed(paths.back, contender->decrypt);
+        if (counts) contender->decryptSeconds.push_back(seconds);
+        Shell("cmp -s " + paths.plain + " " + paths.back);
+    }
+}
+
+/// Seconds, and the ratios to the copy and to the engine in the same round.
+void PrintFigures(const std::vector<double>& own, const std::vector<double>& copy,
+                  const std::vector<double>& engine) {
+    const auto ratioTo = [&](const std::vector<double>& other) {
+        std::vector<double> ratios(own.size());
+        std::ranges::transform(own, other, ratios.begin(), std::divides<>());
+        return Median(ratios);
+    };
+    std::printf(" %5.2f | %5.2f | %5.2f |", Median(own), ratioTo(copy), ratioTo(engine));
+}
+
+void PrintTable(const std::vector<Contender>& all) {
+    std::printf("| | encryption, s | : copy | : engine | decryption, s | : copy | : engine |\n");
+    std::printf("|---|---|---|---|---|---|---|\n");
+    for (const Contender& contender : all) {
+        std::printf("| %-24s |", contender.name.c_str());
+        PrintFigures(contender.encryptSeconds, all[0].encryptSeconds, all[1].encryptSeconds);
+        PrintFigures(contender.decryptSeconds, all[0].decryptSeconds, all[1].decryptSeconds);
+        std::printf("\n");
+    }
+}
+
+/// Peak memory in KiB of a child that runs `work`.
+long PeakKiB(const std::function<void()>& work) {
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        _exit(0);
+    }
+    int status = 0;
+    rusage used{};
+    if (wait4(child, &status, 0, &used) != child || status != 0) Fail("child");
+    return used.ru_maxrss;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count != 4) {
+        std::fprintf(stderr, "usage: %s folder MiB rounds\n", arguments[0]);
+        return 2;
+    }
+    std::string folder = std::string(arguments[1]) + "/zr5-bench-XXXXXX";
+    if (mkdtemp(folder.data()) == nullptr) Fail(folder);
+    const std::size_t mebibytes = std::strtoul(arguments[2], nullptr, 10);
+    const std::size_t rounds = std::strtoul(arguments[3], nullptr, 10);
+
+    const Paths paths{folder};
+    MakeRandomFile(paths.plain, mebibytes);
+    std::vector<Contender> contenders = Contenders(paths);
+    for (const Contender& contender : contenders) {
+        if (!IsInstalled(contender.needs)) std::printf("missing: %s\n", contender.needs.c_str());
+    }
+    std::erase_if(contenders, [](const Contender& c) { return !IsInstalled(c.needs); });
+
+    const long nothing = PeakKiB([] {});
+    const long engine = PeakKiB(contenders[1].encrypt);
+    RunRound(contenders, paths, 0, false); // warms up
+    for (std::size_t i = 0; i < rounds; ++i) {
+        RunRound(contenders, paths, i, true);
+    }
+    std::printf("%zu MiB of random bytes, medians of %zu rounds\n\n", mebibytes, rounds);
+    PrintTable(contenders);
+    std::printf("\nPeak memory of the engine beyond the bare program: %.1f MiB\n",
+                static_cast<double>(engine - nothing) / 1024.0);
+    fs::remove_all(folder);
+    return 0;
+}
