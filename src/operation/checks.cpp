@@ -19,7 +19,7 @@ bool OutputIsInput(const OperationSetup& setup, FileSystem& fileSystem) {
 bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
               ConfirmationView& view) {
     UserPort& user = machine.user;
-    const auto refuse = [&](MessageBox box) {
+    const auto refuse = [&](const MessageBox& box) {
         user.Ask(box);
         return false;
     };

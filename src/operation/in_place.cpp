@@ -38,7 +38,7 @@ InPlaceResult ProcessInPlace(const OperationContext& operation, const std::strin
     if (code != 0) return {code, temporary};
 
     beforePurge();
-    const InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
+    InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
     if (!before || !IsSameContent(*before, fileSystem.Info(path))) return leftBeside;
     const std::int32_t purged =
         fileKit.purge_file(path, encrypts ? PurgeOverwrite : PurgeDeleteOnly, true, false);

@@ -88,8 +88,7 @@ void WriteClosingSummary(const OperationContext& operation, ReportScreen& screen
     std::string text = "\r\nNumber of files processed:" + processed + "\r\n" + "Number of files " +
                        encrypted + ":" + processed + "\r\nTotal KB " + encrypted + ": " +
                        KilobytesText(screen.counters.totalBytes) + "\r\n";
-    const auto seconds = std::chrono::round<std::chrono::seconds>(screen.Elapsed()).count();
-    if (seconds > 0) {
+    if (const std::int64_t seconds = screen.ElapsedSeconds(); seconds > 0) {
         text += "Elapsed time: " +
                 FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";
     }

@@ -61,13 +61,17 @@ std::string ReportScreen::CopyCaption(bool hasSelection) {
 
 std::string ReportScreen::TimeText() const {
     if (state_ == State::Idle) return {};
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Elapsed());
+    const std::int64_t seconds = ElapsedSeconds();
     return "Started " + HoursAndMinutes(startTimeOfDay_) + ", elapsed " +
-           FormatDuration(static_cast<std::uint64_t>(seconds.count()), DurationForm::Long);
+           FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long);
 }
 
 std::chrono::milliseconds ReportScreen::Elapsed() const {
     return IsRunning() ? clock_.Now() - startedAt_ : ranFor_;
+}
+
+std::int64_t ReportScreen::ElapsedSeconds() const {
+    return std::chrono::round<std::chrono::seconds>(Elapsed()).count();
 }
 
 void ReportScreen::StopPressed() {

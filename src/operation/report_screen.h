@@ -100,6 +100,8 @@ class ReportScreen {
     void ShowProgress(FileProgress progress);
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
     [[nodiscard]] std::chrono::milliseconds Elapsed() const;
+    /// The same to the nearest second, as people read it.
+    [[nodiscard]] std::int64_t ElapsedSeconds() const;
 
     OperationCounters counters;
 

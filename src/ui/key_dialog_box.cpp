@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <QFont>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <utility>
 
@@ -66,6 +67,14 @@ QSize KeyBox::sizeHint() const {
     const int widest = fontMetrics().horizontalAdvance(QLatin1Char('W'));
     size.setWidth(widest * (static_cast<int>(MaxKeyLength) + Spare));
     return size;
+}
+
+void KeyBox::keyPressEvent(QKeyEvent* event) {
+    if (event->modifiers().testFlag(Qt::AltModifier) && !event->text().isEmpty()) {
+        event->ignore();
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
 }
 
 void KeyBox::TakeEdit() {

@@ -32,6 +32,10 @@ class KeyBox final : public QLineEdit {
     /// Wide enough for the longest key.
     [[nodiscard]] QSize sizeHint() const override;
 
+  protected:
+    /// Alt and a letter is meant for a menu or a button, never for the key.
+    void keyPressEvent(QKeyEvent* event) override;
+
   private:
     void TakeEdit();
     void OverwriteText();

@@ -113,7 +113,7 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
             [this] { screen_.PauseContinuePressed(); });
     connect(copy_, &QPushButton::clicked, this,
             [this] { screen_.CopyPressed(FromQt(text_->textCursor().selection().toPlainText())); });
-    connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
     connect(text_, &QPlainTextEdit::selectionChanged, this, [this] { ShowSelection(); });
     clock_.setObjectName(QStringLiteral("Clock"));
     clock_.setParent(this);
@@ -199,7 +199,7 @@ void ReportWindow::StateChanged() {
     ShowTime();
     if (closeWhenDone_) {
         closeWhenDone_ = false;
-        close();
+        reject();
     }
 }
 
@@ -231,17 +231,18 @@ void ReportWindow::ShowPurgeWarning(PurgeWarning& warning, const std::string& pa
 }
 
 void ReportWindow::closeEvent(QCloseEvent* event) {
+    reject();
+    event->setAccepted(!isVisible());
+}
+
+/// Every way of closing comes here: the button, Escape and the window's frame.
+void ReportWindow::reject() {
     if (screen_.IsRunning()) {
         screen_.StopPressed();
         closeWhenDone_ = true;
-        event->ignore();
         return;
     }
-    QDialog::closeEvent(event);
-}
-
-void ReportWindow::reject() {
-    close();
+    QDialog::reject();
 }
 
 } // namespace zr5

@@ -74,7 +74,8 @@ class EndToEnd : public testing::Test {
         QWidget* report = TopWindow("frmReport");
         if (report == nullptr) return "no report";
         const QString text = Control<QPlainTextEdit>(*report, "txbText").toPlainText();
-        report->close();
+        Press(*report, "cmdClose");
+        EXPECT_FALSE(report->isVisible());
         return text.toStdString();
     }
 
