@@ -88,7 +88,9 @@ class Zr5FileKit final : public FileKit {
         for (int number = 1; number <= LastNameNumber; ++number) {
             const std::string suffix =
                 number == 1 ? std::string(".zr5") : ".zr5-" + std::to_string(number);
-            std::string candidate = folder + CutTo(name, longest - suffix.size()) + suffix;
+            std::string candidate = folder;
+            candidate += CutTo(name, longest - suffix.size());
+            candidate += suffix;
             if (!fileSystem_.Info(candidate)) {
                 path = std::move(candidate);
                 return 0;
