@@ -60,7 +60,7 @@ class Opener {
                 std::min<std::uint64_t>(SealedPieceBytes, sealedBytes - done)));
             const ReadResult got = input_.Read(sealed);
             if (got.status != FsStatus::Ok || got.count != sealed.size()) {
-                damage_.stoppedBy = engine_code::ReadError;
+                KeepWholeBlocks(sealed.first(got.count), output);
                 break;
             }
             damage_.stoppedBy = output.Write(OpenPiece(sealed));
@@ -72,6 +72,13 @@ class Opener {
     }
 
   private:
+    /// Reading stopped inside a piece: its blocks that came whole are written still.
+    void KeepWholeBlocks(std::span<const std::byte> sealed, PendingOutput& output) {
+        const std::size_t whole = sealed.size() - sealed.size() % SealedBlockBytes;
+        damage_.stoppedBy = output.Write(OpenPiece(sealed.first(whole)));
+        if (damage_.stoppedBy == engine_code::Success) damage_.stoppedBy = engine_code::ReadError;
+    }
+
     std::span<const std::byte> OpenPiece(std::span<const std::byte> sealed) {
         std::size_t filled = 0;
         for (std::size_t at = 0; at < sealed.size(); at += SealedBlockBytes) {

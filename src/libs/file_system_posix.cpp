@@ -113,6 +113,19 @@ FsStatus CopyExtendedAttributes(int from, int to) {
     return FsStatus::Ok;
 }
 
+/// The mode of `source` for a file that belongs to `own`: set-id bits were given by the owner
+/// and must not make the file run as another one, and another group than the source's gets no
+/// more than everybody has.
+mode_t ModeFor(const struct stat& own, const struct stat& source) {
+    mode_t mode = source.st_mode & 07777U;
+    if (own.st_uid != source.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
+    if (own.st_gid != source.st_gid) {
+        const mode_t othersAsGroup = (mode & static_cast<mode_t>(S_IRWXO)) << 3U;
+        mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG) | othersAsGroup;
+    }
+    return mode;
+}
+
 class PosixFile final : public OpenFile {
   public:
     explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
@@ -191,10 +204,7 @@ class PosixFile final : public OpenFile {
         }
         const FsStatus status = CopyExtendedAttributes(from, descriptor_);
         if (status != FsStatus::Ok) return status;
-        // Set-id bits were given by the owner; they must not make the file run as another one.
-        mode_t mode = raw.st_mode & 07777U;
-        if (own.st_uid != raw.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
-        if (own.st_gid != raw.st_gid) mode &= ~static_cast<mode_t>(S_ISGID);
+        const mode_t mode = ModeFor(own, raw);
         if (fchmod(descriptor_, mode) != 0 && IsRealFailure(errno)) return StatusOf(errno);
         return FsStatus::Ok;
     }

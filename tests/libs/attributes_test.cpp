@@ -126,14 +126,15 @@ class AsNobody {
 TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
     const std::string plain = folder.Write("plain", "content");
-    ASSERT_EQ(chmod(plain.c_str(), 06755), 0);
+    ASSERT_EQ(chmod(plain.c_str(), 06754), 0);
     ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
     {
         const AsNobody nobody;
         ASSERT_EQ(Encrypt("plain", "sealed"), Success);
     }
     EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
-    EXPECT_EQ(ModeOf(folder / "sealed"), 0755U) << "set-id bits would run as the wrong user";
+    EXPECT_EQ(ModeOf(folder / "sealed"), 0744U)
+        << "neither set-id bits for the wrong user nor rights of one group for another";
 }
 
 TEST_F(Attributes, AFileOrFolderWithoutPermissionIsSaid) {
