@@ -1,128 +1,90 @@
-#include "keys/normalise.h"
 #include "support/scripted_user.h"
+#include "support/window_driver.h"
 #include "ui/key_dialog_with_display.h"
 #include "ui/key_dialog_without_display.h"
 
 #include <gtest/gtest.h>
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
-#include <QTimer>
 
 namespace zr5 {
 namespace {
 
+using test::Control;
+using test::Press;
 using test::ScriptedUser;
+using test::WhenDialogOpens;
 
 const QString Typed = QStringLiteral("abcd efgh ijkl mnop");
 
-template <class Widget>
-Widget& Named(const QWidget& window, const QString& name) {
-    auto* widget = window.findChild<Widget*>(name);
-    if (widget == nullptr) throw std::runtime_error("no widget " + name.toStdString());
-    return *widget;
+bool IsShown(const QWidget& window, const char* name) {
+    return Control(window, name).isVisibleTo(&window);
 }
-QLineEdit& Box(const QWidget& window, const QString& name) {
-    return Named<QLineEdit>(window, name);
+QString Caption(const QWidget& window, const char* name) {
+    return Control<QLabel>(window, name).text();
 }
-QPushButton& Button(const QWidget& window, const QString& name) {
-    return Named<QPushButton>(window, name);
-}
-bool IsShown(const QWidget& window, const QString& name) {
-    return Named<QWidget>(window, name).isVisibleTo(&window);
-}
-QString Caption(const QWidget& window, const QString& name) {
-    return Named<QLabel>(window, name).text();
-}
-void Type(QLineEdit& box, const QString& text) {
-    QTest::keyClicks(&box, text);
-}
-void Press(QWidget& widget, Qt::Key key) {
-    QTest::keyClick(&widget, key);
-}
-void Click(QPushButton& button) {
-    QTest::mouseClick(&button, Qt::LeftButton);
-}
-/// Lets `act` work on the modal window that opens next.
-void InNextModalWindow(const std::function<void(QWidget&)>& act) {
-    QTimer::singleShot(0, qApp, [act] {
-        QWidget* window = QApplication::activeModalWidget();
-        ASSERT_NE(window, nullptr);
-        act(*window);
-    });
+void TypeIn(QWidget& window, const char* name, const QString& text) {
+    QTest::keyClicks(&Control(window, name), text);
 }
 
 class WithDisplayWindow : public testing::Test {
   protected:
     void SetUp() override { window.show(); }
+    void Type(const QString& text) { QTest::keyClicks(&box, text); }
     CurrentKey key;
     KeyboardWithDisplay rules{Function::Encrypt, key};
     KeyDialogWithDisplay window{rules};
-    QLineEdit& box = Box(window, QStringLiteral("txbKey"));
+    QLineEdit& box = Control<QLineEdit>(window, "txbKey");
 };
 
 TEST_F(WithDisplayWindow, ShowsItsAnswersOnceTheKeyIsLongEnough) {
-    const auto answers = {"cmdYes", "cmdNo", "lblChecksumIs", "lblUseThisKey"};
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Type key (with display)"));
-    for (const auto* name : answers)
-        EXPECT_FALSE(IsShown(window, name)) << name;
-    Type(box, Typed.chopped(1));
-    for (const auto* name : answers)
-        EXPECT_FALSE(IsShown(window, name)) << name;
-    Type(box, QStringLiteral("p"));
-    for (const auto* name : answers)
-        EXPECT_TRUE(IsShown(window, name)) << name;
+    Type(Typed.chopped(1));
+    for (const bool shown : {false, true}) {
+        if (shown) Type(QStringLiteral("p"));
+        for (const auto* name : {"cmdYes", "cmdNo", "lblChecksumIs", "lblUseThisKey"})
+            EXPECT_EQ(IsShown(window, name), shown) << name;
+    }
     EXPECT_EQ(Caption(window, "lblChecksumIs"), QStringLiteral("Checksum is 6304"));
-    Press(box, Qt::Key_Backspace);
-    for (const auto* name : answers)
-        EXPECT_FALSE(IsShown(window, name)) << name;
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    EXPECT_FALSE(IsShown(window, "cmdYes"));
 }
 
-TEST_F(WithDisplayWindow, AnswersWithItsButtons) {
-    Type(box, Typed);
-    Click(Button(window, "cmdNo"));
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(window.Answer(), KeyAnswer::No);
-}
-
-TEST_F(WithDisplayWindow, TakesEnterInTheBoxForYes) {
-    Type(box, Typed);
-    Press(box, Qt::Key_Return);
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(window.Answer(), KeyAnswer::Yes);
-}
-
-TEST_F(WithDisplayWindow, TakesEnterForTheButtonThatHasTheFocus) {
+TEST_F(WithDisplayWindow, AnswersEnterByWhatHasTheFocusOnceTheKeyIsLongEnough) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    Type(box, Typed);
-    Button(window, "cmdCancel").setFocus();
-    box.setFocus();
-    EXPECT_TRUE(Button(window, "cmdYes").isDefault());
-    Button(window, "cmdNo").setFocus();
-    Press(Button(window, "cmdNo"), Qt::Key_Return);
-    EXPECT_EQ(window.Answer(), KeyAnswer::No);
-}
-
-TEST_F(WithDisplayWindow, DoesNotAcceptAShortKeyOnEnterAndCancelsOnEscape) {
-    Type(box, QStringLiteral("abc"));
-    Press(box, Qt::Key_Return);
-    Press(box, Qt::Key_Enter);
+    Type(QStringLiteral("abc"));
+    QTest::keyClick(&box, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key_Enter);
     EXPECT_TRUE(window.isVisible());
-    Press(box, Qt::Key_Escape);
+    QTest::keyClick(&box, Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
     EXPECT_EQ(window.Answer(), KeyAnswer::Cancel);
+
+    window.show();
+    Type(Typed);
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(window.Answer(), KeyAnswer::Yes);
+
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    Control(window, "cmdCancel").setFocus();
+    box.setFocus();
+    EXPECT_TRUE(Control<QPushButton>(window, "cmdYes").isDefault());
+    Control(window, "cmdNo").setFocus();
+    QTest::keyClick(&Control(window, "cmdNo"), Qt::Key_Return);
+    EXPECT_EQ(window.Answer(), KeyAnswer::No);
 }
 
 TEST_F(WithDisplayWindow, RefusesAnEditWholeAndKeepsTheCursor) {
-    Type(box, QStringLiteral("abcdef"));
+    Type(QStringLiteral("abcdef"));
     box.setCursorPosition(3);
     box.insert(QStringLiteral("xΩ"));
     EXPECT_EQ(box.text(), QStringLiteral("abcdef"));
     EXPECT_EQ(box.cursorPosition(), 3);
     EXPECT_TRUE(IsShown(window, "lblHint"));
-    Type(box, QStringLiteral("x"));
+    Type(QStringLiteral("x"));
     EXPECT_EQ(box.text(), QStringLiteral("abcxdef"));
     EXPECT_EQ(box.cursorPosition(), 4);
     EXPECT_FALSE(IsShown(window, "lblHint"));
@@ -137,26 +99,25 @@ TEST_F(WithDisplayWindow, ComposesWhatWasTypedInPieces) {
 
 TEST_F(WithDisplayWindow, KeepsNothingToUndoAndCutsOffLongKeys) {
     box.insert(QString(70, QLatin1Char('x')));
-    EXPECT_EQ(box.text().size(), static_cast<qsizetype>(MaxKeyLength));
+    EXPECT_EQ(box.text().size(), 64);
     EXPECT_FALSE(IsShown(window, "lblHint"));
     EXPECT_FALSE(box.isUndoAvailable());
 }
 
 TEST(KeyFromKeyboardWithDisplay, IsTakenAndFilledInTheNextTime) {
     CurrentKey key;
-    InNextModalWindow([](QWidget& window) {
-        Type(Box(window, "txbKey"), Typed);
-        Click(Button(window, "cmdYes"));
+    WhenDialogOpens(*qApp, "frmKeyboardWithDisplay", [](QWidget& window) {
+        TypeIn(window, "txbKey", Typed);
+        Press(window, "cmdYes");
     });
     GetKeyFromKeyboardWithDisplay(nullptr, Function::Encrypt, key);
     EXPECT_EQ(key.keyText.text(), "ABCDEFGHIJKLMNOP");
 
-    InNextModalWindow([](QWidget& window) {
-        EXPECT_EQ(Box(window, "txbKey").text(), Typed);
-        EXPECT_TRUE(IsShown(window, "cmdYes"));
+    WhenDialogOpens(*qApp, "frmKeyboardWithDisplay", [](QWidget& window) {
+        EXPECT_EQ(Control<QLineEdit>(window, "txbKey").text(), Typed);
         EXPECT_EQ(Caption(window, "lblChecksumIs"), QStringLiteral("Checksum is 6304"));
         EXPECT_TRUE(Caption(window, "lblEntertheKey").startsWith("Enter the decryption key"));
-        Click(Button(window, "cmdNo"));
+        Press(window, "cmdNo");
     });
     GetKeyFromKeyboardWithDisplay(nullptr, Function::Decrypt, key);
     EXPECT_FALSE(key.IsHeld());
@@ -166,85 +127,70 @@ TEST(KeyFromKeyboardWithDisplay, IsTakenAndFilledInTheNextTime) {
 class WithoutDisplayWindow : public testing::Test {
   protected:
     void SetUp() override { window.show(); }
-    bool OkShows() const { return IsShown(window, "cmdOK"); }
     ScriptedUser user;
     KeyboardWithoutDisplay rules{Function::Encrypt};
     KeyDialogWithoutDisplay window{rules, user};
-    QLineEdit& first = Box(window, "txbKey(0)");
-    QLineEdit& second = Box(window, "txbKey(1)");
+    QLineEdit& first = Control<QLineEdit>(window, "txbKey(0)");
+    QLineEdit& second = Control<QLineEdit>(window, "txbKey(1)");
+    const QLabel& again = Control<QLabel>(window, "lblReEnterTheKey");
 };
 
-TEST_F(WithoutDisplayWindow, MasksBothEntries) {
+TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOk) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Type key (without display)"));
-    Type(first, Typed);
-    Type(second, QStringLiteral("ab"));
-    EXPECT_EQ(first.displayText(), QString(Typed.size(), QLatin1Char('#')));
-    EXPECT_EQ(second.displayText(), QStringLiteral("##"));
-}
-
-TEST_F(WithoutDisplayWindow, LeadsFromTheFirstEntryToTheSecondToOk) {
     EXPECT_FALSE(second.isEnabled());
     EXPECT_FALSE(IsShown(window, "lblChecksumIs"));
-    EXPECT_FALSE(Named<QLabel>(window, "lblReEnterTheKey").font().bold());
-    Type(first, Typed);
+    EXPECT_FALSE(again.font().bold());
+    QTest::keyClicks(&first, Typed);
+    EXPECT_EQ(first.displayText(), QString(Typed.size(), QLatin1Char('#')));
     EXPECT_TRUE(second.isEnabled());
     EXPECT_TRUE(IsShown(window, "lblChecksumIs"));
     EXPECT_EQ(Caption(window, "lblChecksumIs"), QStringLiteral("Checksum is 6304"));
-    EXPECT_TRUE(Named<QLabel>(window, "lblReEnterTheKey").font().bold());
-    Press(second, Qt::Key_Return);
+    EXPECT_TRUE(again.font().bold());
+    QTest::keyClick(&second, Qt::Key_Return);
     EXPECT_TRUE(window.isVisible());
-    EXPECT_FALSE(OkShows());
-    Type(second, QStringLiteral("ABCDEFGHIJKLMNOP"));
-    EXPECT_TRUE(OkShows());
-    Press(second, Qt::Key_Return);
+    EXPECT_FALSE(IsShown(window, "cmdOK"));
+    QTest::keyClicks(&second, QStringLiteral("ABCDEFGHIJKLMNOP"));
+    EXPECT_EQ(second.displayText(), QString(16, QLatin1Char('#')));
+    EXPECT_TRUE(IsShown(window, "cmdOK"));
+    QTest::keyClick(&second, Qt::Key_Return);
     EXPECT_EQ(window.result(), QDialog::Accepted);
     EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(WithoutDisplayWindow, StaysOpenAfterAMismatchWithTheSecondBoxInFocus) {
     QApplication::setActiveWindow(&window);
-    Type(first, Typed);
-    Type(second, Typed + QStringLiteral("x"));
+    QTest::keyClicks(&first, Typed);
+    QTest::keyClicks(&second, Typed + QStringLiteral("x"));
     user.Expect("Error", "The key entries do not match!");
-    Click(Button(window, "cmdOK"));
+    Press(window, "cmdOK");
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(first.text(), QString());
     EXPECT_EQ(second.text(), Typed + QStringLiteral("x"));
     EXPECT_TRUE(second.isEnabled());
     EXPECT_EQ(window.focusWidget(), &second);
-    EXPECT_FALSE(OkShows());
-}
-
-TEST_F(WithoutDisplayWindow, ShowsTheHintUnderTheBoxThatRefused) {
+    EXPECT_FALSE(IsShown(window, "cmdOK"));
     first.insert(QStringLiteral("Ω"));
-    EXPECT_TRUE(IsShown(window, "lblHint(0)"));
+    EXPECT_TRUE(IsShown(window, "lblHint(0)")) << "the box that refused";
     EXPECT_FALSE(IsShown(window, "lblHint(1)"));
     EXPECT_EQ(first.text(), QString());
 }
 
-TEST(KeyFromKeyboardWithoutDisplay, IsTakenAfterTheQuestionAndNeverFilledInElsewhere) {
+TEST(KeyFromKeyboardWithoutDisplay, IsTakenAfterTheQuestionUnlessTheWindowIsCancelled) {
     CurrentKey key;
     ScriptedUser user;
-    user.Expect("Key specified", "Inspect the key?", Answer::No);
-    InNextModalWindow([](QWidget& window) {
-        Type(Box(window, "txbKey(0)"), Typed);
-        Type(Box(window, "txbKey(1)"), Typed);
-        Click(Button(window, "cmdOK"));
-    });
-    GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key);
+    for (const char* button : {"cmdCancel", "cmdOK"}) {
+        EXPECT_FALSE(key.IsHeld());
+        if (std::string_view(button) == "cmdOK")
+            user.Expect("Key specified", "Inspect the key?", Answer::No);
+        WhenDialogOpens(*qApp, "frmKeyboardWithoutDisplay", [button](QWidget& window) {
+            TypeIn(window, "txbKey(0)", Typed);
+            TypeIn(window, "txbKey(1)", Typed);
+            Press(window, button);
+        });
+        GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key);
+    }
     EXPECT_EQ(key.keyText.text(), "ABCDEFGHIJKLMNOP");
-    EXPECT_TRUE(key.rawKeyEntry.empty());
-}
-
-TEST(KeyFromKeyboardWithoutDisplay, IsNotAskedAboutWhenTheWindowIsCancelled) {
-    CurrentKey key;
-    ScriptedUser user;
-    InNextModalWindow([](QWidget& window) {
-        Type(Box(window, "txbKey(0)"), Typed);
-        Click(Button(window, "cmdCancel"));
-    });
-    GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key);
-    EXPECT_FALSE(key.IsHeld());
+    EXPECT_TRUE(key.rawKeyEntry.empty()) << "never filled in elsewhere";
 }
 
 } // namespace
