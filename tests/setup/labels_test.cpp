@@ -6,20 +6,9 @@ namespace zr5 {
 namespace {
 
 std::string Texts(std::int16_t number) {
-    switch (number) {
-    case TextSameAsInputFolder:
-        return "Same as input folder";
-    case TextSameAsInputFile:
-        return "Same as input file";
-    case TextSameAsInputFiles:
-        return "Same as input files";
-    default:
-        return {};
-    }
-}
-
-std::string NoTexts(std::int16_t) {
-    return {};
+    return number == TextSameAsInputFolder ? "Same as input folder"
+           : number == TextSameAsInputFile ? "Same as input file"
+                                           : "Same as input files";
 }
 
 const std::string LongFolder = "/home/someone/Documents/Correspondence with many people/2026/";
@@ -53,10 +42,7 @@ TEST(Labels, AreShortenedToTheirWidthWithTheWholeInTheToolTip) {
     EXPECT_EQ(LabelFor(justFits), justFits);
     EXPECT_EQ(ToolTipFor(justFits, justFits), "");
     EXPECT_EQ(ToolTipFor("Same as input folder", LongFolder), "");
-}
-
-TEST(Labels, ShowNamesThatAreNoTextWithEscapes) {
-    EXPECT_EQ(LabelFor("caf\xe9.txt"), "caf\\xE9.txt");
+    EXPECT_EQ(LabelFor("caf\xe9.txt"), "caf\\xE9.txt") << "no text: with escapes";
 }
 
 TEST(PatternLabel, HasAColonAfterAFolderChoiceAndNoneAfterAnEdit) {
@@ -97,52 +83,37 @@ TEST(EqualityNotes, FollowTheKindOfInputAndComeForEqualPathsOnly) {
     EXPECT_EQ(empty.FilesCaption[Output], "");
 }
 
-struct Disagreement {
-    const char* name;
-    int code;
-    OperationSetup setup;
-    void (*change)(OperationSetup&);
-};
-
-class Consistency : public testing::TestWithParam<Disagreement> {};
-
-TEST_P(Consistency, FindsTheFirstDisagreement) {
-    OperationSetup setup = GetParam().setup;
-    ASSERT_EQ(CheckConsistency(setup, Texts), 0);
-    GetParam().change(setup);
-    EXPECT_EQ(CheckConsistency(setup, Texts), GetParam().code);
+TEST(ConsistencyCheck, FindsTheFirstDisagreement) {
+    struct Case {
+        int code;
+        void (*change)(OperationSetup&);
+    };
+    const auto check = [](const OperationSetup& agreed, std::initializer_list<Case> cases) {
+        ASSERT_EQ(CheckConsistency(agreed, Texts), 0);
+        for (const Case& entry : cases) {
+            OperationSetup setup = agreed;
+            entry.change(setup);
+            EXPECT_EQ(CheckConsistency(setup, Texts), entry.code);
+        }
+    };
+    using S = OperationSetup;
+    check(SingleFileSetup(), {{-1, [](S& s) { s.FolderCaption[Input] = "/ho...7/"; }},
+                              {-1, [](S& s) { s.FolderCaption[Input].clear(); }},
+                              {-2, [](S& s) { s.FilesCaption[Input] = "other.txt"; }},
+                              {-2,
+                               [](S& s) {
+                                   s.FilesCaption = {"input", "before output"};
+                               }},
+                              {-5, [](S& s) { s.FolderCaption[Output] = "Same as input folder"; }},
+                              {-6, [](S& s) { s.FolderCaption[Output] = "/elsewhere/"; }},
+                              {-7, [](S& s) { s.FilesCaption[Output] = "Same as input file"; }},
+                              {-8, [](S& s) { s.FilesCaption[Output].clear(); }}});
+    check(FolderSetup("*.txt"),
+          {{-3, [](S& s) { s.FilesCaption[Input] = "All files"; }}, // but the pattern is narrower
+           {-4, [](S& s) { s.FilesCaption[Input] = "All files matching *.doc"; }},
+           {-4, [](S& s) { s.FilesCaption[Input] = "*.txt"; }},
+           {-9, [](S& s) { s.OutputMode = OutputTarget::SeparateOutput; }}});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Disagrees, Consistency,
-    testing::Values(
-        Disagreement{"InputFolder", -1, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FolderCaption[Input] = "/ho...7/"; }},
-        Disagreement{"InputFolderNotShown", -1, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FolderCaption[Input].clear(); }},
-        Disagreement{"InputName", -2, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FilesCaption[Input] = "other.txt"; }},
-        Disagreement{"AllFilesWithANarrowerPattern", -3, FolderSetup("*.txt"),
-                     [](OperationSetup& s) { s.FilesCaption[Input] = "All files"; }},
-        Disagreement{"PatternLabel", -4, FolderSetup("*.txt"),
-                     [](OperationSetup& s) { s.FilesCaption[Input] = "All files matching *.doc"; }},
-        Disagreement{"BarePatternAsLabel", -4, FolderSetup("*.txt"),
-                     [](OperationSetup& s) { s.FilesCaption[Input] = "*.txt"; }},
-        Disagreement{"SameFolderThatIsNot", -5, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FolderCaption[Output] = "Same as input folder"; }},
-        Disagreement{"OutputFolder", -6, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FolderCaption[Output] = "/elsewhere/"; }},
-        Disagreement{"SameNameThatIsNot", -7, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FilesCaption[Output] = "Same as input file"; }},
-        Disagreement{"OutputName", -8, SingleFileSetup(),
-                     [](OperationSetup& s) { s.FilesCaption[Output].clear(); }},
-        Disagreement{"FolderWithSeparateOutput", -9, FolderSetup("*.*"),
-                     [](OperationSetup& s) { s.OutputMode = OutputTarget::SeparateOutput; }},
-        Disagreement{"InputComesBeforeOutput", -2, SingleFileSetup(),
-                     [](OperationSetup& s) {
-                         s.FilesCaption = {"x", "y"};
-                     }}),
-    [](const auto& each) { return std::string(each.param.name); });
 
 TEST(ConsistencyCheck, AcceptsEveryFormThatALabelMayHave) {
     OperationSetup setup = SingleFileSetup();
@@ -165,12 +136,13 @@ TEST(ConsistencyCheck, AcceptsEveryFormThatALabelMayHave) {
 }
 
 TEST(ConsistencyCheck, AcceptsAnEmptyNoteWhenTheProgramTextsAreMissing) {
+    const auto noTexts = [](std::int16_t) { return std::string(); };
     OperationSetup setup = FolderSetup("*.txt");
-    RewriteCaptions(setup, NoTexts);
+    RewriteCaptions(setup, noTexts);
     EXPECT_EQ(setup.FolderCaption[Output], "");
-    EXPECT_EQ(CheckConsistency(setup, NoTexts), 0);
+    EXPECT_EQ(CheckConsistency(setup, noTexts), 0);
     setup.Folder[Output] = "/elsewhere/";
-    EXPECT_NE(CheckConsistency(setup, NoTexts), 0);
+    EXPECT_NE(CheckConsistency(setup, noTexts), 0);
 }
 
 } // namespace
