@@ -17,6 +17,9 @@ class DriverTest : public OperationTest {
         screen.EndRun();
         return screen.text();
     }
+    void Add(const std::string& name) {
+        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
+    }
     /// What follows the heading.
     std::string Entries() {
         const std::string report = Run();
@@ -33,11 +36,14 @@ TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
                          " to a file with same name.\r\n"
                          "     notes.odg 1,234 bytes   -> " +
                          std::to_string(length) + " bytes\r\n");
-    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{path, 1000, true, false}}));
-    EXPECT_EQ(folder.Names(), std::set<std::string>{"notes.odg"});
     EXPECT_EQ(screen.counters.filesProcessed, 1U);
     EXPECT_EQ(screen.counters.totalBytes, 1234U);
     EXPECT_EQ(screen.counters.reportLines, 1U);
+    setup.Operation = Function::Decrypt;
+    static_cast<void>(Run());
+    EXPECT_EQ(kit.purged,
+              (std::vector<FakeKit::Purge>{{path, 1000, true, false}, {path, 0, true, false}}));
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"notes.odg"});
 }
 
 TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
@@ -55,14 +61,6 @@ TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
     EXPECT_EQ(engine.CallNames(),
               (std::vector<std::string>{"operation_initialization", "decrypt_file"}));
     EXPECT_EQ(engine.lastKey, "ABCDEFGHIJKLMNOP");
-}
-
-TEST_F(DriverTest, DeletesTheEncryptedInputWithoutOverwritingWhenDecryptingInPlace) {
-    folder.Write("a", "abc");
-    ChooseInput("a");
-    setup.Operation = Function::Decrypt;
-    static_cast<void>(Run());
-    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{folder / "a", 0, true, false}}));
 }
 
 TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
@@ -138,8 +136,8 @@ TEST_F(DriverTest, TellsWhereAPartialPlaintextIsInPlaceToo) {
 
 TEST_F(DriverTest, ReportsAFileThatVanishedAndGoesOn) {
     folder.Write("b", "abc");
-    list = {{WorkItem::Kind::File, folder / "gone", folder / "gone"},
-            {WorkItem::Kind::File, folder / "b", folder / "b"}};
+    Add("gone");
+    Add("b");
     engine.onFile = [this](const std::string& input, const std::string& output) {
         engine.encryptResult = std::filesystem::exists(input) ? 0 : -3;
         if (engine.encryptResult == 0) std::ofstream(output) << "done";
@@ -148,24 +146,18 @@ TEST_F(DriverTest, ReportsAFileThatVanishedAndGoesOn) {
                          "             b 3 bytes   -> 4 bytes\r\n");
 }
 
-TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersOfTheList) {
-    folder.Write("a", "abc");
+TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
+    folder.Write("a\nb\xFF.odg", "abc");
     setup.InputMode = InputSource::FilesInAFolder;
     setup.Folder[Input] = folder.Path();
-    list = {{WorkItem::Kind::Folder, folder.Path(), {}},
-            {WorkItem::Kind::File, folder / "a", folder / "a"},
-            {WorkItem::Kind::ProhibitedFolder, "/proc/", {}}};
+    list = {{WorkItem::Kind::Folder, folder.Path(), {}}};
+    Add("a\nb\xFF.odg");
+    list.push_back({WorkItem::Kind::ProhibitedFolder, "/proc/", {}});
     const std::string report = Run();
     EXPECT_TRUE(report.starts_with("Encrypting all files in the folder " + folder.Path() +
                                    " to a file with same name.\r\n\r\nFolder: " + folder.Path() +
-                                   "\r\n             a 3 bytes   -> "));
+                                   "\r\n  a\\x0Ab\\xFF.odg 3 bytes   -> "));
     EXPECT_TRUE(report.ends_with("\r\nFolder: /proc/\r\n***  Prohibited folder  ***\r\n"));
-}
-
-TEST_F(DriverTest, ShowsNamesOnOneLineWhateverTheyHold) {
-    folder.Write("a\nb\xFF.odg", "abc");
-    ChooseInput("a\nb\xFF.odg");
-    EXPECT_TRUE(Entries().starts_with("  a\\x0Ab\\xFF.odg 3 bytes   -> "));
 }
 
 class Anomaly : public DriverTest {
@@ -177,9 +169,6 @@ class Anomaly : public DriverTest {
         folder.Write("b", std::string(4096, 'x'));
         folder.Write("small", std::string(4095, 'x'));
         ChooseInput("a");
-    }
-    void Add(const std::string& name) {
-        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
     }
     const MessageBox question =
         Question("This file appears NOT to be encrypted?\r\nAttempt to decrypt it anyway?",
@@ -193,45 +182,38 @@ TEST_F(Anomaly, SkipsTheLastFileWithoutAskingWhetherToAbort) {
     EXPECT_TRUE(engine.calls.empty());
 }
 
-TEST_F(Anomaly, AbortsTheWholeOperationWhenAskedTo) {
+TEST_F(Anomaly, AbortsTheWholeOperationOnlyWhenAskedTo) {
     Add("b");
-    user.Expect(question, Answer::No);
-    user.Expect("Abort?", "Abort this decryption operation?", Answer::Yes);
-    static_cast<void>(Run());
-    EXPECT_EQ(screen.counters.filesAttempted, 1U);
-    EXPECT_EQ(screen.PausedDoneText(), "Stopped");
-}
-
-TEST_F(Anomaly, GoesOnWithTheNextFileWhenNotAborted) {
-    Add("b");
-    user.Expect(question, Answer::No);
-    user.Expect("Abort?", "Abort this decryption operation?", Answer::No);
-    user.Expect(question, Answer::Yes);
-    static_cast<void>(Run());
-    EXPECT_EQ(screen.counters.filesProcessed, 1U);
-    EXPECT_EQ(screen.PausedDoneText(), "Done");
+    for (const Answer abort : {Answer::Yes, Answer::No}) {
+        user.Expect(question, Answer::No);
+        user.Expect("Abort?", "Abort this decryption operation?", abort);
+        if (abort == Answer::No) user.Expect(question, Answer::Yes);
+        static_cast<void>(Run());
+        EXPECT_EQ(screen.counters.filesProcessed, abort == Answer::No ? 1U : 0U);
+        EXPECT_EQ(screen.PausedDoneText(), abort == Answer::No ? "Done" : "Stopped");
+    }
 }
 
 TEST_F(Anomaly, IsNotSuspectedOfShortUnreadableOrRandomFilesNorWhenEncrypting) {
-    ChooseInput("small");
-    static_cast<void>(Run());
-    ChooseInput("a");
-    kit.fileRandomness = RandomnessUnreadable;
-    static_cast<void>(Run());
-    kit.fileRandomness = RandomnessThreshold;
-    folder.Write("a", std::string(4096, 'x'));
-    static_cast<void>(Run());
-    kit.fileRandomness = -0.4;
-    folder.Write("a", std::string(4096, 'x'));
-    setup.Operation = Function::Encrypt;
-    static_cast<void>(Run());
+    const auto run = [&](const char* name, double randomness, Function function) {
+        folder.Write("a", std::string(4096, 'x'));
+        ChooseInput(name);
+        kit.fileRandomness = randomness;
+        setup.Operation = function;
+        static_cast<void>(Run());
+        EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    };
+    run("small", -0.4, Function::Decrypt);
+    run("a", RandomnessUnreadable, Function::Decrypt);
+    run("a", RandomnessThreshold, Function::Decrypt);
+    run("a", -0.4, Function::Encrypt);
     EXPECT_TRUE(user.asked.empty());
 }
 
 TEST_F(DriverTest, StopsBetweenFilesOnly) {
     for (const char* name : {"a", "b", "c"}) {
         folder.Write(name, "abc");
-        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
+        Add(name);
     }
     const auto encrypt = engine.onFile;
     engine.onFile = [&](const std::string& input, const std::string& output) {

@@ -20,6 +20,15 @@
 
 namespace zr5::test {
 
+/// What is asked when the text of a report is full.
+inline MessageBox ReportFullQuestion() {
+    return Question("The output report buffer has been filled, so this report cannot continue.\r\n"
+                    "The operation, however, may continue, but without report of results for "
+                    "individual files.\r\nIt is recommended to continue the operation.  "
+                    "Do you wish to continue?",
+                    "Report buffer full", BoxIcon::Exclamation);
+}
+
 class OperationTest : public testing::Test {
   protected:
     OperationTest() {

@@ -23,6 +23,7 @@ class OperationRun : public OperationTest {
 TEST_F(OperationRun, OpensWithTheCountAndClosesWithTheSummary) {
     folder.Write("a.odg", "abc");
     ChooseInput("a.odg");
+    screen.AppendAlways("of the run before");
     engine.onFile = [this](const std::string&, const std::string& output) {
         std::ofstream(output) << "four";
         clock.now += std::chrono::milliseconds(2400);
@@ -98,68 +99,47 @@ TEST_F(OperationRun, RefusesTwoInputsWithOneOutput) {
     EXPECT_EQ(screen.PausedDoneText(), "Stopped");
 }
 
-TEST_F(OperationRun, ClearsTheReportOfTheRunBefore) {
-    ListFiles(1);
-    static_cast<void>(Run());
-    EXPECT_EQ(Run().find("Number of files:"), 0U);
-    EXPECT_EQ(screen.text().find("Number of files:", 1), std::string::npos);
-}
-
-TEST_F(OperationRun, DoesNotStartWhenTheTextHasNoRoom) {
-    ListFiles(1);
+TEST_F(OperationRun, NeedsRoomForTheFirstWordsOfItsReportOnly) {
+    ListFiles(9);
     ReportScreen tiny(user, clock, 10);
     user.Expect(
         Notice("Textbox is full.  Report cannot continue.", "Textbox full", BoxIcon::Information));
     RunOperation(Context(), tiny);
     EXPECT_TRUE(engine.calls.empty());
-    EXPECT_EQ(folder.Read("0.odg"), "abc");
-}
-
-TEST_F(OperationRun, KeepsCountingWhenTheReportIsFull) {
-    ListFiles(9);
     ReportScreen small(user, clock, 300);
-    user.Expect("Report buffer full",
-                "The output report buffer has been filled, so this report cannot continue.\r\n"
-                "The operation, however, may continue, but without report of results for "
-                "individual files.\r\n"
-                "It is recommended to continue the operation.  Do you wish to continue?",
-                Answer::Yes);
+    user.Expect(ReportFullQuestion(), Answer::Yes);
     RunOperation(Context(), small);
     EXPECT_EQ(small.counters.filesProcessed, 9U);
     EXPECT_NE(small.text().find("Number of files processed: 9"), std::string::npos);
 }
 
-struct SummaryCase {
-    Function operation;
-    RandomnessCounts counts;
-    const char* text;
-};
-class RandomnessSummary : public testing::TestWithParam<SummaryCase> {};
-
-TEST_P(RandomnessSummary, IndicatesWhatMostFilesAre) {
-    const auto& [operation, counts, text] = GetParam();
-    EXPECT_EQ(ListingSummaryText(operation, {7, true, counts}),
-              "Number of files to this point: 7\r\n"
-              "Number of files with randomness value < 0: " +
-                  std::to_string(counts.below) + "\r\nNumber of files with randomness value > 0: " +
-                  std::to_string(counts.above) + "\r\n" + text);
+TEST(RandomnessSummary, IndicatesWhatMostFilesAre) {
+    const std::string plain =
+        "This indicates that all or most files are not already encrypted or compressed.\r\n";
+    const std::string coded =
+        "This indicates that all or most files are already encrypted or compressed.\r\n";
+    const struct {
+        Function operation;
+        RandomnessCounts counts;
+        std::string text;
+    } cases[] = {{Function::Encrypt, {3, 3, 6}, ""},
+                 {Function::Encrypt, {1, 0, 1}, ""},
+                 {Function::Encrypt, {3, 1, 4}, plain},
+                 {Function::Decrypt,
+                  {3, 1, 4},
+                  plain + "Warning: You may be trying to decrypt already-decrypted files!\r\n"},
+                 {Function::Encrypt,
+                  {0, 2, 2},
+                  coded + "Warning: You may be trying to encrypt already-encrypted files!\r\n"},
+                 {Function::Decrypt, {0, 2, 2}, coded}};
+    for (const auto& [operation, counts, text] : cases) {
+        EXPECT_EQ(
+            ListingSummaryText(operation, {7, true, counts}),
+            "Number of files to this point: 7\r\nNumber of files with randomness value < 0: " +
+                std::to_string(counts.below) + "\r\nNumber of files with randomness value > 0: " +
+                std::to_string(counts.above) + "\r\n" + text);
+    }
 }
-
-#define PLAIN "This indicates that all or most files are not already encrypted or compressed.\r\n"
-#define CODED "This indicates that all or most files are already encrypted or compressed.\r\n"
-INSTANTIATE_TEST_SUITE_P(
-    Counts, RandomnessSummary,
-    testing::Values(
-        SummaryCase{Function::Encrypt, {3, 3, 6}, ""},
-        SummaryCase{Function::Encrypt, {1, 0, 1}, ""},
-        SummaryCase{Function::Encrypt, {3, 1, 4}, PLAIN},
-        SummaryCase{Function::Decrypt,
-                    {3, 1, 4},
-                    PLAIN "Warning: You may be trying to decrypt already-decrypted files!\r\n"},
-        SummaryCase{Function::Encrypt,
-                    {0, 2, 2},
-                    CODED "Warning: You may be trying to encrypt already-encrypted files!\r\n"},
-        SummaryCase{Function::Decrypt, {0, 2, 2}, CODED}));
 
 TEST(Kilobytes, LoseTheirDecimalsFromAThousandOn) {
     EXPECT_EQ(KilobytesText(1'023'999), "1,000.00");

@@ -1,9 +1,6 @@
 #include "operation/report_screen.h"
 
-#include "support/scripted_user.h"
-#include "support/stopped_clock.h"
-
-#include <gtest/gtest.h>
+#include "operation/operation_fixture.h"
 
 namespace zr5::test {
 namespace {
@@ -25,10 +22,12 @@ class ReportScreenTest : public testing::Test {
 };
 
 TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
+    screen.PauseContinuePressed(); // nothing runs: it does nothing
     ExpectButtons("Stop at next file", false, "Pause at next file", "");
     screen.BeginRun(Function::Encrypt);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
     screen.EndRun();
+    screen.StopPressed();
     ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
 }
 
@@ -63,15 +62,6 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
     EXPECT_TRUE(screen.StopRequested());
 }
 
-TEST_F(ReportScreenTest, IgnoresButtonsWhileNothingRuns) {
-    screen.StopPressed();
-    screen.PauseContinuePressed();
-    screen.BeginRun(Function::Encrypt);
-    screen.EndRun();
-    screen.StopPressed();
-    EXPECT_EQ(screen.PausedDoneText(), "Done");
-}
-
 TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
     screen.AppendToReport("one\r\ntwo");
     screen.CopyPressed("two");
@@ -88,12 +78,7 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFull) {
     EXPECT_FALSE(screen.IsFull());
     screen.AppendToReport("\u00e9");
     ASSERT_TRUE(screen.IsFull()) << "a character counts once, however many bytes it has";
-    user.Expect("Report buffer full",
-                "The output report buffer has been filled, so this report cannot continue.\r\n"
-                "The operation, however, may continue, but without report of results for "
-                "individual files.\r\n"
-                "It is recommended to continue the operation.  Do you wish to continue?",
-                Answer::Yes);
+    user.Expect(ReportFullQuestion(), Answer::Yes);
     screen.ReportBufferFull();
     EXPECT_EQ(screen.text(), std::string(500, 'x') +
                                  "\r\nThe output report buffer was filled.\r\n"
@@ -110,13 +95,7 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFull) {
 TEST_F(ReportScreenTest, StopsAtAFullTextWhenTheUserSaysNo) {
     screen.BeginRun(Function::Decrypt);
     screen.AppendToReport("short");
-    user.onEvents = nullptr;
-    user.Expect(Question("The output report buffer has been filled, so this report cannot "
-                         "continue.\r\nThe operation, however, may continue, but without report "
-                         "of results for individual files.\r\nIt is recommended to continue the "
-                         "operation.  Do you wish to continue?",
-                         "Report buffer full", BoxIcon::Exclamation),
-                Answer::No);
+    user.Expect(ReportFullQuestion(), Answer::No);
     screen.ReportBufferFull();
     EXPECT_EQ(screen.text(), "\r\nThe output report buffer was filled.\r\n"
                              "This operation was terminated at the user's request.\r\n"
