@@ -7,7 +7,6 @@
 #include "setup/setup_desk.h"
 #include "util/user_port.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,15 +25,6 @@ class SingleFileChoice {
     void ChooseOutput(const std::string& buttonCaption);
 
   private:
-    /// Something that stands at a chosen path.
-    struct Target {
-        std::string path; ///< links resolved
-        FileKind kind;
-    };
-    [[nodiscard]] std::string MeantPath(const std::string& chosen);
-    [[nodiscard]] std::optional<Target> Resolve(const std::string& path);
-    [[nodiscard]] std::string WhyNotReadable(const std::string& path);
-    [[nodiscard]] std::string WhyNotWritable(const std::string& path);
     void Refuse(const std::string& path, std::string_view reason, const std::string& title);
 
     UserPort& user_;

@@ -89,8 +89,12 @@ FsStatus PendingOutput::TakeName() {
 }
 
 std::int32_t PendingOutput::Commit(const OpenFile& source) {
-    FsStatus status = file_->CopyAttributesFrom(source);
-    if (status == FsStatus::Ok) status = file_->Flush();
+    const FsStatus status = file_->CopyAttributesFrom(source);
+    return status == FsStatus::Ok ? CommitPrivate() : CodeOf(status);
+}
+
+std::int32_t PendingOutput::CommitPrivate() {
+    FsStatus status = file_->Flush();
     if (status != FsStatus::Ok) return CodeOf(status);
     status = TakeName();
     if (status == FsStatus::NoSpace) return engine_code::DiskFull;

@@ -31,7 +31,11 @@ class PendingOutput {
     [[nodiscard]] std::int32_t Commit(const OpenFile& source);
     /// As Commit, for a result that ends early: the reserved rest is cut off.
     [[nodiscard]] std::int32_t CommitPart(const OpenFile& source);
+    /// As Commit, for a file without a source: only its owner may read it (0600).
+    [[nodiscard]] std::int32_t CommitPrivate();
 
+    /// Whether `Begin` found an output, which `Commit` is going to replace.
+    [[nodiscard]] bool Replaces() const { return replaces_; }
     [[nodiscard]] std::uint64_t WrittenBytes() const { return writtenBytes_; }
 
   private:
