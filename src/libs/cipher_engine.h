@@ -3,8 +3,9 @@
 // The six calls through which the program reaches its cipher. Result codes are 0 for success
 // and negative for a failure; 1 to 8 belong to the operation driver and never come from here.
 
+#include "libs/progress.h"
+
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,9 +34,6 @@ inline constexpr std::int32_t NineDamagedBlocks = -29;
 
 inline constexpr std::int32_t EngineDecrypt = 0;
 inline constexpr std::int32_t EngineEncrypt = 1;
-
-/// Called while a file is worked on, at most every 50 ms: bytes of the input done and in all.
-using ProgressFunction = std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)>;
 
 class CipherEngine {
   public:

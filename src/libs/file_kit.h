@@ -2,6 +2,8 @@
 
 // The eight calls of the file kit: comparing, measuring, purging, new names, program texts.
 
+#include "libs/progress.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -70,6 +72,10 @@ class FileKit {
     /// Loads the program texts from a file (docs/program-texts.md). Above 0: how many; 0 or
     /// less: a failure code (`LoadProgramText` in util has the words).
     [[nodiscard]] virtual std::int32_t lt(const std::string& path, std::int32_t reserved) = 0;
+
+    /// Hands in what is called after each piece while a file is overwritten; an empty function for
+    /// nothing.
+    virtual void SetProgress(ProgressFunction progress) = 0;
 };
 
 } // namespace zr5

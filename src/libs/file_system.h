@@ -38,7 +38,6 @@ struct FileInfo {
     std::uint64_t linkCount = 1;
     FileIdentity identity;
     std::int64_t modifiedNs = 0; ///< time of the last change of the content
-    std::int64_t changedNs = 0;  ///< time of the last change of content or attributes
 };
 
 struct ReadResult {
@@ -67,6 +66,8 @@ class OpenFile {
     /// Says that `lengthBytes` from `offset` on were written and are wanted on the disk soon.
     /// A hint: nothing waits for it.
     virtual void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
+    /// Returns when these bytes, of which StartWriteback was told, are no longer waiting.
+    virtual void AwaitWriteback(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
     /// The operating system's own handle of this file.
     [[nodiscard]] virtual std::intptr_t NativeHandle() const = 0;
 };

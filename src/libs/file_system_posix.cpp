@@ -74,7 +74,6 @@ FileInfo InfoFrom(const struct stat& raw) {
     info.linkCount = raw.st_nlink;
     info.identity = {raw.st_dev, raw.st_ino};
     info.modifiedNs = Nanoseconds(raw.st_mtim);
-    info.changedNs = Nanoseconds(raw.st_ctim);
     return info;
 }
 
@@ -91,7 +90,14 @@ bool IsRealFailure(int error) {
     return status == FsStatus::NoSpace || error == EIO;
 }
 
+/// The access list that a new file inherits from its folder, where `from` has none of its own.
+void DropInheritedAccessList(int from, int to) {
+    constexpr const char* AccessList = "system.posix_acl_access";
+    if (fgetxattr(from, AccessList, nullptr, 0) < 0) fremovexattr(to, AccessList);
+}
+
 FsStatus CopyExtendedAttributes(int from, int to) {
+    DropInheritedAccessList(from, to);
     const auto failure = [] { return IsRealFailure(errno) ? StatusOf(errno) : FsStatus::Ok; };
     const ssize_t listLength = flistxattr(from, nullptr, 0);
     if (listLength < 0) return failure();
@@ -212,6 +218,12 @@ class PosixFile final : public OpenFile {
     void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
         sync_file_range(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
                         SYNC_FILE_RANGE_WRITE);
+    }
+
+    void AwaitWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
+        sync_file_range(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
+                        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                            SYNC_FILE_RANGE_WAIT_AFTER);
     }
 
     std::intptr_t NativeHandle() const override { return descriptor_; }

@@ -7,8 +7,6 @@
 namespace zr5 {
 namespace {
 
-/// How much is written between two hints to the operating system to begin with the disk.
-constexpr std::uint64_t WritebackStep = std::uint64_t{16} << 20U;
 constexpr int MostNames = 100;
 
 std::int32_t CodeOf(FsStatus status) {
@@ -76,10 +74,7 @@ std::int32_t PendingOutput::Write(std::span<const std::byte> bytes) {
     const FsStatus status = file_->Write(bytes);
     if (status != FsStatus::Ok) return CodeOf(status);
     writtenBytes_ += bytes.size();
-    if (writtenBytes_ - writebackFrom_ >= WritebackStep) {
-        file_->StartWriteback(writebackFrom_, writtenBytes_ - writebackFrom_);
-        writebackFrom_ = writtenBytes_;
-    }
+    writeback_.Wrote(*file_, bytes.size());
     return engine_code::Success;
 }
 

@@ -5,6 +5,7 @@
 
 #include "libs/file_system.h"
 #include "libs/random.h"
+#include "libs/writeback.h"
 
 #include <cstdint>
 #include <span>
@@ -49,7 +50,7 @@ class PendingOutput {
     std::unique_ptr<OpenFile> file_;
     bool replaces_ = false;
     std::uint64_t writtenBytes_ = 0;
-    std::uint64_t writebackFrom_ = 0;
+    Writeback writeback_;
 };
 
 } // namespace zr5

@@ -1,5 +1,7 @@
 #include "libs/purge.h"
 
+#include "libs/writeback.h"
+
 #include <algorithm>
 #include <array>
 #include <sodium.h>
@@ -18,7 +20,8 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
                                   reinterpret_cast<const unsigned char*>(seed.data()));
 }
 
-std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path) {
+std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path,
+                       const ProgressFunction& progress) {
     const OpenResult opened = fileSystem.OpenForOverwriting(path);
     if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
     const auto info = opened.file->Info();
@@ -26,12 +29,15 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
     if (info->linkCount > 1) return purge_code::HasSeveralNames;
     std::vector<std::byte> piece(
         static_cast<std::size_t>(std::min<std::uint64_t>(info->lengthBytes, PieceBytes)));
+    Writeback writeback;
     for (std::uint64_t left = info->lengthBytes; left != 0;) {
         const auto part = std::span(piece).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size())));
         FillPiece(random, part);
         if (opened.file->Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
+        writeback.Wrote(*opened.file, part.size());
         left -= part.size();
+        if (progress) progress(info->lengthBytes - left, info->lengthBytes);
     }
     return opened.file->Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
 }
@@ -39,9 +45,9 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
 } // namespace
 
 std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
-                       bool overwrite, bool remove) {
+                       bool overwrite, bool remove, const ProgressFunction& progress) {
     if (overwrite) {
-        const std::int32_t code = Overwrite(fileSystem, random, path);
+        const std::int32_t code = Overwrite(fileSystem, random, path, progress);
         if (code != purge_code::Done) return code;
     }
     if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;

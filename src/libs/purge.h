@@ -4,6 +4,7 @@
 // journals, snapshots and backups older copies can survive.
 
 #include "libs/file_system.h"
+#include "libs/progress.h"
 #include "libs/random.h"
 
 #include <cstdint>
@@ -19,9 +20,10 @@ inline constexpr std::int32_t NotOverwritten = -6;
 inline constexpr std::int32_t NotRemoved = -7;
 } // namespace purge_code
 
-/// A purge_code. A file that has several names is not overwritten: its other names would lose
-/// their content with it.
+/// A purge_code. `progress` is called after each piece. A file that has several names is not
+/// overwritten: its other names would lose their content with it.
 [[nodiscard]] std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random,
-                                     const std::string& path, bool overwrite, bool remove);
+                                     const std::string& path, bool overwrite, bool remove,
+                                     const ProgressFunction& progress = {});
 
 } // namespace zr5

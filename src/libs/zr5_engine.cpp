@@ -11,8 +11,6 @@
 namespace zr5 {
 namespace {
 
-constexpr std::chrono::milliseconds ProgressInterval{50};
-
 class Zr5Engine final : public CipherEngine {
   public:
     Zr5Engine(FileSystem& fileSystem, Clock& clock, RandomSource& random)
@@ -68,23 +66,15 @@ class Zr5Engine final : public CipherEngine {
                         const std::string& outputPath) {
         if (direction_ != direction) return engine_code::NotInitialised;
         direction_.reset(); // an initialisation serves one file
-        JobContext job{fileSystem_,     random_,     masters_,  plain_.bytes(),
-                       sealed_.bytes(), Throttled(), inputPath, outputPath};
+        JobContext job{fileSystem_,    random_,         masters_,
+                       plain_.bytes(), sealed_.bytes(), Throttled(clock_, progress_),
+                       inputPath,      outputPath};
         try {
             return direction == EngineEncrypt ? RunEncryption(job, SaltOfRun())
                                               : RunDecryption(job);
         } catch (const std::bad_alloc&) {
             return engine_code::NotInitialised;
         }
-    }
-
-    ProgressFunction Throttled() {
-        if (!progress_) return {};
-        return [this, last = clock_.Now()](std::uint64_t done, std::uint64_t total) mutable {
-            if (clock_.Now() - last < ProgressInterval) return;
-            progress_(done, total);
-            last = clock_.Now();
-        };
     }
 
     /// One salt for a run of the program and a key.

@@ -73,7 +73,8 @@ class Zr5FileKit final : public FileKit {
 
     std::int32_t purge_file(const std::string& path, std::int32_t overwrite, bool remove,
                             bool /*reserved*/) override {
-        return PurgeFile(fileSystem_, random_, path, overwrite != PurgeDeleteOnly, remove);
+        return PurgeFile(fileSystem_, random_, path, overwrite != PurgeDeleteOnly, remove,
+                         progress_);
     }
 
     std::int32_t new_file_creatable(const std::string& path) override {
@@ -114,10 +115,13 @@ class Zr5FileKit final : public FileKit {
         return ReadProgramTextFile(fileSystem_, path, texts_);
     }
 
+    void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
+
   private:
     FileSystem& fileSystem_;
     RandomSource& random_;
     ProgramTextTable texts_;
+    ProgressFunction progress_;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "operation/driver.h"
 #include "operation/extension_lists.h"
 #include "setup/verb_form.h"
+#include "util/display.h"
 #include "util/durations.h"
 #include "util/numbers.h"
 #include "util/paths.h"
@@ -73,7 +74,7 @@ bool HasDistinctOutputs(const OperationContext& operation) {
     for (const WorkItem& item : operation.list) {
         if (item.kind != WorkItem::Kind::File || outputs.insert(item.outputPath).second) continue;
         operation.machine.user.Ask(Notice("Output file specification " +
-                                              operation.setup.FileName[Output] +
+                                              DisplayName(operation.setup.FileName[Output]) +
                                               " produces duplicate output filenames!",
                                           "Error", BoxIcon::Exclamation));
         return false;
@@ -95,21 +96,26 @@ void WriteClosingSummary(const OperationContext& operation, ReportScreen& screen
     screen.AppendAlways(text);
 }
 
-/// Shows how far the engine is with a file, and lets the interface react, while it lives.
+/// Shows how far engine and purge are with a file, and lets the interface react, while it lives.
 class ProgressShown {
   public:
-    ProgressShown(Machine& machine, ReportScreen& screen) : engine_(machine.engine) {
-        engine_.SetProgress([&machine, &screen](std::uint64_t done, std::uint64_t total) {
+    ProgressShown(Machine& machine, ReportScreen& screen) : machine_(machine) {
+        const auto show = [&machine, &screen](std::uint64_t done, std::uint64_t total) {
             screen.ShowProgress({screen.Progress().name, done, total});
             machine.user.ProcessEvents();
-        });
+        };
+        machine.engine.SetProgress(show);
+        machine.fileKit.SetProgress(Throttled(machine.clock, show));
     }
-    ~ProgressShown() { engine_.SetProgress({}); }
+    ~ProgressShown() {
+        machine_.engine.SetProgress({});
+        machine_.fileKit.SetProgress({});
+    }
     ProgressShown(const ProgressShown&) = delete;
     ProgressShown& operator=(const ProgressShown&) = delete;
 
   private:
-    CipherEngine& engine_;
+    Machine& machine_;
 };
 
 } // namespace

@@ -170,7 +170,9 @@ TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
     TypeKey();
     ChooseInput("large.odg");
     int seen = 0;
+    int seenDuringPurge = 0;
     user.onEvents = [&] {
+        if (folder.Has("large.odg.zr5")) ++seenDuringPurge;
         QWidget* report = TopWindow("frmReport");
         const bool works = report != nullptr && Control(*report, "prgFile").isVisible();
         if (!works || ++seen != 2) return;
@@ -180,6 +182,7 @@ TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
     };
     EXPECT_NE(Perform().find("Number of files encrypted: 1\n"), std::string::npos);
     EXPECT_GT(seen, 2) << "the engine must let the interface react while it works";
+    EXPECT_GT(seenDuringPurge, 2) << "and so must the overwriting of the input";
     user.onEvents = nullptr;
 }
 

@@ -86,6 +86,14 @@ TEST_F(Attributes, AccessListsGoThroughBothDirections) {
     EXPECT_EQ(AttributeOf(folder / "sealed", Name), expected);
     ASSERT_EQ(Decrypt("sealed", "back"), Success);
     EXPECT_EQ(AttributeOf(folder / "back", Name), expected);
+
+    // What a folder gives to new files must not make the result readable for more people.
+    ASSERT_EQ(
+        setxattr(folder.Path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0),
+        0);
+    removexattr(plain.c_str(), Name);
+    ASSERT_EQ(Encrypt("plain", "private"), Success);
+    EXPECT_EQ(AttributeOf(folder / "private", Name), AttributeOf(plain, Name));
 }
 
 TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {

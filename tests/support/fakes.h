@@ -115,6 +115,7 @@ class FakeKit : public FileKit {
         loaded.push_back(path);
         return loadResult;
     }
+    void SetProgress(ProgressFunction) override {}
 };
 
 } // namespace zr5::test

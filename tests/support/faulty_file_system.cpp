@@ -48,6 +48,9 @@ class FaultyFile : public OpenFile {
     void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
         inner_->StartWriteback(offset, lengthBytes);
     }
+    void AwaitWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
+        inner_->AwaitWriteback(offset, lengthBytes);
+    }
     std::intptr_t NativeHandle() const override { return inner_->NativeHandle(); }
 
   private:
