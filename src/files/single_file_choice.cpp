@@ -23,8 +23,7 @@ void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
     const std::string path = MeantPath(fileSystem_, *chosen);
     const auto target = ResolveChosen(fileSystem_, path);
     if (!target) return Refuse(path, "does not exist.", buttonCaption);
-    std::string reason = WhyNotAFile(target->kind);
-    if (reason.empty()) reason = WhyNotReadable(fileSystem_, target->path);
+    const std::string reason = WhyNotAFile(target->kind);
     if (!reason.empty()) return Refuse(path, reason, buttonCaption);
     const PathParts parts = SplitPath(target->path);
     desk_.SetInputFile(parts.folder, parts.name);
@@ -44,7 +43,7 @@ void SingleFileChoice::ChooseOutput(const std::string& buttonCaption) {
     const auto target = ResolveChosen(fileSystem_, path);
     std::string reason = target ? WhyNotAFile(target->kind) : std::string{};
     const std::string& outputPath = target ? target->path : path;
-    if (reason.empty()) reason = WhyNotCreatable(fileSystem_, outputPath);
+    if (SplitPath(outputPath).name.empty()) reason = WhyNotAFile(FileKind::Folder);
     if (!reason.empty()) return Refuse(path, reason, buttonCaption);
     if (SameFile(fileSystem_, outputPath, setup.FilePath(Input)))
         return desk_.SetOutputFile(setup.Folder[Input], setup.FileName[Input]);

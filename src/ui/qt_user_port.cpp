@@ -1,5 +1,6 @@
 #include "ui/qt_user_port.h"
 
+#include "ui/name_picker.h"
 #include "ui/text_edges.h"
 
 #include <QApplication>
@@ -15,6 +16,7 @@ namespace zr5 {
 namespace {
 
 constexpr std::int32_t AddressOpened = 42;
+constexpr std::int32_t AddressNotFound = 2;
 constexpr std::int32_t NoProgramForAddress = 31;
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
@@ -91,7 +93,7 @@ Answer QtUserPort::Ask(const MessageBox& box) {
 }
 
 std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
-    QFileDialog dialog(QApplication::activeWindow(), ToQt(picker.title));
+    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
     const bool saves = picker.kind == FilePicker::Kind::Save;
     dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     // A name that the toolkit cannot spell may be typed with escapes, so it must not be asked
@@ -105,19 +107,19 @@ std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
 }
 
 std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
-    QFileDialog dialog(QApplication::activeWindow(), ToQt(picker.title));
+    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return Run(dialog, picker.startFolder);
 }
 
-std::optional<std::string> QtUserPort::Run(QFileDialog& dialog, const std::string& startFolder) {
+std::optional<std::string> QtUserPort::Run(NamePicker& dialog, const std::string& startFolder) {
     dialog.setDirectory(startFolder.empty()
                             ? lastFolder_
                             : QFile::decodeName(QByteArray::fromStdString(startFolder)));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    if (dialog.exec() != QDialog::Accepted || dialog.Chosen().isEmpty()) return std::nullopt;
     lastFolder_ = dialog.directory().absolutePath();
-    return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
+    return QFile::encodeName(dialog.Chosen()).toStdString();
 }
 
 void QtUserPort::ProcessEvents() {
@@ -129,11 +131,12 @@ void QtUserPort::WaitForEvents() {
 }
 
 void QtUserPort::CopyToClipboard(const std::string& text) {
-    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+    QGuiApplication::clipboard()->setText(ToQt(text));
 }
 
 std::int32_t QtUserPort::OpenAddress(const std::string& address) {
     const QUrl url = QUrl::fromEncoded(QByteArray::fromStdString(address));
+    if (url.isLocalFile() && !QFile::exists(url.toLocalFile())) return AddressNotFound;
     return QDesktopServices::openUrl(url) ? AddressOpened : NoProgramForAddress;
 }
 

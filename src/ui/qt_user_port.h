@@ -6,9 +6,9 @@
 
 #include <QString>
 
-class QFileDialog;
-
 namespace zr5 {
+
+class NamePicker;
 
 /// Boxes and pickers belong to the window that is active when they open.
 class QtUserPort final : public UserPort {
@@ -23,7 +23,7 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 
   private:
-    [[nodiscard]] std::optional<std::string> Run(QFileDialog& dialog,
+    [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
 
     QString lastFolder_; ///< where the user was last; home at first

@@ -61,10 +61,10 @@ TEST(MessageBoxes, ShowNamesAsTheyAreAndLinesAsLines) {
     EXPECT_EQ(user.Ask(Notice("<b>a.txt</b>\r\nb", "Title", BoxIcon::Critical)), Answer::Ok);
 }
 
-TEST(Clipboard, GetsTheTextWithItsLineEnds) {
+TEST(Clipboard, GetsTheLineEndsOfTheDesktop) {
     QtUserPort user;
     user.CopyToClipboard("one\r\ntwo \xc3\xa9");
-    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "one\r\ntwo \xc3\xa9");
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "one\ntwo \xc3\xa9");
 }
 
 class Pickers : public testing::Test {
@@ -92,7 +92,7 @@ class Pickers : public testing::Test {
 
 TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
     folder.Write("without a dot", "x");
-    for (const std::string name : {"without a dot", "missing", "caf\\xE9"}) {
+    for (const std::string name : {"without a dot", "missing", "caf\\xE9", "say \"hi\".txt"}) {
         TypeInNext(name);
         EXPECT_EQ(Pick(FilePicker::Kind::Open), folder / name);
         EXPECT_EQ(title, "Pick");
@@ -107,20 +107,23 @@ TEST_F(Pickers, GiveNothingWhenCancelled) {
 }
 
 TEST_F(Pickers, AskBeforeAnExistingOutputIsChosen) {
-    folder.Write("old.zr5", "x");
-    bool asked = false;
-    InNext<QFileDialog>([&](QFileDialog& dialog) {
-        auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
-        ASSERT_NE(box, nullptr);
-        box->setText("old.zr5");
-        InNext<QMessageBox>([&](QMessageBox& question) {
-            asked = true;
-            Press(question, Qt::Key_Escape);
+    for (const char* name : {"old.zr5", "old \"one\".zr5"}) {
+        folder.Write(name, "x");
+        bool asked = false;
+        InNext<QFileDialog>([&](QFileDialog& dialog) {
+            auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
+            ASSERT_NE(box, nullptr);
+            box->setText(name);
+            InNext<QMessageBox>([&](QMessageBox& question) {
+                asked = true;
+                Press(question, Qt::Key_Escape);
+            });
+            QTest::keyClick(box, Qt::Key_Return);
+            dialog.QDialog::reject();
         });
-        QTest::keyClick(box, Qt::Key_Return);
-    });
-    EXPECT_EQ(Pick(FilePicker::Kind::Save), std::nullopt);
-    EXPECT_TRUE(asked);
+        EXPECT_EQ(Pick(FilePicker::Kind::Save), std::nullopt) << name;
+        EXPECT_TRUE(asked) << name;
+    }
 }
 
 } // namespace

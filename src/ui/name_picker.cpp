@@ -1,0 +1,35 @@
+#include "ui/name_picker.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+
+namespace zr5 {
+
+QString NamePicker::Chosen() const {
+    return literal_.isEmpty() ? selectedFiles().value(0) : literal_;
+}
+
+void NamePicker::accept() {
+    // The box of the toolkit's own picker; a desktop's picker has none and reads no quotes.
+    const auto* box = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    if (box == nullptr || !box->text().contains(QLatin1Char('"'))) {
+        QFileDialog::accept();
+        return;
+    }
+    const QString path = directory().absoluteFilePath(box->text());
+    if (!MayReplace(path)) return;
+    literal_ = path;
+    QDialog::accept();
+}
+
+bool NamePicker::MayReplace(const QString& path) {
+    const bool asks = acceptMode() == AcceptSave && !testOption(DontConfirmOverwrite);
+    if (!asks || !QFileInfo::exists(path)) return true;
+    return QMessageBox::warning(this, windowTitle(),
+                                QFileDialog::tr("%1 already exists.\nDo you want to replace it?")
+                                    .arg(QFileInfo(path).fileName()),
+                                QMessageBox::Yes | QMessageBox::No,
+                                QMessageBox::No) == QMessageBox::Yes;
+}
+
+} // namespace zr5
