@@ -32,16 +32,18 @@ struct Program::Parts {
     }
 
     void TypeKeyWithDisplay(QWidget& parent) {
+        const bool wasHeld = key.IsHeld();
         GetKeyFromKeyboardWithDisplay(&parent, desk.Setup().Operation, key);
-        ForgetDiscardedKey();
+        ForgetDiscardedKey(wasHeld);
     }
     void TypeKeyWithoutDisplay(QWidget& parent) {
+        const bool wasHeld = key.IsHeld();
         GetKeyFromKeyboardWithoutDisplay(&parent, program.user, desk.Setup().Operation, key);
-        ForgetDiscardedKey();
+        ForgetDiscardedKey(wasHeld);
     }
     /// A key that the user has discarded must not live on in the engine.
-    void ForgetDiscardedKey() {
-        if (!key.IsHeld()) EraseKey(key, program.engine);
+    void ForgetDiscardedKey(bool wasHeld) {
+        if (wasHeld && !key.IsHeld()) EraseKey(key, program.engine);
     }
 
     CurrentKey key;

@@ -30,9 +30,8 @@ void OfferToWipe(const ProgramParts& program, const std::string& path) {
 bool QuitProgram(const ProgramParts& program, const std::string& nextRunSetupPath,
                  const std::string& caption) {
     if (!UserWantsToQuit(program, caption)) return false;
-    // The key goes while the engine can still forget its own copy.
-    EraseKey(program.key, program.engine);
-    program.engine.deallocate_buffers();
+    program.engine.deallocate_buffers(); // and with them the engine's copy of the key
+    DiscardKey(program.key);
     OfferToWipe(program, nextRunSetupPath);
     return true;
 }

@@ -46,7 +46,7 @@ bool StartProgram(const ProgramParts& program, const WindowSteps& window,
         return false;
     }
     LoadSetupOfLastRun(program, nextRunSetupPath);
-    EraseKey(program.key, program.engine);
+    DiscardKey(program.key);
     window.show();
     if (!program.desk.InputIsChosen()) program.user.Ask(StartupMessage());
     program.desk.FinishStartup();

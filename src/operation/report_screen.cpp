@@ -81,6 +81,12 @@ void ReportScreen::StopPressed() {
     NotifyState();
 }
 
+bool ReportScreen::MayClose() {
+    closesAfterRun_ = IsRunning();
+    StopPressed();
+    return !closesAfterRun_;
+}
+
 void ReportScreen::PauseContinuePressed() {
     if (!IsRunning() || stopRequested_) return;
     pauseRequested_ = !pauseRequested_;
@@ -98,6 +104,7 @@ void ReportScreen::BeginRun(Function operation) {
     stopRequested_ = false;
     pauseRequested_ = false;
     perFileReportingOff_ = false;
+    closesAfterRun_ = false;
     progress_ = {};
     startedAt_ = clock_.Now();
     startTimeOfDay_ = clock_.TimeOfDay();

@@ -74,6 +74,10 @@ class ReportScreen {
 
     // What the user does.
     void StopPressed();
+    /// The window is to be closed. False while a run goes on: it is stopped, and the window closes
+    /// when it has ended (`ClosesNow`).
+    [[nodiscard]] bool MayClose();
+    [[nodiscard]] bool ClosesNow() const { return closesAfterRun_ && !IsRunning(); }
     void PauseContinuePressed();
     /// Copies `selection`, or the whole text when it is empty.
     void CopyPressed(const std::string& selection);
@@ -116,6 +120,7 @@ class ReportScreen {
     State state_ = State::Idle;
     Function operation_ = Function::Encrypt;
     bool stopRequested_ = false;
+    bool closesAfterRun_ = false;
     bool pauseRequested_ = false;
     bool perFileReportingOff_ = false;
     std::chrono::milliseconds startedAt_{0};

@@ -82,6 +82,13 @@ void Soften(QLabel& label, const QPalette& windowPalette) {
     label.setPalette(palette);
 }
 
+void UseArial(QWidget& dialog) {
+    QFont font = dialog.font();
+    font.setFamilies({QStringLiteral("Arial")});
+    font.setStyleHint(QFont::SansSerif);
+    dialog.setFont(font);
+}
+
 void MakePrimary(QPushButton& button) {
     button.setDefault(true);
     button.setMinimumHeight(PrimaryButtonHeight);

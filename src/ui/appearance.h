@@ -27,6 +27,9 @@ inline constexpr int PrimaryButtonHeight = 44;
 /// To be called again when the palette changes.
 void Soften(QLabel& label, const QPalette& windowPalette);
 
+/// Writes a dialog, what is in it included, in Arial or the nearest the machine has.
+void UseArial(QWidget& dialog);
+
 /// The look of the button that does what the window is for.
 void MakePrimary(QPushButton& button);
 

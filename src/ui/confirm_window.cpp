@@ -33,6 +33,7 @@ void Embolden(QLabel& label) {
 ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmConfirmOperation"));
     setWindowTitle(QStringLiteral("Confirm operation"));
+    UseArial(*this);
 
     auto* operation = Paragraph("lblOperation", confirmation.operation, this);
     Embolden(*operation);

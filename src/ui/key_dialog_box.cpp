@@ -88,11 +88,18 @@ void KeyBox::TakeEdit() {
     const bool accepted = edit_(std::u16string_view(
         reinterpret_cast<const char16_t*>(composed.utf16()), // NOLINT: QString is UTF-16
         static_cast<std::size_t>(composed.size())));
-    const qsizetype place = accepted ? compose(typed.left(cursor)).size()
-                                     : std::max<qsizetype>(cursor - (typed.size() - before), 0);
+    qsizetype place = std::max<qsizetype>(cursor - (typed.size() - before), 0);
+    if (accepted) {
+        const QString head = typed.left(cursor);
+        const QString composedHead = compose(head);
+        place = composedHead.size();
+        OverwriteInPlace(composedHead);
+        if (head.constData() != typed.constData()) OverwriteInPlace(head);
+    }
     ShowEntry();
     setCursorPosition(static_cast<int>(place));
     OverwriteInPlace(composed);
+    OverwriteInPlace(typed);
 }
 
 void KeyBox::OverwriteText() {

@@ -1,5 +1,6 @@
 #include "ui/key_dialog_with_display.h"
 
+#include "ui/appearance.h"
 #include "ui/key_dialog_box.h"
 #include "ui/key_dialog_parts.h"
 #include "ui/text_edges.h"
@@ -28,6 +29,7 @@ KeyDialogWithDisplay::KeyDialogWithDisplay(KeyboardWithDisplay& rules, QWidget* 
       cancel_(MakeKeyButton(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"))) {
     setObjectName(QStringLiteral("frmKeyboardWithDisplay"));
     setWindowTitle(QStringLiteral("Type key (with display)"));
+    UseArial(*this);
     box_->setObjectName(QStringLiteral("txbKey"));
     prompt_->setBuddy(box_);
     yes_->setDefault(true);

@@ -1,5 +1,6 @@
 #include "ui/key_dialog_without_display.h"
 
+#include "ui/appearance.h"
 #include "ui/key_dialog_box.h"
 #include "ui/key_dialog_parts.h"
 #include "ui/text_edges.h"
@@ -34,6 +35,7 @@ KeyDialogWithoutDisplay::KeyDialogWithoutDisplay(KeyboardWithoutDisplay& rules, 
       cancel_(MakeKeyButton(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"))) {
     setObjectName(QStringLiteral("frmKeyboardWithoutDisplay"));
     setWindowTitle(QStringLiteral("Type key (without display)"));
+    UseArial(*this);
     prompt_->setBuddy(boxes_[0]);
     reEnter_->setBuddy(boxes_[1]);
     ok_->setDefault(true);

@@ -17,7 +17,6 @@ void OperationDesk::Perform() {
     setup_.SetOperationRunning(true);
     if (mainWindow_ != nullptr) mainWindow_->setEnabled(false);
     Window().ShowAtEnd();
-    machine_.user.ProcessEvents();
     RunOperation({setup, key_, list, machine_}, screen_);
     if (mainWindow_ != nullptr) mainWindow_->setEnabled(true);
     setup_.SetOperationRunning(false);

@@ -23,6 +23,7 @@ PurgeWarningWindow::PurgeWarningWindow(PurgeWarning& warning, const std::string&
     : QDialog(report) {
     setObjectName(QStringLiteral("frmPurgeWarning"));
     setWindowTitle(QStringLiteral("Purging of the input file"));
+    UseArial(*this);
 
     auto* message = new WrappingLabel(ToQt(warning.MessageFor(path)), this);
     message->setObjectName(QStringLiteral("lblMessage"));

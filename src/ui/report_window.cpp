@@ -12,7 +12,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
 namespace zr5 {
@@ -111,8 +110,11 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
     connect(stop_, &QPushButton::clicked, this, [this] { screen_.StopPressed(); });
     connect(pauseContinue_, &QPushButton::clicked, this,
             [this] { screen_.PauseContinuePressed(); });
-    connect(copy_, &QPushButton::clicked, this,
-            [this] { screen_.CopyPressed(FromQt(text_->textCursor().selection().toPlainText())); });
+    connect(copy_, &QPushButton::clicked, this, [this] {
+        QString selected = text_->textCursor().selectedText();
+        selected.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
+        screen_.CopyPressed(FromQt(selected));
+    });
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     connect(text_, &QPlainTextEdit::selectionChanged, this, [this] { ShowSelection(); });
     clock_.setObjectName(QStringLiteral("Clock"));
@@ -197,10 +199,7 @@ void ReportWindow::StateChanged() {
     clock_.stop();
     FlushText();
     ShowTime();
-    if (closeWhenDone_) {
-        closeWhenDone_ = false;
-        reject();
-    }
+    if (screen_.ClosesNow()) reject();
 }
 
 void ReportWindow::ShowFileProgress() {
@@ -237,12 +236,7 @@ void ReportWindow::closeEvent(QCloseEvent* event) {
 
 /// Every way of closing comes here: the button, Escape and the window's frame.
 void ReportWindow::reject() {
-    if (screen_.IsRunning()) {
-        screen_.StopPressed();
-        closeWhenDone_ = true;
-        return;
-    }
-    QDialog::reject();
+    if (screen_.MayClose()) QDialog::reject();
 }
 
 } // namespace zr5

@@ -55,7 +55,6 @@ class ReportWindow : public QDialog, public ReportView {
     QTimer clock_;
     QTimer flushTimer_;
     std::string waiting_; ///< appended, but not yet in the text box
-    bool closeWhenDone_ = false;
 };
 
 } // namespace zr5

@@ -3,7 +3,6 @@
 // Names keep their native bytes; here is the form in which a person sees them, and the way back
 // from what a person typed.
 
-#include <optional>
 #include <string>
 #include <string_view>
 

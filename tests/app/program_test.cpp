@@ -75,8 +75,7 @@ TEST_F(Program, StartsWithoutAKeyAndGreetsANewUserOnce) {
     EXPECT_TRUE(desk.StartupDone());
     EXPECT_FALSE(key.IsHeld());
     EXPECT_EQ(log, (Names{"fit", "clock", "show"}));
-    EXPECT_EQ(engine.CallNames(), (Names{"allocate_buffers", "operation_initialization"}));
-    EXPECT_EQ(engine.lastKey, "");
+    EXPECT_EQ(engine.CallNames(), Names{"allocate_buffers"});
     EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
 }
 
@@ -118,7 +117,7 @@ TEST_F(Program, QuitsWithoutAQuestionWhenNothingIsChosen) {
     HoldKey();
     EXPECT_TRUE(Quit());
     EXPECT_FALSE(key.IsHeld());
-    EXPECT_EQ(engine.CallNames(), (Names{"operation_initialization", "deallocate_buffers"}));
+    EXPECT_EQ(engine.CallNames(), Names{"deallocate_buffers"});
 }
 
 TEST_F(Program, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
