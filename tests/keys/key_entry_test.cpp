@@ -61,37 +61,34 @@ TEST(TypedKey, IsBytesOfTheCodePageOrNothing) {
     }
 }
 
-TEST(KeyTypedWithDisplay, CanBeAcceptedFromSixteenCharactersOn) {
+TEST(KeyTypedWithDisplay, CanBeAcceptedFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange) {
     KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
     EXPECT_FALSE(dialog.IsAcceptable());
     EXPECT_TRUE(dialog.Edit(u"abcd efgh ijkl mno"));
     EXPECT_FALSE(dialog.IsAcceptable());
     EXPECT_TRUE(dialog.Edit(Typed));
+    EXPECT_FALSE(dialog.Edit(u"abcΩ"));
+    EXPECT_TRUE(dialog.ShowsHint());
     EXPECT_TRUE(dialog.IsAcceptable());
+    EXPECT_EQ(dialog.Entry().text(), TypedBytes);
     EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
-    dialog.Edit(u"");
+    EXPECT_TRUE(dialog.Edit(u""));
+    EXPECT_FALSE(dialog.ShowsHint());
     EXPECT_FALSE(dialog.IsAcceptable());
 }
 
-TEST(KeyTypedWithDisplay, IsAskedForInTheWordsOfTheFunction) {
-    const CurrentKey none;
-    EXPECT_EQ(KeyboardWithDisplay(Function::Encrypt, none).Prompt(),
-              "Enter the encryption key (16-64 characters, spaces ignored, case not significant):");
-    EXPECT_EQ(KeyboardWithDisplay(Function::Decrypt, none).Prompt(),
-              "Enter the decryption key (16-64 characters, spaces ignored, case not significant):");
+TEST(TypedKey, IsAskedForInTheWordsOfTheFunction) {
+    for (const auto& [function, word] :
+         {std::pair{Function::Encrypt, "encryption"}, {Function::Decrypt, "decryption"}}) {
+        const std::string start = std::string("Enter the ") + word + " key";
+        EXPECT_EQ(KeyboardWithDisplay(function, CurrentKey{}).Prompt(),
+                  start + " (16-64 characters, spaces ignored, case not significant):");
+        EXPECT_EQ(KeyboardWithoutDisplay(function).Prompt(),
+                  start + ", 16-64 non-space characters (which will not be displayed):");
+    }
 }
 
-TEST(KeyTypedWithDisplay, KeepsItsEntryWhenAnEditIsRefused) {
-    KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
-    dialog.Edit(u"abc");
-    EXPECT_FALSE(dialog.Edit(u"abcΩ"));
-    EXPECT_TRUE(dialog.ShowsHint());
-    EXPECT_EQ(dialog.Entry().text(), "abc");
-    EXPECT_TRUE(dialog.Edit(u"abcd"));
-    EXPECT_FALSE(dialog.ShowsHint());
-}
-
-TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTime) {
+TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTimeWhereItCanBeShown) {
     CurrentKey key = KeyfileKey();
     KeyboardWithDisplay dialog(Function::Encrypt, key);
     EXPECT_TRUE(dialog.Entry().empty());
@@ -104,10 +101,6 @@ TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTime) {
     const KeyboardWithDisplay next(Function::Encrypt, key);
     EXPECT_EQ(next.Entry().text(), TypedBytes);
     EXPECT_TRUE(next.IsAcceptable());
-}
-
-TEST(KeyTypedWithDisplay, IsNotFilledInAgainWhenItCannotBeShown) {
-    CurrentKey key;
     key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
     EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
 }
@@ -126,19 +119,14 @@ TEST(KeyTypedWithDisplay, IsDroppedByNoAndLeftAloneByCancel) {
 
 class WithoutDisplay : public testing::Test {
   protected:
+    void Type(std::u16string_view first, std::u16string_view second) {
+        dialog.Edit(0, first);
+        dialog.Edit(1, second);
+    }
     KeyboardWithoutDisplay dialog{Function::Encrypt};
     ScriptedUser user;
     const MessageBox inspectQuestion = Question("Inspect the key?", "Key specified");
 };
-
-TEST_F(WithoutDisplay, AsksForTheKeyInTheWordsOfTheFunction) {
-    EXPECT_EQ(
-        dialog.Prompt(),
-        "Enter the encryption key, 16-64 non-space characters (which will not be displayed):");
-    EXPECT_EQ(
-        KeyboardWithoutDisplay(Function::Decrypt).Prompt(),
-        "Enter the decryption key, 16-64 non-space characters (which will not be displayed):");
-}
 
 TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
     struct Step {
@@ -160,14 +148,8 @@ TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
         EXPECT_EQ(dialog.FirstIsLongEnough(), step.firstIsLongEnough);
         EXPECT_EQ(dialog.SecondIsEnabled(), step.firstIsLongEnough);
         EXPECT_EQ(dialog.ShowsOk(), step.showsOk);
-        if (step.firstIsLongEnough) {
-            EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
-        }
     }
-}
-
-TEST_F(WithoutDisplay, ShowsTheHintAtTheBoxThatRefused) {
-    dialog.Edit(0, Typed);
+    EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
     EXPECT_FALSE(dialog.Edit(1, u"Ω"));
     EXPECT_FALSE(dialog.ShowsHint(0));
     EXPECT_TRUE(dialog.ShowsHint(1));
@@ -175,16 +157,14 @@ TEST_F(WithoutDisplay, ShowsTheHintAtTheBoxThatRefused) {
 }
 
 TEST_F(WithoutDisplay, TakesEntriesThatDifferInCaseAndBlanksForTheSame) {
-    dialog.Edit(0, u"  abcd efgh ijkl mnop ");
-    dialog.Edit(1, u"ABCDEFGHIJKLMNOP  ");
+    Type(u"  abcd efgh ijkl mnop ", u"ABCDEFGHIJKLMNOP  ");
     EXPECT_TRUE(dialog.EntriesMatch(user));
     EXPECT_EQ(dialog.Entry(0).text(), TypedBytes);
     EXPECT_EQ(dialog.Entry(1).text(), Canonical);
 }
 
 TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
-    dialog.Edit(0, Typed);
-    dialog.Edit(1, u"abcdefghijklmnoq");
+    Type(Typed, u"abcdefghijklmnoq");
     user.Expect(Notice("The key entries do not match!", "Error", BoxIcon::Exclamation));
     EXPECT_FALSE(dialog.EntriesMatch(user));
     EXPECT_TRUE(dialog.Entry(0).empty());
@@ -203,11 +183,10 @@ TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
     EXPECT_FALSE(dialog.SecondIsEnabled());
 }
 
-TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclined) {
+TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhenCancelled) {
     CurrentKey key = KeyfileKey();
     key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
-    dialog.Edit(0, Typed);
-    dialog.Edit(1, Typed);
+    Type(Typed, Typed);
     user.Expect(inspectQuestion, Answer::No);
     const KeyAnswer answer = dialog.AskToInspect(user, nullptr);
     EXPECT_EQ(answer, KeyAnswer::Yes);
@@ -217,6 +196,12 @@ TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclined) {
     EXPECT_TRUE(key.rawKeyEntry.empty());
     EXPECT_TRUE(dialog.Entry(0).empty());
     EXPECT_TRUE(dialog.Entry(1).empty());
+
+    key = KeyfileKey();
+    dialog.Edit(0, Typed);
+    dialog.Commit(KeyAnswer::Cancel, key);
+    ExpectUntouchedKeyfileKey(key);
+    EXPECT_TRUE(dialog.Entry(0).empty());
 }
 
 TEST_F(WithoutDisplay, AsksAgainWhereNothingCanInspect) {
@@ -249,8 +234,7 @@ TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
         CurrentKey key = KeyfileKey();
         FakeInspector inspector;
         inspector.answer = accepted;
-        dialog.Edit(0, Typed);
-        dialog.Edit(1, Typed);
+        Type(Typed, Typed);
         user.Expect(inspectQuestion, Answer::Yes);
         const KeyAnswer answer = dialog.AskToInspect(user, &inspector);
         EXPECT_EQ(inspector.buffer, TypedBytes);
@@ -267,14 +251,6 @@ TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
             ExpectNoKey(key);
         }
     }
-}
-
-TEST_F(WithoutDisplay, ChangesNothingWhenCancelled) {
-    CurrentKey key = KeyfileKey();
-    dialog.Edit(0, Typed);
-    dialog.Commit(KeyAnswer::Cancel, key);
-    ExpectUntouchedKeyfileKey(key);
-    EXPECT_TRUE(dialog.Entry(0).empty());
 }
 
 } // namespace

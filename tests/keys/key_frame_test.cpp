@@ -48,9 +48,19 @@ TEST(KeyLabels, TellWhereTheKeyCameFrom) {
 
 TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
     CurrentKey key;
+    KeyFrame frame;
     key.keyChoiceAbandoned = true;
     ScriptedUser user;
     EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), Saved);
+    frame.Open(key, Saved);
+    EXPECT_TRUE(frame.IsOpen());
+    EXPECT_FALSE(key.keyChoiceAbandoned);
+    frame.Open(key, Shown);
+    EXPECT_EQ(frame.SavedLabels(), Saved) << "saved once";
+    static_cast<void>(frame.Close(key));
+    EXPECT_FALSE(frame.IsOpen());
+    frame.Open(key, Shown);
+    EXPECT_EQ(frame.SavedLabels(), Shown);
 }
 
 TEST(KeyLabels, AreBlankAndTheKeyIsDroppedWhenItIsEmpty) {
@@ -64,32 +74,12 @@ TEST(KeyLabels, AreBlankAndTheKeyIsDroppedWhenItIsEmpty) {
     }
 }
 
-TEST(KeyFrame, SavesTheLabelsOnceAndForgetsAnEarlierAbandonment) {
-    CurrentKey key;
-    key.keyChoiceAbandoned = true;
-    KeyFrame frame;
-    frame.Open(key, Saved);
-    EXPECT_TRUE(frame.IsOpen());
-    EXPECT_FALSE(key.keyChoiceAbandoned);
-    frame.Open(key, Shown);
-    EXPECT_EQ(frame.SavedLabels(), Saved);
-    static_cast<void>(frame.Close(key));
-    EXPECT_FALSE(frame.IsOpen());
-    frame.Open(key, Shown);
-    EXPECT_EQ(frame.SavedLabels(), Shown);
-}
-
 TEST(KeyFrame, LeadsOnToTheOperationOnlyAfterATypedKey) {
     using enum KeyFrame::FocusAfter;
     KeyFrame frame;
     EXPECT_EQ(frame.Close(KeyInState(key_state::Keyboard)), DoIt);
     EXPECT_EQ(frame.Close(KeyInState(key_state::Keyfile)), KeyFrom);
     EXPECT_EQ(frame.Close(KeyInState(key_state::NoKey)), KeyFrom);
-}
-
-TEST(KeyFrame, OffersANewKeyfileForEncryptionOnly) {
-    EXPECT_TRUE(OffersNewKeyfile(Function::Encrypt));
-    EXPECT_FALSE(OffersNewKeyfile(Function::Decrypt));
 }
 
 TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
