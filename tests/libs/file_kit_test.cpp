@@ -6,10 +6,8 @@
 #include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
-#include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 // Comparing, purging and naming files.
 
@@ -41,31 +39,30 @@ class Kit : public testing::Test {
 };
 
 TEST_F(Kit, FindsTheFirstDifferenceCountedFromOne) {
-    struct Case {
-        std::string first, second;
-        std::int64_t expected;
-    };
     const std::string big = PatternBytes(2 * MiB + 10);
     const auto changed = [&](std::size_t at) {
         std::string bytes = big;
         bytes[at] ^= 1;
         return bytes;
     };
-    for (const Case& entry : {
-             Case{"a", "a", compare_code::Identical},
-             Case{"abc", "xbc", 1},
-             Case{"abc", "abx", 3},
-             Case{"abc", "abcd", 4},
-             Case{"abc", "xbcd", 1},
-             Case{big, big, compare_code::Identical},
-             Case{big, changed(0), 1},
-             Case{big, changed(MiB - 1), MiB},
-             Case{big, changed(MiB), MiB + 1},
-             Case{big, changed(big.size() - 1), 2 * MiB + 10},
-             Case{big, big.substr(0, MiB), MiB + 1},
-             Case{big, big.substr(0, 2 * MiB), 2 * MiB + 1},
-             Case{big, big + "x", 2 * MiB + 11},
-         }) {
+    const struct {
+        std::string first, second;
+        std::int64_t expected;
+    } cases[] = {
+        {"abc", "xbc", 1},
+        {"abc", "abx", 3},
+        {"abc", "abcd", 4},
+        {"abc", "xbcd", 1},
+        {big, big, compare_code::Identical},
+        {big, changed(0), 1},
+        {big, changed(MiB - 1), MiB},
+        {big, changed(MiB), MiB + 1},
+        {big, changed(big.size() - 1), 2 * MiB + 10},
+        {big, big.substr(0, MiB), MiB + 1},
+        {big, big.substr(0, 2 * MiB), 2 * MiB + 1},
+        {big, big + "x", 2 * MiB + 11},
+    };
+    for (const auto& entry : cases) {
         SCOPED_TRACE(entry.expected);
         const std::string a = folder.Write("a", entry.first);
         const std::string b = folder.Write("b", entry.second);
@@ -123,14 +120,10 @@ TEST_F(Kit, PurgesNoMoreThanTheOptionsSay) {
 TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
     folder.Write("file", "content");
     fs::create_hard_link(folder / "file", folder / "hard");
-    fs::create_symlink(folder / "file", folder / "soft");
-    fs::create_directory(folder / "folder");
-    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    folder.MakeSpecials("file");
     const Names before = folder.Names();
-    for (const char* name : {"file", "hard", "soft", "folder", "pipe", "none"}) {
-        SCOPED_TRACE(name);
-        EXPECT_LT(Purge(name), PurgeFailureLimit);
-    }
+    for (const char* name : {"file", "hard", "link", "folder", "pipe", "none"})
+        EXPECT_LT(Purge(name), PurgeFailureLimit) << name;
     EXPECT_LT(Purge("folder", PurgeDeleteOnly), PurgeFailureLimit);
     EXPECT_EQ(folder.Names(), before);
     EXPECT_EQ(folder.Read("file"), "content");
@@ -160,11 +153,10 @@ TEST_F(Kit, FindsAFreeNameBesideAFile) {
 }
 
 TEST_F(Kit, GivesUpWhenEveryNameIsTaken) {
-    std::string path = folder / "a";
     folder.Write("a.zr5", "");
-    for (int i = 2; i <= 999; ++i) {
+    for (int i = 2; i <= 999; ++i)
         folder.Write("a.zr5-" + std::to_string(i), "");
-    }
+    std::string path = folder / "a";
     EXPECT_NE(kit->new_filepath_extension(path), 0);
     EXPECT_EQ(path, folder / "a");
     folder.Remove("a.zr5-999");
@@ -172,9 +164,8 @@ TEST_F(Kit, GivesUpWhenEveryNameIsTaken) {
 }
 
 TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
-    EXPECT_EQ(NewName(std::string(251, 'x')), std::string(251, 'x') + ".zr5");
-    EXPECT_EQ(NewName(std::string(252, 'x')), std::string(251, 'x') + ".zr5");
-    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(251, 'x') + ".zr5");
+    for (const std::size_t length : {251U, 252U, 255U})
+        EXPECT_EQ(NewName(std::string(length, 'x')), std::string(251, 'x') + ".zr5");
     // 250 letters, then a character of three bytes that does not fit any more.
     EXPECT_EQ(NewName(std::string(250, 'x') + "\xE2\x82\xAC"), std::string(250, 'x') + ".zr5");
     EXPECT_EQ(NewName(std::string(248, 'x') + "\xE2\x82\xAC" + "yyyy"),
@@ -187,14 +178,12 @@ TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
 
 TEST_F(Kit, KnowsWhereANewFileCanBeMade) {
     folder.Write("file", "");
-    fs::create_symlink(folder / "nowhere", folder / "dangling");
-    fs::create_directory(folder / "folder");
+    folder.MakeSpecials("file");
+    const Names before = folder.Names();
     EXPECT_EQ(kit->new_file_creatable(folder / "new"), 1);
-    for (const char* name : {"file", "dangling", "folder", "none/new", "file/new"}) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(kit->new_file_creatable(folder / name), 0);
-    }
-    EXPECT_EQ(folder.Names(), (Names{"file", "dangling", "folder"}));
+    for (const char* name : {"file", "dangling", "folder", "none/new", "file/new"})
+        EXPECT_EQ(kit->new_file_creatable(folder / name), 0) << name;
+    EXPECT_EQ(folder.Names(), before);
 }
 
 } // namespace

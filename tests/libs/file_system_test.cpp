@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace zr5::test {
 namespace {
@@ -18,10 +17,7 @@ class SystemFiles : public testing::Test {
 
 TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
     folder.Write("file", "kept");
-    fs::create_directory(folder / "folder");
-    fs::create_symlink(folder / "file", folder / "link");
-    fs::create_symlink(folder / "nowhere", folder / "dangling");
-    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    folder.MakeSpecials("file");
     folder.Write("from", "moved");
     const auto names = folder.Names();
     for (const char* name : {"file", "folder", "link", "dangling", "pipe"}) {
@@ -38,28 +34,19 @@ TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
 
 TEST_F(SystemFiles, OpenOnlyRegularFilesAndMakeOnlyNewOnes) {
     folder.Write("file", "content");
-    fs::create_directory(folder / "folder");
-    fs::create_symlink(folder / "file", folder / "link");
-    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-    struct Case {
-        const char* name;
-        FsStatus opened;
-        FsStatus made;
-        FileKind kind;
-    };
-    for (const Case& entry : {
-             Case{"file", FsStatus::Ok, FsStatus::AlreadyExists, FileKind::Regular},
-             Case{"folder", FsStatus::NotRegularFile, FsStatus::AlreadyExists, FileKind::Folder},
-             Case{"link", FsStatus::NotRegularFile, FsStatus::AlreadyExists, FileKind::Link},
-             Case{"pipe", FsStatus::NotRegularFile, FsStatus::AlreadyExists, FileKind::Special},
-         }) {
-        SCOPED_TRACE(entry.name);
-        const std::string path = folder / entry.name;
-        EXPECT_EQ(disk->OpenForReading(path).status, entry.opened);
-        EXPECT_EQ(disk->OpenForOverwriting(path).status, entry.opened);
-        EXPECT_EQ(disk->CreateExclusively(path).status, entry.made);
+    folder.MakeSpecials("file");
+    for (const auto& [name, kind] : {std::pair{"file", FileKind::Regular},
+                                     {"folder", FileKind::Folder},
+                                     {"link", FileKind::Link},
+                                     {"pipe", FileKind::Special}}) {
+        SCOPED_TRACE(name);
+        const std::string path = folder / name;
+        const auto opened = kind == FileKind::Regular ? FsStatus::Ok : FsStatus::NotRegularFile;
+        EXPECT_EQ(disk->OpenForReading(path).status, opened);
+        EXPECT_EQ(disk->OpenForOverwriting(path).status, opened);
+        EXPECT_EQ(disk->CreateExclusively(path).status, FsStatus::AlreadyExists);
         ASSERT_TRUE(disk->Info(path));
-        EXPECT_EQ(disk->Info(path)->kind, entry.kind);
+        EXPECT_EQ(disk->Info(path)->kind, kind);
     }
     EXPECT_EQ(folder.Read("file"), "content") << "opening for overwriting cuts nothing off";
     EXPECT_EQ(disk->OpenForReading(folder / "none").status, FsStatus::NotFound);

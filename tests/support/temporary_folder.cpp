@@ -7,6 +7,7 @@
 #include <iterator>
 #include <random>
 #include <stdexcept>
+#include <sys/stat.h>
 
 namespace zr5::test {
 
@@ -56,6 +57,13 @@ std::set<std::string> TemporaryFolder::Names() const {
         names.insert(entry.path().filename().native());
     }
     return names;
+}
+
+void TemporaryFolder::MakeSpecials(std::string_view target) const {
+    fs::create_directory(*this / "folder");
+    EXPECT_EQ(mkfifo((*this / "pipe").c_str(), 0600), 0);
+    fs::create_symlink(*this / target, *this / "link");
+    fs::create_symlink(*this / "nowhere", *this / "dangling");
 }
 
 void TemporaryFolder::Remove(std::string_view name) const {

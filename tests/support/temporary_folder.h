@@ -31,6 +31,8 @@ class TemporaryFolder {
     [[nodiscard]] bool Has(std::string_view name) const;
     /// The names of everything in the folder.
     [[nodiscard]] std::set<std::string> Names() const;
+    /// Makes what is no regular file: `folder`, `pipe`, `link` (to `target`), `dangling`.
+    void MakeSpecials(std::string_view target) const;
     void Remove(std::string_view name) const;
     /// Removes everything in the folder.
     void Empty() const;
