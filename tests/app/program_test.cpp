@@ -87,40 +87,31 @@ TEST_F(Program, EndsAtOnceWhenTheEngineHasNoBuffers) {
     EXPECT_EQ(log, (Names{"fit", "clock"})) << "the window is never shown";
 }
 
-TEST_F(Program, TakesUpTheSetupOfTheLastRunWithoutAMessage) {
+TEST_F(Program, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLabels) {
     folder.Write("zr5e.opn", "x");
     parts.setupFiles = &setupFiles;
     setupFiles.content.Folder = {"/in/", "/in/"};
     setupFiles.content.FileName = {"a", "a"};
     setupFiles.content.FolderCaption = {"/in/", "Same as input"};
     setupFiles.content.FilesCaption = {"a", "Same as input"};
-    EXPECT_TRUE(Start());
+    EXPECT_TRUE(Start()) << "without a message";
     EXPECT_EQ(setupFiles.loaded, Names{nextRunPath});
     EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a");
-}
 
-TEST_F(Program, ResetsASetupThatFailsToLoadOrContradictsItsLabels) {
-    folder.Write("zr5e.opn", "x");
-    parts.setupFiles = &setupFiles;
-    setupFiles.content.Folder = {"/in/", "/in/"};
-    setupFiles.content.FolderCaption[Input] = "/elsewhere/";
-    for (const bool succeeds : {true, false}) {
-        setupFiles.succeeds = succeeds;
+    setupFiles.succeeds = false;
+    for (const char* label : {"/in/", "/elsewhere/"}) {
+        setupFiles.content.FolderCaption[Input] = label;
         ExpectStartupMessage();
         EXPECT_TRUE(Start());
         EXPECT_EQ(desk.Setup().Folder[Input], "");
+        setupFiles.succeeds = true;
     }
 }
 
-TEST_F(Program, QuitsWithoutAQuestionWhenNothingIsChosen) {
-    desk.ResetSetup();
-    HoldKey();
-    EXPECT_TRUE(Quit());
-    EXPECT_FALSE(key.IsHeld());
-    EXPECT_EQ(engine.CallNames(), Names{"deallocate_buffers"});
-}
-
 TEST_F(Program, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
+    desk.ResetSetup();
+    EXPECT_TRUE(Quit()) << "nothing is chosen, nothing is asked";
+    engine.calls.clear();
     desk.SetInputFile("/in/", "a");
     user.Expect(Question("Really quit?", "Quit"), Answer::No);
     EXPECT_FALSE(Quit());
@@ -134,6 +125,7 @@ TEST_F(Program, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
     user.Expect(withKey, Answer::Yes);
     EXPECT_TRUE(Quit());
     EXPECT_FALSE(key.IsHeld());
+    EXPECT_EQ(engine.CallNames(), Names{"deallocate_buffers"});
 }
 
 TEST_F(Program, OffersToWipeTheSetupFileAndKeepsItByDefault) {
@@ -173,25 +165,12 @@ TEST(NextRunSetup, LiesInTheMakersFolderThatOnlyItsOwnerMayEnter) {
         ASSERT_EQ(status.type(), std::filesystem::file_type::directory);
         EXPECT_EQ(status.permissions(), std::filesystem::perms::owner_all);
     }
-}
-
-TEST(NextRunSetup, IsNamedAlsoWhereItsFolderCannotBeMade) {
-    const TemporaryFolder folder;
-    folder.Write("file", "x");
-    EXPECT_EQ(NextRunSetupPath(*MakeSystemFileSystem(), folder / "file"),
+    folder.Write("file", "x"); // no folder can be made below: named all the same
+    EXPECT_EQ(NextRunSetupPath(*fileSystem, folder / "file"),
               folder / "file/Velmora Systems/zr5e.opn");
 }
 
-TEST(WebLink, OpensTheSecureAddress) {
-    ScriptedUser user;
-    user.openAddressResult = 33;
-    OpenWebLink(user, "http://manual.example/a");
-    OpenWebLink(user, "https://manual.example/b");
-    EXPECT_EQ(user.openedAddresses,
-              (Names{"https://manual.example/a", "https://manual.example/b"}));
-}
-
-TEST(WebLink, ExplainsWhyTheBrowserDidNotStart) {
+TEST(WebLink, OpensTheSecureAddressOrExplainsWhyTheBrowserDidNotStart) {
     const std::string start = "Error launching web browser, error code = ";
     const struct {
         std::int32_t code;
@@ -208,6 +187,12 @@ TEST(WebLink, ExplainsWhyTheBrowserDidNotStart) {
         user.Expect(Notice(text, "Cannot launch web browser", BoxIcon::Exclamation));
         OpenWebLink(user, "file:///opt/zr5e/manual/index.html");
     }
+    ScriptedUser user;
+    user.openAddressResult = 33;
+    OpenWebLink(user, "http://manual.example/a");
+    OpenWebLink(user, "https://manual.example/b");
+    EXPECT_EQ(user.openedAddresses,
+              (Names{"https://manual.example/a", "https://manual.example/b"}));
 }
 
 TEST(WebLink, SpellsFilesSoThatEveryByteSurvives) {

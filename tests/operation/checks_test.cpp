@@ -79,17 +79,11 @@ TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     EXPECT_TRUE(view.asked.empty());
 }
 
-TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesOnly) {
-    OperationSetup setup;
-    EXPECT_TRUE(PurgeWarning(setup).IsDueFor("/d/Letter.DOCX"));
-    EXPECT_FALSE(PurgeWarning(setup).IsDueFor("/d/tune.flac"));
-    setup.Operation = Function::Decrypt;
-    EXPECT_FALSE(PurgeWarning(setup).IsDueFor("/d/Letter.DOCX"));
-}
-
-TEST(PurgeWarningRules, OfferSilenceForOneOperationOnAFolder) {
+TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {
     OperationSetup setup;
     PurgeWarning single(setup);
+    EXPECT_TRUE(single.IsDueFor("/d/Letter.DOCX"));
+    EXPECT_FALSE(single.IsDueFor("/d/tune.flac"));
     EXPECT_FALSE(single.OffersDontShowAgain());
     single.Closed(true);
     EXPECT_TRUE(single.IsDueFor("a.txt"));
@@ -100,6 +94,8 @@ TEST(PurgeWarningRules, OfferSilenceForOneOperationOnAFolder) {
     EXPECT_TRUE(several.IsDueFor("a.txt"));
     several.Closed(true);
     EXPECT_FALSE(several.IsDueFor("b.txt"));
+    setup.Operation = Function::Decrypt;
+    EXPECT_FALSE(PurgeWarning(setup).IsDueFor("/d/Letter.DOCX"));
 }
 
 } // namespace

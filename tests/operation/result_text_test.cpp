@@ -5,44 +5,35 @@
 namespace zr5 {
 namespace {
 
-struct ResultCase {
-    std::int16_t code;
-    const char* text;
-};
-class EngineResult : public testing::TestWithParam<ResultCase> {};
-
-TEST_P(EngineResult, IsReportedInItsOwnWords) {
-    EXPECT_EQ(EngineResultText(GetParam().code, "/o/out.txt"), GetParam().text);
+TEST(EngineResult, IsReportedInItsOwnWords) {
+    const std::string indent = "\r\n              ";
+    const std::string partial = indent + "Partial plaintext may be in /o/out.txt.";
+    const std::string size =
+        "Invalid block size." + indent + "Decryption key is incorrect or ciphertext is corrupt.";
+    const std::string blocks = indent + "Ciphertext is corrupt or decryption key is incorrect.";
+    const std::pair<std::int16_t, std::string> cases[] = {
+        {-3, "Input file not found."},
+        {-4, "Unable to open input file."},
+        {-5, "Unable to open output file."},
+        {-6, "Read error."},
+        {-7, "Write error."},
+        {-8, size},
+        {-9, "Write error: disk full."},
+        {-16, "Read error." + partial},
+        {-17, "Write error." + partial},
+        {-18, size + partial},
+        {-21, "One block expansion error occurred." + blocks + partial},
+        {-22, "2 block expansion errors occurred." + blocks + partial},
+        {-29, "9 block expansion errors occurred." + blocks + partial},
+    };
+    for (const auto& [code, text] : cases)
+        EXPECT_EQ(EngineResultText(code, "/o/out.txt"), text);
+    for (const int code : {-1, -2, -10, -15, -19, -20, -30, -99, -100, 9}) {
+        EXPECT_EQ(EngineResultText(static_cast<std::int16_t>(code), "/o/out.txt"),
+                  "Unknown error #" + std::to_string(code) + "." +
+                      (code < -15 && code > -100 ? partial : ""));
+    }
 }
-
-#define INDENT "\r\n              "
-#define PARTIAL INDENT "Partial plaintext may be in /o/out.txt."
-
-INSTANTIATE_TEST_SUITE_P(
-    Codes, EngineResult,
-    testing::Values(
-        ResultCase{-1, "Unknown error #-1."}, ResultCase{-2, "Unknown error #-2."},
-        ResultCase{-3, "Input file not found."}, ResultCase{-4, "Unable to open input file."},
-        ResultCase{-5, "Unable to open output file."}, ResultCase{-6, "Read error."},
-        ResultCase{-7, "Write error."},
-        ResultCase{-8, "Invalid block size." INDENT
-                       "Decryption key is incorrect or ciphertext is corrupt."},
-        ResultCase{-9, "Write error: disk full."}, ResultCase{-10, "Unknown error #-10."},
-        ResultCase{-15, "Unknown error #-15."}, ResultCase{-16, "Read error." PARTIAL},
-        ResultCase{-17, "Write error." PARTIAL},
-        ResultCase{-18, "Invalid block size." INDENT
-                        "Decryption key is incorrect or ciphertext is corrupt." PARTIAL},
-        ResultCase{-19, "Unknown error #-19." PARTIAL},
-        ResultCase{-20, "Unknown error #-20." PARTIAL},
-        ResultCase{-21, "One block expansion error occurred." INDENT
-                        "Ciphertext is corrupt or decryption key is incorrect." PARTIAL},
-        ResultCase{-22, "2 block expansion errors occurred." INDENT
-                        "Ciphertext is corrupt or decryption key is incorrect." PARTIAL},
-        ResultCase{-29, "9 block expansion errors occurred." INDENT
-                        "Ciphertext is corrupt or decryption key is incorrect." PARTIAL},
-        ResultCase{-30, "Unknown error #-30." PARTIAL},
-        ResultCase{-99, "Unknown error #-99." PARTIAL}, ResultCase{-100, "Unknown error #-100."},
-        ResultCase{9, "Unknown error #9."}));
 
 } // namespace
 } // namespace zr5
