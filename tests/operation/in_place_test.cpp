@@ -10,6 +10,7 @@
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/xattr.h>
