@@ -20,7 +20,6 @@ struct stat StatOf(const std::string& path) {
     EXPECT_EQ(lstat(path.c_str(), &raw), 0);
     return raw;
 }
-
 unsigned ModeOf(const std::string& path) {
     return StatOf(path).st_mode & 07777U;
 }
@@ -31,16 +30,22 @@ std::string AttributeOf(const std::string& path, const char* name) {
     return length < 0 ? "(none)" : std::string(value.data(), static_cast<std::size_t>(length));
 }
 
-using Attributes = EngineTest;
+class Attributes : public EngineTest {
+  protected:
+    /// `plain` becomes `sealed`, and that `back`.
+    void GoThroughBoth() const {
+        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    }
+};
 
 TEST_F(Attributes, ModeGoesThroughBothDirections) {
     for (const unsigned mode : {0600U, 0644U, 0400U, 0755U, 0440U, 04755U}) {
         SCOPED_TRACE(testing::Message() << std::oct << mode);
         const std::string plain = folder.Write("plain", "content");
         ASSERT_EQ(chmod(plain.c_str(), mode), 0);
-        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+        GoThroughBoth();
         EXPECT_EQ(ModeOf(folder / "sealed"), mode);
-        ASSERT_EQ(Decrypt("sealed", "back"), Success);
         EXPECT_EQ(ModeOf(folder / "back"), mode);
         folder.Empty();
     }
@@ -51,8 +56,7 @@ TEST_F(Attributes, ExtendedOnesGoThroughBothDirections) {
     ASSERT_EQ(setxattr(plain.c_str(), "user.origin", "somewhere", 9, 0), 0)
         << "tests need a temporary folder whose file system knows extended attributes";
     ASSERT_EQ(setxattr(plain.c_str(), "user.empty", "", 0, 0), 0);
-    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
-    ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    GoThroughBoth();
     for (const char* name : {"sealed", "back"}) {
         EXPECT_EQ(AttributeOf(folder / name, "user.origin"), "somewhere");
         EXPECT_EQ(AttributeOf(folder / name, "user.empty"), "");
@@ -82,9 +86,8 @@ TEST_F(Attributes, AccessListsGoThroughBothDirections) {
         GTEST_SKIP() << "the temporary folder's file system has no access lists";
     }
     const std::string expected(list.begin(), list.end());
-    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    GoThroughBoth();
     EXPECT_EQ(AttributeOf(folder / "sealed", Name), expected);
-    ASSERT_EQ(Decrypt("sealed", "back"), Success);
     EXPECT_EQ(AttributeOf(folder / "back", Name), expected);
 
     // What a folder gives to new files must not make the result readable for more people.
@@ -116,30 +119,21 @@ TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {
     }
 }
 
-/// Acts as a user without rights for as long as it lives. Only root can.
-class AsNobody {
-  public:
-    AsNobody() {
-        EXPECT_EQ(setegid(65534), 0);
-        EXPECT_EQ(seteuid(65534), 0);
-    }
-    ~AsNobody() {
-        EXPECT_EQ(seteuid(0), 0);
-        EXPECT_EQ(setegid(0), 0);
-    }
-    AsNobody(const AsNobody&) = delete;
-    AsNobody& operator=(const AsNobody&) = delete;
-};
+/// Does `work` as a user without rights. Only root can.
+void AsNobody(const std::function<void()>& work) {
+    ASSERT_EQ(setegid(65534), 0);
+    ASSERT_EQ(seteuid(65534), 0);
+    work();
+    ASSERT_EQ(seteuid(0), 0);
+    ASSERT_EQ(setegid(0), 0);
+}
 
 TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
     const std::string plain = folder.Write("plain", "content");
     ASSERT_EQ(chmod(plain.c_str(), 06754), 0);
     ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
-    {
-        const AsNobody nobody;
-        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
-    }
+    AsNobody([&] { EXPECT_EQ(Encrypt("plain", "sealed"), Success); });
     EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
     EXPECT_EQ(ModeOf(folder / "sealed"), 0744U)
         << "neither set-id bits for the wrong user nor rights of one group for another";
@@ -153,13 +147,12 @@ TEST_F(Attributes, AFileOrFolderWithoutPermissionIsSaid) {
     ASSERT_EQ(chmod(folder.Path().c_str(), 0755), 0);
     std::filesystem::create_directory(folder / "theirs");
     ASSERT_EQ(chmod((folder / "theirs").c_str(), 0777), 0);
-    {
-        const AsNobody nobody;
+    AsNobody([&] {
         EXPECT_EQ(Encrypt("secret", "theirs/out"), InputNotOpened);
         EXPECT_EQ(Encrypt("open", "out"), OutputNotOpened);
         EXPECT_EQ(Decrypt("open", "secret"), OutputNotOpened);
         EXPECT_EQ(Decrypt("open", "theirs/out"), Success);
-    }
+    });
     EXPECT_EQ(folder.Read("secret"), "content");
     EXPECT_EQ(folder.Names(), (std::set<std::string>{"secret", "open", "theirs"}));
 }

