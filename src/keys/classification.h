@@ -1,0 +1,33 @@
+#pragma once
+
+// What can be told of the bytes of a keyfile: whether they are text, look random, or neither.
+
+#include "libs/cipher_engine.h"
+#include "libs/file_kit.h"
+#include "libs/secret.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace zr5 {
+
+/// How many bytes of a keyfile are the key, and how many a new keyfile has.
+inline constexpr std::size_t KeyfileBytes = 64;
+
+/// Whether the key is text that a person could have written.
+[[nodiscard]] bool KeyIsText(const CipherEngine& engine, const SecretBytes& buffer);
+
+/// `buffer` has KeyfileBytes bytes.
+[[nodiscard]] double KeyRandomness(FileKit& fileKit, const SecretBytes& buffer);
+/// Whether the randomness is 0.88 or more; 64 random bytes hardly ever have less than 0.9.
+[[nodiscard]] bool KeyIsApparentlyRandom(FileKit& fileKit, const SecretBytes& buffer);
+
+/// Replaces every NUL before the last byte that is none: the one at position i (from 1) becomes
+/// 128 - i. Those after it stay. So a NUL inside a keyfile is part of the key.
+void SubstituteInnerNuls(SecretBytes& buffer);
+
+enum class KeyClass { NewRandom, ApparentlyRandom, Text, NonRandomNonText };
+/// "Text key from file", …
+[[nodiscard]] std::string_view ClassLine(KeyClass keyClass);
+
+} // namespace zr5
