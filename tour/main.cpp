@@ -139,7 +139,7 @@ int main(int argc, char** argv) {
     const auto fileKit = MakeFileKit(*fileSystem, random);
     const std::filesystem::path configFolder = folder / "config";
     std::filesystem::create_directories(configFolder);
-    Program program({user, *fileSystem, *engine, *fileKit, clock,
+    Program program({user, *fileSystem, *engine, *fileKit, clock, random,
                      (executable.parent_path() / "zr5e").string(), configFolder.string()});
     const bool cameBack = Tour(program, user, folder).Run();
     std::cout << (cameBack ? "The file came back unchanged.\n" : "The tour failed.\n");

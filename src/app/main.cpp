@@ -38,7 +38,7 @@ int main(int argc, char** argv) {
     const auto engine = MakeCipherEngine(*fileSystem, clock, random);
     const auto fileKit = MakeFileKit(*fileSystem, random);
     Program program(
-        {user, *fileSystem, *engine, *fileKit, clock,
+        {user, *fileSystem, *engine, *fileKit, clock, random,
          NativePath(QCoreApplication::applicationFilePath()),
          NativePath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))});
     return program.Start() ? QApplication::exec() : 1;

@@ -4,11 +4,14 @@
 #include "app/program_links.h"
 #include "app/startup.h"
 #include "files/single_file_choice.h"
+#include "keys/keyfile_choice.h"
 #include "setup/setup_desk.h"
+#include "ui/inspect_key_window.h"
 #include "ui/key_dialog_with_display.h"
 #include "ui/key_dialog_without_display.h"
 #include "ui/main_window.h"
 #include "ui/operation_desk.h"
+#include "ui/random_key_window.h"
 #include "util/program_text.h"
 
 namespace zr5 {
@@ -27,7 +30,9 @@ struct Program::Parts {
           operations(desk, key, machine),
           window({around.user, desk, singleFile, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
-                  [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); }}) {
+                  [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); },
+                  [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); }}),
+          random(around.random) {
         operations.SetMainWindow(&window);
     }
 
@@ -38,7 +43,18 @@ struct Program::Parts {
     }
     void TypeKeyWithoutDisplay(QWidget& parent) {
         const bool wasHeld = key.IsHeld();
-        GetKeyFromKeyboardWithoutDisplay(&parent, program.user, desk.Setup().Operation, key);
+        InspectInWindow inspector(&parent, program.user, program.fileKit);
+        GetKeyFromKeyboardWithoutDisplay(&parent, program.user, desk.Setup().Operation, key,
+                                         inspector);
+        ForgetDiscardedKey(wasHeld);
+    }
+    void UseKeyfile(QWidget& parent, KeyfileMode mode) {
+        const bool wasHeld = key.IsHeld();
+        InspectInWindow inspector(&parent, program.user, program.fileKit);
+        CollectInWindow collector(&parent, machine.clock, random);
+        const KeyfileTools tools{program.user, program.fileSystem, program.engine, program.fileKit,
+                                 random,       inspector,          collector};
+        GetKeyFromKeyfile(mode, desk.Setup().Operation, tools, key);
         ForgetDiscardedKey(wasHeld);
     }
     /// A key that the user has discarded must not live on in the engine.
@@ -55,6 +71,7 @@ struct Program::Parts {
     Machine machine;
     OperationDesk operations;
     MainWindow window;
+    RandomSource& random;
 };
 
 Program::Program(const Surroundings& surroundings) {

@@ -8,6 +8,7 @@
 #include "libs/clock.h"
 #include "libs/file_kit.h"
 #include "libs/file_system.h"
+#include "libs/random.h"
 #include "util/user_port.h"
 
 #include <memory>
@@ -26,6 +27,7 @@ class Program {
         CipherEngine& engine;
         FileKit& fileKit;
         const Clock& clock;
+        RandomSource& random;
         std::string executablePath; ///< real path; program texts and manual lie beside it
         std::string configFolder;   ///< of the user; the maker's folder is made in it
     };

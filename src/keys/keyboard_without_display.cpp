@@ -58,22 +58,15 @@ bool KeyboardWithoutDisplay::EntriesMatch(UserPort& user) {
     return false;
 }
 
-KeyAnswer KeyboardWithoutDisplay::AskToInspect(UserPort& user, KeyInspector* inspector) {
-    constexpr const char* Title = "Key specified";
-    while (user.Ask(Question("Inspect the key?", Title)) == Answer::Yes) {
-        if (inspector != nullptr) {
-            inspected_ = true;
-            const InspectedKey shown{.buffer = entries_[0],
-                                     .classLine = "Key entered at keyboard",
-                                     .fileLine = {},
-                                     .isTextKey = true};
-            return inspector->Inspect(shown) ? KeyAnswer::Yes : KeyAnswer::No;
-        }
-        user.Ask(Notice("The key cannot be inspected in this version.  Please answer No to use it "
-                        "without inspecting it.",
-                        Title, BoxIcon::Information));
-    }
-    return KeyAnswer::Yes;
+KeyAnswer KeyboardWithoutDisplay::AskToInspect(UserPort& user, KeyInspector& inspector) {
+    if (user.Ask(Question("Inspect the key?", "Key specified")) != Answer::Yes)
+        return KeyAnswer::Yes;
+    inspected_ = true;
+    const InspectedKey shown{.buffer = entries_[0],
+                             .classLine = "Key entered at keyboard",
+                             .fileLine = {},
+                             .isTextKey = true};
+    return inspector.Inspect(shown) ? KeyAnswer::Yes : KeyAnswer::No;
 }
 
 void KeyboardWithoutDisplay::Commit(KeyAnswer answer, CurrentKey& key) {

@@ -37,8 +37,8 @@ class KeyboardWithoutDisplay {
     /// is told, the first entry is emptied, and the dialog stays open with the second box in
     /// focus. When they agree, the dialog closes and `AskToInspect` follows.
     [[nodiscard]] bool EntriesMatch(UserPort& user);
-    /// Offers to inspect the entry, in `inspector`; null where there is none. Yes or No.
-    [[nodiscard]] KeyAnswer AskToInspect(UserPort& user, KeyInspector* inspector);
+    /// Offers to inspect the entry. Yes or No.
+    [[nodiscard]] KeyAnswer AskToInspect(UserPort& user, KeyInspector& inspector);
     /// Carries out the answer with which the dialog was closed. `Yes` needs matching entries.
     void Commit(KeyAnswer answer, CurrentKey& key);
 

@@ -18,8 +18,6 @@ constexpr std::array NotInThisVersion{
     std::string_view{"cmdListFiles"},
     std::string_view{"cmdSpecifyFiles(0)"},
     std::string_view{"cmdSpecifyFiles(1)"},
-    std::string_view{"cmdKeyFile(0)"},
-    std::string_view{"cmdKeyFile(1)"},
     std::string_view{"cmdRandomnessReport"},
     std::string_view{"cmdNoRandomnessReport"},
     std::string_view{"cmdLoadSetup"},

@@ -1,24 +1,16 @@
 #include "ui/key_dialog_box.h"
 
 #include "keys/normalise.h"
+#include "ui/secret_text.h"
 #include "util/code_page.h"
 
 #include <algorithm>
-#include <QFont>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <utility>
 
 namespace zr5 {
 namespace {
-
-/// Overwrites the characters where they are, also those that other strings share: that is the
-/// purpose. Text without a buffer of its own (capacity 0) is constant and not overwritten.
-void OverwriteInPlace(const QString& text) {
-    if (text.capacity() == 0) return;
-    auto* characters = const_cast<QChar*>(text.constData());
-    Wipe(std::as_writable_bytes(std::span(characters, static_cast<std::size_t>(text.size()))));
-}
 
 QString Shown(const SecretBytes& entry) {
     QString text(static_cast<qsizetype>(entry.size()), QChar());
@@ -33,10 +25,7 @@ QString Shown(const SecretBytes& entry) {
 
 KeyBox::KeyBox(Characters characters, Edit edit, Entry entry)
     : edit_(std::move(edit)), entry_(std::move(entry)) {
-    QFont keyFont = font();
-    keyFont.setFamilies({QStringLiteral("Courier New")});
-    keyFont.setStyleHint(QFont::Monospace);
-    setFont(keyFont);
+    UseCourier(*this);
     setMaxLength(static_cast<int>(MaxKeyLength));
     setAcceptDrops(false);
     if (characters == Characters::Masked) {

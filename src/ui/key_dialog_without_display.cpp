@@ -104,7 +104,7 @@ void KeyDialogWithoutDisplay::CompareEntries() {
 }
 
 void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, UserPort& user, Function operation,
-                                      CurrentKey& key, KeyInspector* inspector) {
+                                      CurrentKey& key, KeyInspector& inspector) {
     KeyboardWithoutDisplay rules(operation);
     KeyDialogWithoutDisplay dialog(rules, user, parent);
     const bool entered = dialog.exec() == QDialog::Accepted;

@@ -41,9 +41,9 @@ class KeyDialogWithoutDisplay final : public QDialog {
     QPushButton* cancel_;
 };
 
-/// Lets the user type a key twice, offers to inspect it in `inspector` (null where there is
-/// none), and makes it the current one, drops the current one, or leaves it.
+/// Lets the user type a key twice, offers to inspect it, and makes it the current one, drops the
+/// current one, or leaves it.
 void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, UserPort& user, Function operation,
-                                      CurrentKey& key, KeyInspector* inspector = nullptr);
+                                      CurrentKey& key, KeyInspector& inspector);
 
 } // namespace zr5

@@ -5,6 +5,7 @@
 #include "files/single_file_choice.h"
 #include "keys/current_key.h"
 #include "keys/key_frame.h"
+#include "keys/keyfile_choice.h"
 #include "setup/setup_desk.h"
 #include "ui/main_window_actions.h"
 
@@ -30,6 +31,7 @@ struct MainWindowParts {
     /// The key dialogs; each leaves its result in `key`.
     std::function<void(QWidget& parent)> typeKeyWithDisplay;
     std::function<void(QWidget& parent)> typeKeyWithoutDisplay;
+    std::function<void(QWidget& parent, KeyfileMode mode)> getKeyFromKeyfile = {};
 };
 
 class MainWindow : public QWidget {
@@ -82,6 +84,9 @@ class MainWindow : public QWidget {
     void OpenKeyFrame();
     void TypeKeyWithDisplay();
     void TypeKeyWithoutDisplay();
+    void GetKeyFromKeyfile();
+    void CreateKeyfile();
+    void KeyChosen();
     void EraseKeyOnRequest();
     void CloseKeyFrame();
     void OpenSetup();

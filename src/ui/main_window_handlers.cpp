@@ -61,6 +61,8 @@ void MainWindow::ConnectSetupFrames() {
 void MainWindow::ConnectKeyFrame() {
     OnButton("cmdKeyboardWithDisplay", &MainWindow::TypeKeyWithDisplay);
     OnButton("cmdKeyboardWithoutDisplay", &MainWindow::TypeKeyWithoutDisplay);
+    OnButton("cmdKeyFile(0)", &MainWindow::GetKeyFromKeyfile);
+    OnButton("cmdKeyFile(1)", &MainWindow::CreateKeyfile);
     OnButton("cmdEraseKey", &MainWindow::EraseKeyOnRequest);
     OnButton("cmdDontSpecifyKeyNow", &MainWindow::CloseKeyFrame);
 }
@@ -136,20 +138,32 @@ void MainWindow::OpenKeyFrame() {
 
 void MainWindow::TypeKeyWithDisplay() {
     parts_.typeKeyWithDisplay(*this);
-    RefreshKeyLabels();
-    CloseKeyFrame();
+    KeyChosen();
 }
 
 void MainWindow::TypeKeyWithoutDisplay() {
     parts_.typeKeyWithoutDisplay(*this);
+    KeyChosen();
+}
+
+void MainWindow::GetKeyFromKeyfile() {
+    parts_.getKeyFromKeyfile(*this, KeyfileMode::Existing);
+    KeyChosen();
+}
+
+void MainWindow::CreateKeyfile() {
+    parts_.getKeyFromKeyfile(*this, KeyfileMode::Create);
+    KeyChosen();
+}
+
+void MainWindow::KeyChosen() {
     RefreshKeyLabels();
     CloseKeyFrame();
 }
 
 void MainWindow::EraseKeyOnRequest() {
     EraseKeyAndTell(parts_.key, parts_.engine, parts_.user);
-    RefreshKeyLabels();
-    CloseKeyFrame();
+    KeyChosen();
 }
 
 void MainWindow::CloseKeyFrame() {

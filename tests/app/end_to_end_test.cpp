@@ -37,7 +37,7 @@ class EndToEnd : public testing::Test {
     EndToEnd() {
         std::filesystem::copy_file(PROGRAM_TEXTS, home / "zr5e.dat");
         program = std::make_unique<Program>(Program::Surroundings{
-            user, *system, *engine, *kit, clock, home / "zr5e", home.Path() + "config"});
+            user, *system, *engine, *kit, clock, random, home / "zr5e", home.Path() + "config"});
         user.Expect("Startup", "1. Select 'Encrypt' or 'Decrypt'\r\n"
                                "2. Select 'Single file' or 'Files in a folder'\r\n"
                                "3. Select the input file or folder\r\n\r\n"

@@ -1,5 +1,6 @@
 #include "keys/keyboard_with_display.h"
 #include "keys/keyboard_without_display.h"
+#include "support/key_windows.h"
 #include "support/scripted_user.h"
 
 #include <gtest/gtest.h>
@@ -188,7 +189,8 @@ TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhe
     key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
     Type(Typed, Typed);
     user.Expect(inspectQuestion, Answer::No);
-    const KeyAnswer answer = dialog.AskToInspect(user, nullptr);
+    test::FakeInspector inspector;
+    const KeyAnswer answer = dialog.AskToInspect(user, inspector);
     EXPECT_EQ(answer, KeyAnswer::Yes);
     dialog.Commit(answer, key);
     ExpectTypedKey(key);
@@ -204,43 +206,19 @@ TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhe
     EXPECT_TRUE(dialog.Entry(0).empty());
 }
 
-TEST_F(WithoutDisplay, AsksAgainWhereNothingCanInspect) {
-    user.Expect(inspectQuestion, Answer::Yes)
-        .Expect("Key specified", "The key cannot be inspected in this version.  Please answer No "
-                                 "to use it without inspecting it.")
-        .Expect(inspectQuestion, Answer::No);
-    dialog.Edit(0, Typed);
-    EXPECT_EQ(dialog.AskToInspect(user, nullptr), KeyAnswer::Yes);
-}
-
-/// Remembers what it was shown, and answers what a test says.
-class FakeInspector final : public KeyInspector {
-  public:
-    bool answer = true;
-    std::string buffer, classLine, fileLine;
-    bool isTextKey = false;
-
-    bool Inspect(const InspectedKey& key) override {
-        buffer = key.buffer.text();
-        classLine = key.classLine;
-        fileLine = key.fileLine;
-        isTextKey = key.isTextKey && !key.isApparentlyRandom && !key.isNewRandomKey;
-        return answer;
-    }
-};
-
 TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
     for (const bool accepted : {true, false}) {
         CurrentKey key = KeyfileKey();
-        FakeInspector inspector;
+        test::FakeInspector inspector;
         inspector.answer = accepted;
         Type(Typed, Typed);
         user.Expect(inspectQuestion, Answer::Yes);
-        const KeyAnswer answer = dialog.AskToInspect(user, &inspector);
+        const KeyAnswer answer = dialog.AskToInspect(user, inspector);
         EXPECT_EQ(inspector.buffer, TypedBytes);
         EXPECT_EQ(inspector.classLine, "Key entered at keyboard");
         EXPECT_EQ(inspector.fileLine, "");
-        EXPECT_TRUE(inspector.isTextKey);
+        EXPECT_TRUE(inspector.isTextKey && !inspector.isApparentlyRandom);
+        EXPECT_FALSE(inspector.isNewRandomKey);
         ExpectUntouchedKeyfileKey(key);
         dialog.Commit(answer, key);
         if (accepted) {

@@ -1,3 +1,4 @@
+#include "support/key_windows.h"
 #include "support/scripted_user.h"
 #include "support/window_driver.h"
 #include "ui/key_dialog_with_display.h"
@@ -178,6 +179,7 @@ TEST_F(WithoutDisplayWindow, StaysOpenAfterAMismatchWithTheSecondBoxInFocus) {
 TEST(KeyFromKeyboardWithoutDisplay, IsTakenAfterTheQuestionUnlessTheWindowIsCancelled) {
     CurrentKey key;
     ScriptedUser user;
+    test::FakeInspector inspector;
     for (const char* button : {"cmdCancel", "cmdOK"}) {
         EXPECT_FALSE(key.IsHeld());
         if (std::string_view(button) == "cmdOK")
@@ -187,7 +189,7 @@ TEST(KeyFromKeyboardWithoutDisplay, IsTakenAfterTheQuestionUnlessTheWindowIsCanc
             TypeIn(window, "txbKey(1)", Typed);
             Press(window, button);
         });
-        GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key);
+        GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key, inspector);
     }
     EXPECT_EQ(key.keyText.text(), "ABCDEFGHIJKLMNOP");
     EXPECT_TRUE(key.rawKeyEntry.empty()) << "never filled in elsewhere";

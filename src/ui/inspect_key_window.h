@@ -1,0 +1,55 @@
+#pragma once
+
+// The window in which the user looks at a key before using it.
+
+#include "keys/key_inspection.h"
+#include "keys/key_inspector.h"
+
+#include <array>
+#include <QDialog>
+
+class QLabel;
+class QRadioButton;
+
+namespace zr5 {
+
+/// `frmInspectKey`; accepted when the user wants to use the key.
+class InspectKeyWindow final : public QDialog {
+    Q_OBJECT
+
+  public:
+    InspectKeyWindow(KeyInspection& rules, UserPort& user, QWidget* parent = nullptr);
+    /// Overwrites the rows.
+    ~InspectKeyWindow() override;
+    InspectKeyWindow(const InspectKeyWindow&) = delete;
+    InspectKeyWindow& operator=(const InspectKeyWindow&) = delete;
+
+  private:
+    QRadioButton* AddOption(const char* name, const char* caption, KeyView view);
+    void MakeRow(std::size_t row);
+    void LayOut();
+    void ShowView();
+    void WipeRows();
+    [[nodiscard]] int RowWidth() const;
+
+    KeyInspection& rules_;
+    std::array<QRadioButton*, 3> options_;
+    std::array<QLabel*, KeyInspection::Rows> places_{};
+    std::array<QLabel*, KeyInspection::Rows> rows_{};
+    QLabel* layoutNote_;
+};
+
+/// Opens the window over `parent`.
+class InspectInWindow final : public KeyInspector {
+  public:
+    InspectInWindow(QWidget* parent, UserPort& user, FileKit& fileKit)
+        : parent_(parent), user_(user), fileKit_(fileKit) {}
+    [[nodiscard]] bool Inspect(const InspectedKey& key) override;
+
+  private:
+    QWidget* parent_;
+    UserPort& user_;
+    FileKit& fileKit_;
+};
+
+} // namespace zr5
