@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zr5 {
 
@@ -38,6 +39,12 @@ struct FileInfo {
     std::uint64_t linkCount = 1;
     FileIdentity identity;
     std::int64_t modifiedNs = 0; ///< time of the last change of the content
+};
+
+/// One name in a folder; what a link leads to is not asked.
+struct FolderEntry {
+    std::string name;
+    FileKind kind = FileKind::Regular;
 };
 
 struct ReadResult {
@@ -106,6 +113,10 @@ class FileSystem {
     [[nodiscard]] virtual bool FolderAcceptsFiles(const std::string& path) = 0;
     /// Makes a folder that only its owner may enter (0700).
     [[nodiscard]] virtual FsStatus MakeFolder(const std::string& path) = 0;
+    /// What is in a folder, in the order of the file system; nothing when it cannot be read or is
+    /// no folder. A link at the end of the path is not followed.
+    [[nodiscard]] virtual std::optional<std::vector<FolderEntry>>
+    ListFolder(const std::string& path) = 0;
     /// The path with every link resolved; empty when nothing is there.
     [[nodiscard]] virtual std::optional<std::string> CanonicalPath(const std::string& path) = 0;
     /// The free bytes that this user may fill on the drive that holds `path`.

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -294,6 +295,31 @@ class PosixFileSystem final : public FileSystem {
         return StatusOfCall(mkdir(path.c_str(), 0700));
     }
 
+    std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
+        const int descriptor =
+            open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        if (descriptor < 0) return std::nullopt;
+        struct CloseFolder {
+            void operator()(DIR* folder) const { closedir(folder); }
+        };
+        const std::unique_ptr<DIR, CloseFolder> folder(fdopendir(descriptor));
+        if (!folder) {
+            close(descriptor);
+            return std::nullopt;
+        }
+        std::vector<FolderEntry> entries;
+        while (true) {
+            errno = 0; // only readdir's own failure counts
+            const dirent* entry = readdir(folder.get());
+            if (entry == nullptr) break;
+            const std::string_view name = entry->d_name;
+            if (name == "." || name == "..") continue;
+            entries.push_back({std::string(name), KindOf(descriptor, *entry)});
+        }
+        if (errno != 0) return std::nullopt;
+        return entries;
+    }
+
     std::optional<std::string> CanonicalPath(const std::string& path) override {
         const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
                                                                    &std::free);
@@ -313,6 +339,24 @@ class PosixFileSystem final : public FileSystem {
     }
 
   private:
+    static FileKind KindOf(int folder, const dirent& entry) {
+        switch (entry.d_type) {
+        case DT_REG:
+            return FileKind::Regular;
+        case DT_DIR:
+            return FileKind::Folder;
+        case DT_LNK:
+            return FileKind::Link;
+        case DT_UNKNOWN: {
+            struct stat raw {};
+            const bool known = fstatat(folder, entry.d_name, &raw, AT_SYMLINK_NOFOLLOW) == 0;
+            return known ? InfoFrom(raw).kind : FileKind::Special;
+        }
+        default:
+            return FileKind::Special;
+        }
+    }
+
     static OpenResult Open(const std::string& path, int flags) {
         const int descriptor = Retrying(
             [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600); });

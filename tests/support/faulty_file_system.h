@@ -66,6 +66,9 @@ class FaultyFileSystem : public FileSystem {
         return inner_.FolderAcceptsFiles(path);
     }
     FsStatus MakeFolder(const std::string& path) override { return inner_.MakeFolder(path); }
+    std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
+        return inner_.ListFolder(path);
+    }
     std::optional<std::string> CanonicalPath(const std::string& path) override {
         return inner_.CanonicalPath(path);
     }

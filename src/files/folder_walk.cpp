@@ -1,0 +1,94 @@
+#include "files/folder_walk.h"
+
+#include "files/file_pattern.h"
+#include "files/forbidden_folder.h"
+#include "util/paths.h"
+
+#include <algorithm>
+
+namespace zr5 {
+namespace {
+
+class Walk {
+  public:
+    Walk(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor)
+        : fileSystem_(fileSystem), request_(request), visitor_(visitor) {}
+
+    WalkResult Run() {
+        const auto canonical = fileSystem_.CanonicalPath(request_.folder);
+        if (canonical) Enter(request_.folder, WithTrailingSeparator(*canonical));
+        return result_;
+    }
+
+  private:
+    /// `canonical` leads to the folder without links, which is what is judged. False: the walk
+    /// is over.
+    bool Enter(const std::string& folder, const std::string& canonical) {
+        auto entries = fileSystem_.ListFolder(canonical);
+        if (!entries) return true;
+        std::erase_if(*entries, [&](const FolderEntry& entry) { return !IsWanted(entry); });
+        const auto files = std::ranges::count(*entries, FileKind::Regular, &FolderEntry::kind);
+        visitor_.EnterFolder(folder, static_cast<std::uint64_t>(files),
+                             entries->size() - static_cast<std::size_t>(files));
+        return TakeFiles(folder, *entries) && EnterSubfolders(folder, canonical, *entries);
+    }
+
+    [[nodiscard]] bool IsWanted(const FolderEntry& entry) const {
+        if (entry.kind == FileKind::Regular) return MatchesPattern(entry.name, request_.pattern);
+        return entry.kind == FileKind::Folder;
+    }
+
+    bool TakeFiles(const std::string& folder, const std::vector<FolderEntry>& entries) {
+        for (const FolderEntry& entry : entries) {
+            if (entry.kind != FileKind::Regular) continue;
+            const std::string path = folder + entry.name;
+            ++result_.files;
+            if (request_.addsUpSizes) {
+                if (const auto info = fileSystem_.Info(path)) {
+                    result_.totalBytes += info->lengthBytes;
+                }
+            }
+            visitor_.MeetFile(path);
+            const bool full = request_.limit != 0 && result_.files == request_.limit;
+            if (full || !visitor_.GoesOn()) {
+                result_.cutShort = true;
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool EnterSubfolders(const std::string& folder, const std::string& canonical,
+                         const std::vector<FolderEntry>& entries) {
+        if (!request_.withSubfolders) return true;
+        for (const FolderEntry& entry : entries) {
+            if (entry.kind != FileKind::Folder) continue;
+            const std::string path = WithTrailingSeparator(folder + entry.name);
+            const std::string canonicalPath = WithTrailingSeparator(canonical + entry.name);
+            if (ForbiddenFolderName(canonicalPath)) {
+                visitor_.MeetProhibitedFolder(path);
+                continue;
+            }
+            ++result_.subfolders;
+            if (!visitor_.GoesOn()) {
+                result_.cutShort = true;
+                return false;
+            }
+            if (!Enter(path, canonicalPath)) return false;
+        }
+        return true;
+    }
+
+    FileSystem& fileSystem_;
+    const WalkRequest& request_;
+    WalkVisitor& visitor_;
+    WalkResult result_;
+};
+
+} // namespace
+
+WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor) {
+    return Walk(fileSystem, request, visitor).Run();
+}
+
+} // namespace zr5
