@@ -3,6 +3,7 @@
 #include "app/next_run_setup.h"
 #include "app/program_links.h"
 #include "app/startup.h"
+#include "files/folder_choice.h"
 #include "files/single_file_choice.h"
 #include "keys/keyfile_choice.h"
 #include "setup/setup_desk.h"
@@ -22,13 +23,14 @@ struct Program::Parts {
               around.user, around.fileSystem,
               [&kit = around.fileKit](std::int16_t number) { return GetProgramText(kit, number); }),
           singleFile(around.user, around.fileSystem, desk),
+          folder(around.user, around.fileSystem, desk),
           program{around.user, around.fileSystem, around.engine, around.fileKit, key, desk},
           nextRunSetupPath(NextRunSetupPath(around.fileSystem, around.configFolder)),
           links(program, around.executablePath, nextRunSetupPath),
           machine{around.fileSystem, around.engine, around.fileKit,
                   around.user,       around.clock,  around.executablePath},
           operations(desk, key, machine),
-          window({around.user, desk, singleFile, key, around.engine, operations, links,
+          window({around.user, desk, singleFile, folder, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
                   [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); },
                   [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); }}),
@@ -65,6 +67,7 @@ struct Program::Parts {
     CurrentKey key;
     SetupDesk desk;
     SingleFileChoice singleFile;
+    FolderChoice folder;
     ProgramParts program;
     std::string nextRunSetupPath;
     ProgramLinks links;

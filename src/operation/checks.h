@@ -8,12 +8,9 @@
 
 namespace zr5 {
 
-/// Whether the operation may start: the output is not the input, there is a key, an output is
-/// chosen, and the user confirms.
+/// Whether the operation may start: the output is not the input, there is something to do and
+/// not too much, there is a key, an output is chosen, and the user confirms.
 [[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
                             ConfirmationView& view);
-
-/// The work list of a single-file operation.
-[[nodiscard]] WorkList SingleFileList(const OperationSetup& setup);
 
 } // namespace zr5

@@ -39,6 +39,7 @@ class Driver {
 
     void Run() {
         WriteHeading();
+        MeasureWhole();
         if (screen_.IsFull()) {
             screen_.AppendAlways("Textbox is full.\r\n");
             screen_.Halt();
@@ -52,6 +53,9 @@ class Driver {
             }
             --filesLeft_;
             ProcessFile(item);
+            whole_.bytesDone += item.lengthBytes;
+            ++whole_.filesDone;
+            if (whole_.files > 1) screen_.ShowWhole(whole_);
             if (abandoned_ || EndsAfter(++index)) return;
         }
     }
@@ -70,6 +74,13 @@ class Driver {
                               " to " + (files == 1 ? "a file" : "files");
         if (inPlace) heading += " with same name.";
         screen_.AppendToReport(heading + "\r\n");
+    }
+
+    void MeasureWhole() {
+        for (const WorkItem& item : operation_.list) {
+            if (item.kind == WorkItem::Kind::File) ++whole_.files;
+            whole_.totalBytes += item.lengthBytes;
+        }
     }
 
     void WriteFolder(const WorkItem& item) {
@@ -232,6 +243,7 @@ class Driver {
     ReportScreen& screen_;
     PurgeWarning warning_;
     std::ptrdiff_t filesLeft_;
+    OperationProgress whole_;
     bool abandoned_ = false;
 };
 

@@ -10,6 +10,7 @@
 #include "setup/operation_setup.h"
 #include "util/user_port.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct WorkItem {
     Kind kind = Kind::File;
     std::string inputPath;  ///< of the file or folder
     std::string outputPath; ///< of the file; equal to inputPath in place
+    /// Of the file when the list was made: for showing progress, never for deciding.
+    std::uint64_t lengthBytes = 0;
 };
 
 /// A snapshot of what is to be processed, in order.

@@ -2,7 +2,10 @@
 
 #include "setup/verb_form.h"
 #include "util/durations.h"
+#include "util/numbers.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace zr5 {
@@ -106,6 +109,7 @@ void ReportScreen::BeginRun(Function operation) {
     perFileReportingOff_ = false;
     closesAfterRun_ = false;
     progress_ = {};
+    whole_ = {};
     startedAt_ = clock_.Now();
     startTimeOfDay_ = clock_.TimeOfDay();
     if (view_ != nullptr) view_->TextReplaced();
@@ -116,6 +120,7 @@ void ReportScreen::EndRun() {
     ranFor_ = Elapsed();
     pauseRequested_ = false;
     progress_ = {};
+    whole_ = {};
     SetState(stopRequested_ ? State::Stopped : State::Done);
 }
 
@@ -173,6 +178,44 @@ void ReportScreen::PauseStep() {
 void ReportScreen::ShowProgress(FileProgress progress) {
     progress_ = std::move(progress);
     NotifyState();
+}
+
+void ReportScreen::ShowCount(Function operation, std::uint64_t files) {
+    caption_ = files == 0 ? "Report"
+                          : std::to_string(files) + (files == 1 ? " file" : " files") + " to be " +
+                                VerbForm(operation, "encrypted");
+    NotifyState();
+}
+
+void ReportScreen::ShowWhole(const OperationProgress& whole) {
+    whole_ = whole;
+    NotifyState();
+}
+
+double OperationProgress::Fraction() const {
+    constexpr double BytesOfAFile = 65536.0;
+    const double all = static_cast<double>(totalBytes) + BytesOfAFile * static_cast<double>(files);
+    const double done =
+        static_cast<double>(bytesDone) + BytesOfAFile * static_cast<double>(filesDone);
+    return all > 0 ? std::min(done / all, 1.0) : 0.0;
+}
+
+std::string ReportScreen::WholeText() const {
+    constexpr double Megabyte = 1024.0 * 1024.0;
+    constexpr double EnoughToJudge = 0.02;
+    const auto megabytes = [](std::uint64_t bytes) {
+        return WithThousands(static_cast<double>(bytes) / Megabyte, 2);
+    };
+    std::string text = WithThousands(whole_.filesDone) + " of " + WithThousands(whole_.files) +
+                       " files, " + megabytes(whole_.bytesDone) + " of " +
+                       megabytes(whole_.totalBytes) + " MB";
+    const double fraction = whole_.Fraction();
+    if (fraction > EnoughToJudge) {
+        const double seconds =
+            static_cast<double>(Elapsed().count()) / 1000.0 * (1.0 - fraction) / fraction;
+        text += ", " + FormatDuration(static_cast<std::uint64_t>(std::llround(seconds))) + " left";
+    }
+    return text;
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {

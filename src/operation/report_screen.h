@@ -38,6 +38,17 @@ struct FileProgress {
     std::uint64_t totalBytes = 0;
 };
 
+/// How far the whole operation has come, the file that is worked on included.
+struct OperationProgress {
+    std::uint64_t files = 0;
+    std::uint64_t filesDone = 0;
+    std::uint64_t totalBytes = 0;
+    std::uint64_t bytesDone = 0;
+
+    /// From 0 to 1. A file costs time of its own besides its bytes.
+    [[nodiscard]] double Fraction() const;
+};
+
 struct OperationCounters {
     std::uint64_t filesAttempted = 0;
     std::uint64_t filesProcessed = 0;
@@ -71,6 +82,12 @@ class ReportScreen {
     /// The line about time: when the run began and how long it has taken.
     [[nodiscard]] std::string TimeText() const;
     [[nodiscard]] const FileProgress& Progress() const { return progress_; }
+    /// Of an operation on several files; no files while there is none.
+    [[nodiscard]] const OperationProgress& Whole() const { return whole_; }
+    /// "12 of 340 files, 5.20 of 80.00 MB, 2 minutes left".
+    [[nodiscard]] std::string WholeText() const;
+    /// The caption of the window: "Report", or how many files were counted.
+    [[nodiscard]] const std::string& Caption() const { return caption_; }
 
     // What the user does.
     void StopPressed();
@@ -102,6 +119,9 @@ class ReportScreen {
     /// Between two files: waits while the user has paused.
     void PauseStep();
     void ShowProgress(FileProgress progress);
+    /// Shows the running count in the caption.
+    void ShowCount(Function operation, std::uint64_t files);
+    void ShowWhole(const OperationProgress& whole);
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
     [[nodiscard]] std::chrono::milliseconds Elapsed() const;
     /// The same to the nearest second, as people read it.
@@ -127,6 +147,8 @@ class ReportScreen {
     std::chrono::milliseconds startTimeOfDay_{0};
     std::chrono::milliseconds ranFor_{0};
     FileProgress progress_;
+    OperationProgress whole_;
+    std::string caption_ = "Report";
 };
 
 } // namespace zr5

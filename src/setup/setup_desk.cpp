@@ -1,9 +1,11 @@
 #include "setup/setup_desk.h"
 
 #include "setup/field_rules.h"
+#include "util/display.h"
 #include "util/paths.h"
 #include "util/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zr5 {
@@ -48,7 +50,19 @@ void SetupDesk::AnswerSubfolders(bool include) {
         user_.Ask(Notice("Please select an input folder.", "Subfolders?", BoxIcon::Information));
         return;
     }
+    if (include && !HasSubfolders()) {
+        user_.Ask(Notice(DisplayName(state_.setup.Folder[Input]) + " has no subfolders.",
+                         "Subfolders?", BoxIcon::Information));
+        return;
+    }
     state_.setup.SubfolderAnswer = include;
+}
+
+bool SetupDesk::HasSubfolders() {
+    const auto canonical = fileSystem_.CanonicalPath(state_.setup.Folder[Input]);
+    const auto entries = canonical ? fileSystem_.ListFolder(*canonical) : std::nullopt;
+    return entries &&
+           std::ranges::find(*entries, FileKind::Folder, &FolderEntry::kind) != entries->end();
 }
 
 bool SetupDesk::LeaveFilePattern(std::string_view text, Leaving leaving) {
@@ -97,6 +111,16 @@ void SetupDesk::SetOutputFile(const std::string& folder, const std::string& name
     setup.FolderCaption[Output] = LabelFor(folder);
     setup.FilesCaption[Output] = LabelFor(name);
     WriteEqualityNotes(setup, programText_);
+}
+
+void SetupDesk::SetInputFolder(const std::string& folder) {
+    OperationSetup& setup = state_.setup;
+    const std::string pattern = setup.EffectivePattern();
+    setup.Folder[Input] = folder;
+    setup.FileName[Input] = pattern;
+    setup.FolderCaption[Input] = LabelFor(folder);
+    setup.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
+    SetOutputFile(folder, pattern);
 }
 
 void SetupDesk::Ask(Prompt prompt) {

@@ -32,7 +32,7 @@ class SetupDesk {
     void SelectInputMode(InputSource source);
     /// Overwriting makes the output the input; a different file keeps what stands.
     void SelectOutputMode(OutputTarget target);
-    /// Refused with a box while no input folder is chosen.
+    /// Refused with a box while no input folder is chosen, and yes where there is no subfolder.
     void AnswerSubfolders(bool include);
 
     /// A box is left. `Speaking` explains a refusal in a box; `Silently` only keeps the value in
@@ -45,6 +45,8 @@ class SetupDesk {
     /// output follows; else it is empty until it is chosen anew.
     void SetInputFile(const std::string& folder, const std::string& name);
     void SetOutputFile(const std::string& folder, const std::string& name);
+    /// The folder (with its separator) of a folder operation, which works in place.
+    void SetInputFolder(const std::string& folder);
 
     /// Changes what stands in the place of the menu.
     void Show(Pane pane) { state_.pane = pane; }
@@ -77,6 +79,7 @@ class SetupDesk {
 
   private:
     void ClearInputChoice();
+    [[nodiscard]] bool HasSubfolders();
     void MeasureInput();
 
     UserPort& user_;

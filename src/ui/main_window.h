@@ -2,6 +2,7 @@
 
 // `frmMain`: shows what the desk derives and passes on what the user does.
 
+#include "files/folder_choice.h"
 #include "files/single_file_choice.h"
 #include "keys/current_key.h"
 #include "keys/key_frame.h"
@@ -24,6 +25,7 @@ struct MainWindowParts {
     UserPort& user;
     SetupDesk& desk;
     SingleFileChoice& singleFile;
+    FolderChoice& folder;
     CurrentKey& key;
     CipherEngine& engine;
     MainWindowActions& actions;
@@ -74,6 +76,7 @@ class MainWindow : public QWidget {
 
     void ChooseInput();
     void ChooseOutput();
+    void ChooseFolder();
     void Perform();
     void ListFiles();
     void ViewReport();

@@ -40,6 +40,7 @@ void MainWindow::ConnectOptions() {
 void MainWindow::ConnectMenu() {
     OnButton("cmdSingleFile(0)", &MainWindow::ChooseInput);
     OnButton("cmdSingleFile(1)", &MainWindow::ChooseOutput);
+    OnButton("cmdSpecifyDirectory", &MainWindow::ChooseFolder);
     OnButton("cmdListFiles", &MainWindow::ListFiles);
     OnButton("cmdKeyFrom", &MainWindow::OpenKeyFrame);
     OnButton("cmdDoIt", &MainWindow::Perform);
@@ -83,6 +84,12 @@ void MainWindow::ChooseInput() {
 
 void MainWindow::ChooseOutput() {
     parts_.singleFile.ChooseOutput(FromQt(Find<QPushButton>("cmdSingleFile(1)")->text()));
+    Refresh();
+}
+
+void MainWindow::ChooseFolder() {
+    if (!LeaveTextBoxes()) return;
+    parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory")->text()));
     Refresh();
 }
 

@@ -2,9 +2,32 @@
 
 #include "operation/checks.h"
 #include "operation/operation_run.h"
+#include "operation/work_list.h"
 #include "ui/confirm_window.h"
 
 namespace zr5 {
+namespace {
+
+/// While it lives, the main window is out of use: counting, checking and running let the
+/// interface react, and nothing must begin a second operation.
+class OutOfUse {
+  public:
+    OutOfUse(SetupDesk& setup, QWidget* window) : setup_(setup), window_(window) { Set(true); }
+    ~OutOfUse() { Set(false); }
+    OutOfUse(const OutOfUse&) = delete;
+    OutOfUse& operator=(const OutOfUse&) = delete;
+
+  private:
+    void Set(bool outOfUse) {
+        setup_.SetOperationRunning(outOfUse);
+        if (window_ != nullptr) window_->setEnabled(!outOfUse);
+    }
+
+    SetupDesk& setup_;
+    QWidget* window_;
+};
+
+} // namespace
 
 OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine)
     : setup_(setup), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
@@ -12,14 +35,13 @@ OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& m
 void OperationDesk::Perform() {
     ConfirmInWindow confirmation(mainWindow_);
     const OperationSetup& setup = setup_.Setup();
+    const OutOfUse outOfUse(setup_, mainWindow_);
     if (!MayStart(setup, key_, machine_, confirmation)) return;
-    const WorkList list = SingleFileList(setup);
-    setup_.SetOperationRunning(true);
-    if (mainWindow_ != nullptr) mainWindow_->setEnabled(false);
     Window().ShowAtEnd();
+    screen_.ShowCount(setup.Operation, 0);
+    const WorkList list = MakeWorkList(
+        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); });
     RunOperation({setup, key_, list, machine_}, screen_);
-    if (mainWindow_ != nullptr) mainWindow_->setEnabled(true);
-    setup_.SetOperationRunning(false);
 }
 
 void OperationDesk::ShowReport() {

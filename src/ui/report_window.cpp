@@ -73,6 +73,11 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
     progress_->setObjectName(QStringLiteral("prgFile"));
     progress_->setRange(0, ProgressSteps);
     progress_->setTextVisible(false);
+    whole_ = MakeLabel("lblOperation", this);
+    wholeProgress_ = new QProgressBar(this);
+    wholeProgress_->setObjectName(QStringLiteral("prgOperation"));
+    wholeProgress_->setRange(0, ProgressSteps);
+    wholeProgress_->setTextVisible(false);
 
     stop_ = MakeButton("cmdStop", this);
     ReserveRoom(*stop_, {"Stop at next file", "Stop"});
@@ -91,6 +96,10 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
     status->addWidget(file_);
     status->addWidget(progress_);
     progress_->setFixedWidth(180);
+    auto* operation = new QHBoxLayout;
+    operation->setSpacing(GroupSpacing);
+    operation->addWidget(wholeProgress_, 1);
+    operation->addWidget(whole_);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(RowSpacing);
     buttons->addWidget(pauseContinue_);
@@ -102,6 +111,7 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
     layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
     layout->setSpacing(GroupSpacing);
     layout->addWidget(text_, 1);
+    layout->addLayout(operation);
     layout->addLayout(status);
     layout->addLayout(buttons);
     resize(820, 560);
@@ -190,7 +200,9 @@ void ReportWindow::StateChanged() {
     pauseContinue_->setText(ToQt(screen_.PauseCaption()));
     pauseContinue_->setEnabled(screen_.PauseEnabled());
     pausedDone_->setText(ToQt(screen_.PausedDoneText()));
+    setWindowTitle(ToQt(screen_.Caption()));
     ShowFileProgress();
+    ShowWhole();
     if (screen_.IsRunning()) {
         if (!clock_.isActive()) clock_.start();
         if (screen_.state() == ReportScreen::State::Paused) FlushText();
@@ -214,6 +226,15 @@ void ReportWindow::ShowFileProgress() {
     file_->setText(QStringLiteral("%1: %2 %")
                        .arg(fontMetrics().elidedText(ToQt(progress.name), Qt::ElideMiddle, 220))
                        .arg(static_cast<int>(done * 100)));
+}
+
+void ReportWindow::ShowWhole() {
+    const bool isShown = screen_.Whole().files > 1;
+    whole_->setVisible(isShown);
+    wholeProgress_->setVisible(isShown);
+    if (!isShown) return;
+    whole_->setText(ToQt(screen_.WholeText()));
+    wholeProgress_->setValue(static_cast<int>(screen_.Whole().Fraction() * ProgressSteps));
 }
 
 void ReportWindow::ShowTime() {

@@ -42,6 +42,7 @@ class ReportWindow : public QDialog, public ReportView {
     void ShowSelection();
     void ShowTime();
     void ShowFileProgress();
+    void ShowWhole();
 
     ReportScreen& screen_;
     QPlainTextEdit* text_;
@@ -49,6 +50,8 @@ class ReportWindow : public QDialog, public ReportView {
     QLabel* time_;
     QLabel* file_;
     QProgressBar* progress_;
+    QLabel* whole_;
+    QProgressBar* wholeProgress_;
     QPushButton* stop_;
     QPushButton* pauseContinue_;
     QPushButton* copy_;

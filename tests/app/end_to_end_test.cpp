@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -188,6 +189,43 @@ TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
     EXPECT_GT(seen, 2) << "the engine must let the interface react while it works";
     EXPECT_GT(seenDuringPurge, 2) << "and so must the overwriting of the input";
     user.onEvents = nullptr;
+}
+
+TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {
+    std::map<std::string, std::string> originals;
+    for (const char* name : {"a.odg", "two\nlines.odg", "not \xFF utf-8.odg", ".hidden.odg",
+                             "sub/b.odg", "sub/deep/c.odg", "sub/.Trash-1/d.odg", "e.odp"}) {
+        std::filesystem::create_directories(std::filesystem::path(folder / name).parent_path());
+        originals[name] = PatternBytes(3000, static_cast<unsigned>(originals.size()));
+        folder.Write(name, originals[name]);
+    }
+    folder.Write("sub/empty.odg", "");
+    std::filesystem::create_directory_symlink(folder.Path(), folder / "sub/loop");
+    const auto isSealed = [&](const std::string& name) {
+        return folder.Read(name) != originals[name];
+    };
+    TypeKey();
+    Choose("optFilesInAFolder");
+    user.ExpectFolder("Specify input folder", folder.Path());
+    Press(Main(), "cmdSpecifyDirectory");
+    Choose("optSubfolders");
+    auto& pattern = Control<QLineEdit>(Main(), "txbFilePattern");
+    pattern.setText("*.odg");
+    QTest::keyClick(&pattern, Qt::Key_Return);
+    const std::string report = Perform();
+    EXPECT_NE(report.find("Number of files encrypted: 6\n"), std::string::npos) << report;
+    EXPECT_NE(
+        report.find("\nFolder: " + (folder / "sub/.Trash-1/") + "\n***  Prohibited folder  ***\n"),
+        std::string::npos);
+    EXPECT_NE(report.find("This file is empty (0 bytes)."), std::string::npos);
+    for (const auto& [name, content] : originals) {
+        EXPECT_EQ(isSealed(name), name != "sub/.Trash-1/d.odg" && name != "e.odp") << name;
+    }
+    Choose("optDecrypt");
+    EXPECT_TRUE(Reports("Number of files decrypted: 6\n"));
+    for (const auto& [name, content] : originals) {
+        EXPECT_FALSE(isSealed(name)) << name;
+    }
 }
 
 TEST_F(EndToEnd, AsksForWhatIsMissingInItsOrder) {

@@ -79,6 +79,42 @@ TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     EXPECT_TRUE(view.asked.empty());
 }
 
+TEST_F(Checks, CountTheFilesOfAFolderAgainstItsMaximum) {
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.MaxNumFiles = 10;
+    for (int i = 0; i < 10; ++i) {
+        folder.Write(std::to_string(i) + ".odg", "abc");
+    }
+    setup.FilePattern = "*.odg";
+    EXPECT_TRUE(May());
+    EXPECT_EQ(view.asked.back().input,
+              "Encrypting *.odg in the folder " + folder.Path() + " (10 files).");
+    folder.Write("11.odg", "abc");
+    user.Expect(Notice("There are at least 11 matching files\r\nin the input folder.\r\n"
+                       "This is greater than the maximum number \r\n"
+                       "of files allowed (10) in a single operation.",
+                       "Maximum number of files exceeded", BoxIcon::Exclamation));
+    EXPECT_FALSE(May());
+}
+
+TEST_F(Checks, SayWhenThereIsNothingToDo) {
+    kit.texts[51] = "none in subfolders";
+    kit.texts[52] = "none";
+    setup.InputMode = InputSource::FilesInAFolder;
+    const auto expect = [&](const char* text) {
+        user.Expect(Notice(text, "Nothing to do", BoxIcon::Exclamation));
+        EXPECT_FALSE(May());
+    };
+    setup.FilePattern = "*.nothing";
+    expect("none");
+    setup.SubfolderAnswer = true;
+    expect("none in subfolders");
+    setup.SubfolderAnswer = false;
+    setup.FilePattern = "";
+    folder.Remove("a.txt");
+    expect("The input folder is empty.");
+}
+
 TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {
     OperationSetup setup;
     PurgeWarning single(setup);

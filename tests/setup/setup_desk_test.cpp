@@ -3,7 +3,9 @@
 #include "setup/verb_form.h"
 #include "setup/words.h"
 #include "support/scripted_user.h"
+#include "support/temporary_folder.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace zr5 {
@@ -127,8 +129,7 @@ TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
 
 TEST_F(Desk, KeepsBackWhatThisVersionDoesNotHave) {
     TakeFolder();
-    for (const char* name :
-         {"cmdSpecifyDirectory", "cmdListFiles", "cmdLoadSetup", "cmdRandomnessReport"}) {
+    for (const char* name : {"cmdListFiles", "cmdLoadSetup", "cmdRandomnessReport"}) {
         EXPECT_FALSE(Control(name).enabled) << name;
         EXPECT_EQ(Control(name).toolTip, "Not available in this version.") << name;
     }
@@ -205,7 +206,12 @@ TEST_F(Desk, AsksForAFolderBeforeTheSubfolderQuestionIsAnswered) {
     user.Expect("Subfolders?", "Please select an input folder.");
     desk.AnswerSubfolders(true);
     EXPECT_FALSE(Control("optSubfolders").checked);
-    TakeFolder();
+    const test::TemporaryFolder folder;
+    desk.SetInputFolder(folder.Path());
+    user.Expect(Notice(folder.Path() + " has no subfolders.", "Subfolders?", BoxIcon::Information));
+    desk.AnswerSubfolders(true);
+    EXPECT_FALSE(Control("optSubfolders").checked);
+    std::filesystem::create_directory(folder / "sub");
     desk.AnswerSubfolders(true);
     EXPECT_TRUE(Control("optSubfolders").checked);
     EXPECT_FALSE(Control("optNotSubfolders").checked);

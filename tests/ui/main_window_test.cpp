@@ -78,7 +78,8 @@ class MainWindowTest : public testing::Test {
     std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
     SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input file"; }};
     SingleFileChoice choice{user, *fileSystem, desk};
-    MainWindow window{{user, desk, choice, key, engine, program, program,
+    FolderChoice folderChoice{user, *fileSystem, desk};
+    MainWindow window{{user, desk, choice, folderChoice, key, engine, program, program,
                        [this](QWidget&) {
                            key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
                            key.keyState = key_state::Keyboard;
@@ -130,8 +131,8 @@ TEST_F(MainWindowTest, LeavesBothSubfolderOptionsOffInFolderMode) {
 }
 
 TEST_F(MainWindowTest, ShowsTheChosenFileAndPerforms) {
-    const test::TemporaryFolder folder;
-    const std::string path = folder.Write("a.txt", "x");
+    const test::TemporaryFolder files;
+    const std::string path = files.Write("a.txt", "x");
     user.ExpectFile("Select file to be encrypted", path);
     Click("cmdSingleFile(0)");
     EXPECT_EQ(Label("lblFiles(0)"), "a.txt");
@@ -165,7 +166,7 @@ TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
     EXPECT_EQ(FocusName(), "cmdSetup");
     QApplication::processEvents();
     EXPECT_EQ(box.text(), "20") << "put back, and no box was asked for";
-    Hover("cmdSpecifyDirectory");
+    Hover("cmdListFiles");
     EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
 }
 

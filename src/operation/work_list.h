@@ -1,0 +1,21 @@
+#pragma once
+
+// Which files an operation is about: counted before it is confirmed, listed when it begins.
+
+#include "operation/operation_context.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace zr5 {
+
+/// How many files the operation has; counting stops one above the maximum of the setup. Lets the
+/// interface react.
+[[nodiscard]] std::uint64_t CountFiles(const OperationSetup& setup, Machine& machine);
+
+/// The snapshot of what is to be processed: one file, or a walk through the folder with its
+/// boundaries and the prohibited folders that were passed by. `counted` is told of every file.
+[[nodiscard]] WorkList MakeWorkList(const OperationSetup& setup, Machine& machine,
+                                    const std::function<void(std::uint64_t files)>& counted);
+
+} // namespace zr5
