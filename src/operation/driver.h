@@ -4,15 +4,13 @@
 // entry in the report.
 
 #include "operation/operation_context.h"
+#include "operation/randomness_tally.h"
 #include "operation/report_screen.h"
 
 #include <string>
 
 namespace zr5 {
 
-/// The randomness of a file that is to be decrypted is measured over so many bytes, and files
-/// that are shorter are not measured.
-inline constexpr std::int32_t RandomnessSampleBytes = 4096;
 /// Below this value a file does not look encrypted.
 inline constexpr double RandomnessThreshold = 0.0;
 

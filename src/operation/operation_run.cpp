@@ -1,7 +1,7 @@
 #include "operation/operation_run.h"
 
+#include "operation/anti_virus_warning.h"
 #include "operation/driver.h"
-#include "operation/extension_lists.h"
 #include "setup/verb_form.h"
 #include "util/display.h"
 #include "util/durations.h"
@@ -9,7 +9,6 @@
 #include "util/paths.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 namespace zr5 {
@@ -22,33 +21,12 @@ std::uint64_t FilesIn(const WorkList& list) {
         std::ranges::count(list, WorkItem::Kind::File, &WorkItem::kind));
 }
 
-void WarnOfAntiVirus(const OperationContext& operation) {
-    std::map<std::string, std::uint64_t> countOf; // by extension
-    std::uint64_t files = 0;
+void WarnOfAntiVirusIn(const OperationContext& operation) {
+    ExtensionCounts counts;
     for (const WorkItem& item : operation.list) {
-        const std::string extension = ExtensionOf(item.inputPath);
-        if (item.kind == WorkItem::Kind::File && IsInPlaceExcludedExtension(extension)) {
-            ++countOf[extension];
-            ++files;
-        }
+        if (item.kind == WorkItem::Kind::File) counts.Add(ExtensionOf(item.inputPath));
     }
-    if (countOf.empty()) return;
-    std::string extensions;
-    for (const auto& [extension, count] : countOf) {
-        extensions += (extensions.empty() ? "" : ", ") + extension;
-    }
-    const std::string what =
-        countOf.size() == 1
-            ? "The file with extension " + extensions +
-                  " might cause an anti-virus program to haldt program execution."
-            : "There are" + AfterText(static_cast<std::int64_t>(files)) +
-                  " files which might cause an anti-virus program to halt program execution. "
-                  "In particular files with extension " +
-                  extensions + ".";
-    operation.machine.user.Ask(
-        Notice(what + "\r\nIf you have anti-virus software running then it is recommended that "
-                      "you disable it for this operation.",
-               "Warning!", BoxIcon::Exclamation));
+    WarnOfAntiVirus(operation.machine.user, counts);
 }
 
 /// False, after a message, when there are so many files that the limit is likely a mistake.
@@ -135,7 +113,7 @@ void RunOperation(const OperationContext& operation, ReportScreen& screen,
                                           "Textbox full", BoxIcon::Information));
         screen.Halt();
     } else {
-        WarnOfAntiVirus(operation);
+        WarnOfAntiVirusIn(operation);
         if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
             screen.AppendToReport("\r\n");
             const ProgressShown progress(operation.machine, screen);

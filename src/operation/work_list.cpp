@@ -1,16 +1,9 @@
 #include "operation/work_list.h"
 
-#include "files/folder_walk.h"
+#include "operation/randomness_tally.h"
 
 namespace zr5 {
 namespace {
-
-WalkRequest RequestFor(const OperationSetup& setup, std::uint64_t limit) {
-    return {.folder = setup.Folder[Input],
-            .pattern = setup.EffectivePattern(),
-            .withSubfolders = setup.IncludeSubfolders(),
-            .limit = limit};
-}
 
 /// Counts, and lets the interface react after each file.
 class Counter : public WalkVisitor {
@@ -28,7 +21,7 @@ class Counter : public WalkVisitor {
 class Lister : public WalkVisitor {
   public:
     Lister(Machine& machine, const std::function<void(std::uint64_t)>& counted)
-        : machine_(machine), counted_(counted) {}
+        : machine_(machine), counted_(counted), tally_(machine.fileKit) {}
 
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
                      std::uint64_t /*subfolders*/) override {
@@ -39,18 +32,21 @@ class Lister : public WalkVisitor {
     }
     void MeetFile(const std::string& path) override {
         const auto info = machine_.fileSystem.Info(path);
-        list_.push_back({WorkItem::Kind::File, path, path, info ? info->lengthBytes : 0});
+        const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
+        list_.push_back({WorkItem::Kind::File, path, path, lengthBytes});
+        tally_.Add(path, lengthBytes);
         counted_(++files_);
     }
     bool GoesOn() override {
         machine_.user.ProcessEvents();
         return true;
     }
-    [[nodiscard]] WorkList Take() { return std::move(list_); }
+    [[nodiscard]] ListedFiles Take() { return {std::move(list_), tally_.Counts()}; }
 
   private:
     Machine& machine_;
     const std::function<void(std::uint64_t)>& counted_;
+    RandomnessTally tally_;
     WorkList list_;
     std::uint64_t files_ = 0;
 };
@@ -65,21 +61,28 @@ WorkList SingleFileList(const OperationSetup& setup, FileSystem& fileSystem) {
 
 } // namespace
 
+WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
+    return {.folder = setup.Folder[Input],
+            .pattern = setup.EffectivePattern(),
+            .withSubfolders = setup.IncludeSubfolders(),
+            .limit = limit};
+}
+
 std::uint64_t CountFiles(const OperationSetup& setup, Machine& machine) {
     if (setup.InputMode == InputSource::SingleFile) return 1;
     Counter counter(machine.user);
     const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles) + 1;
-    return WalkFolder(machine.fileSystem, RequestFor(setup, limit), counter).files;
+    return WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), counter).files;
 }
 
-WorkList MakeWorkList(const OperationSetup& setup, Machine& machine,
-                      const std::function<void(std::uint64_t files)>& counted) {
+ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
+                         const std::function<void(std::uint64_t files)>& counted) {
     if (setup.InputMode == InputSource::SingleFile) {
-        return SingleFileList(setup, machine.fileSystem);
+        return {SingleFileList(setup, machine.fileSystem), std::nullopt};
     }
     Lister lister(machine, counted);
     const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles);
-    static_cast<void>(WalkFolder(machine.fileSystem, RequestFor(setup, limit), lister));
+    static_cast<void>(WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), lister));
     return lister.Take();
 }
 

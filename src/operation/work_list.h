@@ -2,10 +2,13 @@
 
 // Which files an operation is about: counted before it is confirmed, listed when it begins.
 
+#include "files/folder_walk.h"
+#include "operation/listing_summary.h"
 #include "operation/operation_context.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace zr5 {
 
@@ -13,9 +16,17 @@ namespace zr5 {
 /// interface react.
 [[nodiscard]] std::uint64_t CountFiles(const OperationSetup& setup, Machine& machine);
 
+/// The walk that finds the files of a folder operation.
+[[nodiscard]] WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit);
+
+struct ListedFiles {
+    WorkList list;
+    std::optional<RandomnessCounts> randomness; ///< of the files of a folder
+};
+
 /// The snapshot of what is to be processed: one file, or a walk through the folder with its
 /// boundaries and the prohibited folders that were passed by. `counted` is told of every file.
-[[nodiscard]] WorkList MakeWorkList(const OperationSetup& setup, Machine& machine,
-                                    const std::function<void(std::uint64_t files)>& counted);
+[[nodiscard]] ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
+                                       const std::function<void(std::uint64_t files)>& counted);
 
 } // namespace zr5

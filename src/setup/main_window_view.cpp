@@ -14,10 +14,13 @@ namespace {
 
 /// The controls of everything that is still to come. A line goes when its feature arrives.
 constexpr std::array NotInThisVersion{
-    std::string_view{"cmdListFiles"},           std::string_view{"cmdSpecifyFiles(0)"},
-    std::string_view{"cmdSpecifyFiles(1)"},     std::string_view{"cmdRandomnessReport"},
-    std::string_view{"cmdNoRandomnessReport"},  std::string_view{"cmdLoadSetup"},
-    std::string_view{"cmdSaveSetupForNextRun"}, std::string_view{"cmdSaveSetupAsOperationFile"},
+    std::string_view{"cmdSpecifyFiles(0)"},
+    std::string_view{"cmdSpecifyFiles(1)"},
+    std::string_view{"cmdRandomnessReport"},
+    std::string_view{"cmdNoRandomnessReport"},
+    std::string_view{"cmdLoadSetup"},
+    std::string_view{"cmdSaveSetupForNextRun"},
+    std::string_view{"cmdSaveSetupAsOperationFile"},
 };
 
 struct Caption {

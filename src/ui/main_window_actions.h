@@ -13,8 +13,8 @@ class MainWindowActions {
     /// "Perform": checks, confirmation, and the run on the report screen. The input is known to
     /// be there. Returns when the run has ended.
     virtual void Perform() = 0;
-    /// "List files".
-    virtual void ListFiles() = 0;
+    /// "List files"; boxes have `buttonCaption` as their title. Returns when the listing has ended.
+    virtual void ListFiles(const std::string& buttonCaption) = 0;
     [[nodiscard]] virtual bool ReportIsEmpty() = 0;
     /// Shows the report screen with its caret at the end of the text.
     virtual void ShowReport() = 0;

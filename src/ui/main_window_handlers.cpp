@@ -104,7 +104,7 @@ void MainWindow::Perform() {
 
 void MainWindow::ListFiles() {
     if (!LeaveTextBoxes()) return;
-    parts_.actions.ListFiles();
+    parts_.actions.ListFiles(FromQt(Find<QPushButton>("cmdListFiles")->text()));
     OperationEnded();
 }
 

@@ -1,6 +1,7 @@
 #include "ui/operation_desk.h"
 
 #include "operation/checks.h"
+#include "operation/file_listing.h"
 #include "operation/operation_run.h"
 #include "operation/work_list.h"
 #include "ui/confirm_window.h"
@@ -39,9 +40,17 @@ void OperationDesk::Perform() {
     if (!MayStart(setup, key_, machine_, confirmation)) return;
     Window().ShowAtEnd();
     screen_.ShowCount(setup.Operation, 0);
-    const WorkList list = MakeWorkList(
+    const ListedFiles listed = MakeWorkList(
         setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); });
-    RunOperation({setup, key_, list, machine_}, screen_);
+    RunOperation({setup, key_, listed.list, machine_}, screen_, listed.randomness);
+}
+
+void OperationDesk::ListFiles(const std::string& buttonCaption) {
+    const OutOfUse outOfUse(setup_, mainWindow_);
+    zr5::ListFiles(setup_.Setup(), machine_, screen_, buttonCaption, [this] {
+        screen_.ShowCount(setup_.Setup().Operation, 0);
+        Window().ShowAtEnd();
+    });
 }
 
 void OperationDesk::ShowReport() {

@@ -21,7 +21,7 @@ class OperationDesk final : public MainWindowActions {
     void SetMainWindow(QWidget* mainWindow) { mainWindow_ = mainWindow; }
 
     void Perform() override;
-    void ListFiles() override {}
+    void ListFiles(const std::string& buttonCaption) override;
     [[nodiscard]] bool ReportIsEmpty() override { return screen_.IsEmpty(); }
     void ShowReport() override;
     void RequestStop() override { screen_.StopPressed(); }

@@ -24,7 +24,7 @@ class RecordingProgram : public MainWindowActions, public ProgramActions {
         log.push_back("perform");
         if (onPerform) onPerform();
     }
-    void ListFiles() override { log.push_back("list"); }
+    void ListFiles(const std::string&) override { log.push_back("list"); }
     bool ReportIsEmpty() override { return reportIsEmpty; }
     void ShowReport() override { log.push_back("report"); }
     void RequestStop() override { log.push_back("stop"); }
@@ -166,7 +166,7 @@ TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
     EXPECT_EQ(FocusName(), "cmdSetup");
     QApplication::processEvents();
     EXPECT_EQ(box.text(), "20") << "put back, and no box was asked for";
-    Hover("cmdListFiles");
+    Hover("cmdRandomnessReport");
     EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
 }
 

@@ -1,0 +1,120 @@
+#include "operation/file_listing.h"
+
+#include "operation/anti_virus_warning.h"
+#include "operation/extension_lists.h"
+#include "operation/randomness_tally.h"
+#include "operation/work_list.h"
+#include "setup/verb_form.h"
+#include "util/display.h"
+#include "util/numbers.h"
+#include "util/paths.h"
+
+namespace zr5 {
+namespace {
+
+/// Writes a line for each folder and each file that a walk meets.
+class ListingVisitor : public WalkVisitor {
+  public:
+    ListingVisitor(Machine& machine, ReportScreen& screen)
+        : machine_(machine), screen_(screen), tally_(machine.fileKit) {}
+
+    void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
+                     std::uint64_t subfolders) override {
+        screen_.AppendToReport("\r\n" + FolderSummaryLine(path, matchingFiles, subfolders));
+    }
+
+    void MeetFile(const std::string& path) override {
+        const auto info = machine_.fileSystem.Info(path);
+        const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
+        const std::string extension = ExtensionOf(path);
+        screen_.AppendToReport("     [" + std::to_string(++files_) + "]" +
+                                   (IsInPlaceExcludedExtension(extension) ? " * " : "   ") +
+                                   DisplayName(path) + " (" + WithThousands(lengthBytes) +
+                                   " bytes)   \r\n",
+                               true);
+        extensions_.Add(extension);
+        tally_.Add(path, lengthBytes);
+    }
+
+    bool GoesOn() override {
+        machine_.user.ProcessEvents();
+        return !screen_.StopRequested() && !screen_.IsFull();
+    }
+
+    [[nodiscard]] const RandomnessCounts& Randomness() const { return tally_.Counts(); }
+    [[nodiscard]] const ExtensionCounts& Extensions() const { return extensions_; }
+
+  private:
+    Machine& machine_;
+    ReportScreen& screen_;
+    RandomnessTally tally_;
+    ExtensionCounts extensions_;
+    std::uint64_t files_ = 0;
+};
+
+/// Only counts, and only as far as the first file.
+class FirstFile : public WalkVisitor {
+  public:
+    explicit FirstFile(UserPort& user) : user_(user) {}
+    bool GoesOn() override {
+        user_.ProcessEvents();
+        return true;
+    }
+
+  private:
+    UserPort& user_;
+};
+
+std::string NoFilesText(const OperationSetup& setup, const WalkResult& found) {
+    const std::string pattern = setup.EffectivePattern();
+    const std::string suffix = pattern == AllFilesPattern ? "" : " " + DisplayName(pattern);
+    const std::string folder = DisplayName(setup.Folder[Input]);
+    if (setup.IncludeSubfolders() && found.cutShort) {
+        const std::string number = std::to_string(found.subfolders);
+        return number + " subfolders of " + folder + " were checked\r\nand there are no files" +
+               suffix + "\r\nin this folder or any of these " + number +
+               " subfolders\r\n(but perhaps in others).";
+    }
+    return "There are no files" + suffix + "\r\nin folder " + folder +
+           (setup.IncludeSubfolders() ? "\r\nor any of its subfolders." : "");
+}
+
+} // namespace
+
+std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingFiles,
+                              std::uint64_t subfolders) {
+    const auto counted = [](std::uint64_t count, const char* one, const char* many) {
+        if (count == 0) return std::string("no ") + many;
+        return std::to_string(count) + " " + (count == 1 ? one : many);
+    };
+    return DisplayName(folder) + " has " +
+           counted(matchingFiles, "matching file", "matching files") + " and " +
+           counted(subfolders, "subfolder", "subfolders") + ".\r\n";
+}
+
+void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
+               const std::string& buttonCaption, const std::function<void()>& show) {
+    FirstFile first(machine.user);
+    const WalkResult found = WalkFolder(machine.fileSystem, WalkRequestFor(setup, 1), first);
+    if (found.files == 0) {
+        machine.user.Ask(Notice(NoFilesText(setup, found), buttonCaption, BoxIcon::Information));
+        return;
+    }
+    show();
+    screen.BeginRun(setup.Operation);
+    screen.AppendToReport("Files to be " + VerbForm(setup.Operation, "encrypted") + "\r\n");
+    ListingVisitor visitor(machine, screen);
+    const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
+    const WalkResult listed =
+        WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum), visitor);
+    if (screen.IsFull()) {
+        machine.user.Ask(Notice("Textbox is full.  Report cannot continue.", "Textbox full",
+                                BoxIcon::Information));
+    }
+    screen.AppendAlways("\r\n" + ListingSummaryText(setup.Operation, {listed.files, listed.cutShort,
+                                                                      visitor.Randomness()}));
+    WarnOfAntiVirus(machine.user, visitor.Extensions());
+    screen.EndRun();
+}
+
+} // namespace zr5
