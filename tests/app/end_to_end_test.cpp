@@ -14,9 +14,11 @@
 #include <map>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <sys/stat.h>
 
 namespace zr5::test {
@@ -240,6 +242,53 @@ TEST_F(EndToEnd, AsksForWhatIsMissingInItsOrder) {
     ChooseInput("a.odg");
     user.Expect("Output file", "Output file not specified.");
     Press(Main(), "cmdDoIt");
+    EXPECT_EQ(folder.Read("a.odg"), "content");
+}
+
+TEST_F(EndToEnd, CreatesARandomKeyfileAndDecryptsWithIt) {
+    const auto labels = [this] {
+        return Control<QLabel>(Main(), "lblKeyFrom(0)").text().toStdString() + " " +
+               Control<QLabel>(Main(), "lblKeyFrom(1)").text().toStdString();
+    };
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    user.ExpectFile("Specify new keyfile", folder / "key");
+    user.Expect(folder / "key", "Inspect the key?", Answer::Yes);
+    Press(Main(), "cmdKeyFrom");
+    WhenDialogOpens(Main(), "frmRandomKey", [this](QWidget& window) {
+        auto& clockOfWindow = Control<QTimer>(window, "Clock");
+        QObject::connect(&clockOfWindow, &QTimer::timeout, &window, [&window, x = 0.0]() mutable {
+            x += 7;
+            QMouseEvent move(QEvent::MouseMove, {x, 40}, {x, 40}, Qt::NoButton, Qt::NoButton,
+                             Qt::NoModifier);
+            QApplication::sendEvent(&window, &move);
+        });
+        clockOfWindow.setInterval(0);
+        user.Expect("Key selected", "Be sure to remember the name of the keyfile!");
+        WhenDialogOpens(Main(), "frmInspectKey", [](QWidget& dialog) { Press(dialog, "cmdYes"); });
+    });
+    Press(Main(), "cmdKeyFile(1)");
+    EXPECT_EQ(labels(), "Key specified (new random key in keyfile)");
+    EXPECT_EQ(folder.Read("key").size(), 64U);
+    static_cast<void>(Perform());
+    EXPECT_NE(folder.Read("a.odg"), "content");
+
+    Press(Main(), "cmdKeyFrom");
+    user.Expect("Erase key", "Done");
+    Press(Main(), "cmdEraseKey");
+    EXPECT_EQ(labels(), "Key not specified ");
+    Choose("optDecrypt");
+    Press(Main(), "cmdKeyFrom");
+    EXPECT_FALSE(Control(Main(), "cmdKeyFile(1)").isVisible());
+    user.ExpectFile("Get decryption key from keyfile", folder / "key");
+    user.Expect(folder / "key", "Inspect the key?", Answer::No);
+    Press(Main(), "cmdKeyFile(0)");
+    EXPECT_EQ(labels(), "Key specified (apparently random key in keyfile)");
+    Press(Main(), "cmdKeyFrom");
+    user.ExpectFile("Get decryption key from keyfile", std::nullopt);
+    Press(Main(), "cmdKeyFile(0)");
+    EXPECT_EQ(labels(), "Key specified (apparently random key in keyfile)");
+    static_cast<void>(Perform());
     EXPECT_EQ(folder.Read("a.odg"), "content");
 }
 

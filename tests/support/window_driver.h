@@ -13,7 +13,7 @@ namespace zr5::test {
 
 /// The control of this name in `window`; throws when there is none.
 template <typename Widget = QWidget>
-Widget& Control(const QWidget& window, const char* name) {
+Widget& Control(const QObject& window, const char* name) {
     auto* found = window.findChild<Widget*>(QLatin1String(name));
     if (found == nullptr) throw std::runtime_error(std::string("no control ") + name);
     return *found;

@@ -1,0 +1,253 @@
+#include "keys/keyfile_choice.h"
+
+#include "keys/classification.h"
+#include "keys/normalise.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "support/faulty_file_system.h"
+#include "support/key_windows.h"
+#include "support/scripted_user.h"
+#include "support/stopped_clock.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace zr5 {
+namespace {
+
+using test::FsCall;
+
+constexpr const char* GetTitle = "Get encryption key from keyfile";
+constexpr const char* NewTitle = "Specify new keyfile";
+constexpr std::string_view SixteenBytes = "Sixteen bytes...";
+
+/// 64 characters as random keys have them, some of them no text.
+std::string RandomCharacters() {
+    std::string key;
+    for (unsigned i = 0; i < KeyfileBytes; ++i)
+        key += static_cast<char>(33 + i * 37 % 223);
+    return key;
+}
+
+class KeyfileChoiceTest : public testing::Test {
+  protected:
+    KeyfileChoiceTest() {
+        key.keyText = SecretBytes::CopyOf(std::string_view("TYPED BEFORE"));
+        key.rawKeyEntry = SecretBytes::CopyOf(std::string_view("typed before"));
+        key.keyfilePath = "/before";
+        key.checksum = 4321;
+        key.keyState = key_state::Keyfile;
+        key.isNewRandomKey = true;
+    }
+    void Run(KeyfileMode mode, Function function = Function::Encrypt) {
+        GetKeyFromKeyfile(mode, function, {user, disk, *engine, *kit, random, inspector, collector},
+                          key);
+    }
+    /// Takes an existing keyfile, uninspected.
+    void Take(const std::string& path) {
+        user.ExpectFile(GetTitle, path).Expect(Question("Inspect the key?", path), Answer::No);
+        Run(KeyfileMode::Existing);
+    }
+    void ExpectUnsuitable(const std::string& path) {
+        user.Expect(Notice(path + " is not a suitable keyfile.", "Unsuitable keyfile"));
+    }
+    void ExpectAbandoned(const std::string& where) {
+        EXPECT_TRUE(key.keyChoiceAbandoned) << where;
+        EXPECT_EQ(key.keyText.text(), "TYPED BEFORE") << where;
+        EXPECT_EQ(key.rawKeyEntry.text(), "typed before") << where;
+        EXPECT_EQ(key.keyfilePath, "/before") << where;
+        EXPECT_EQ(key.checksum, 4321) << where;
+        EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile) << where;
+        key.keyChoiceAbandoned = false;
+    }
+    void ExpectNoKey(const std::string& where) {
+        EXPECT_FALSE(key.IsHeld() || key.keyChoiceAbandoned) << where;
+        EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
+        EXPECT_EQ(key.keyfilePath, "") << where;
+    }
+
+    test::TemporaryFolder folder;
+    test::ScriptedUser user;
+    test::StoppedClock clock;
+    SystemRandom random;
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    test::FaultyFileSystem disk{*system};
+    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
+    std::unique_ptr<FileKit> kit = MakeFileKit(*system, random);
+    test::FakeInspector inspector;
+    test::FakeCollector collector;
+    CurrentKey key;
+    const MessageBox repeat{"Attempt at creating random key unsuccessful.  Please repeat.",
+                            "Key not sufficiently random", BoxIcon::None, BoxButtons::RetryCancel,
+                            Answer::Retry};
+};
+
+TEST_F(KeyfileChoiceTest, TakesTheFirst64BytesOfAKeyfileOfAnyLength) {
+    const std::string random64 = RandomCharacters();
+    const struct {
+        std::string content, keyText;
+        KeySource source;
+    } cases[] = {
+        {std::string(SixteenBytes), "SIXTEENBYTES...", KeySource::None}, // one blank too many
+        {std::string(SixteenBytes) + "!", "SIXTEENBYTES...!", KeySource::TextKeyfile},
+        {std::string(63, 'a'), std::string(63, 'A'), KeySource::TextKeyfile},
+        {std::string(64, 'a'), std::string(64, 'A'), KeySource::TextKeyfile},
+        {std::string(64, 'a') + "b", std::string(64, 'A'), KeySource::TextKeyfile},
+        {random64, std::string(NormaliseKey(random64).text()), KeySource::ApparentlyRandomKeyfile},
+        {std::string(16, '\x7F'), std::string(16, '\x7F'), KeySource::NonRandomNonTextKeyfile},
+        {"0123456789", "", KeySource::None},
+        {"", "", KeySource::None},
+        {std::string(64, '\0'), "", KeySource::None},
+        {std::string(49, '\n') + "only 15 count ..", "", KeySource::None}};
+    for (const auto& [content, keyText, source] : cases) {
+        const std::string path = folder.Write("key", content);
+        if (source != KeySource::None) {
+            Take(path);
+            EXPECT_EQ(key.keyText.text(), keyText);
+            EXPECT_EQ(key.Source(), source) << keyText;
+            EXPECT_EQ(key.keyfilePath, path);
+            EXPECT_TRUE(key.rawKeyEntry.empty()) << "never shown in clear";
+        } else {
+            user.ExpectFile(GetTitle, path);
+            ExpectUnsuitable(path);
+            Run(KeyfileMode::Existing);
+            ExpectNoKey(content);
+        }
+    }
+    const std::string huge = folder.Write("huge", std::string(64, 'a'));
+    std::filesystem::resize_file(huge, std::uintmax_t{5} << 30U);
+    Take(huge);
+    EXPECT_EQ(key.keyText.size(), 64U);
+}
+
+TEST_F(KeyfileChoiceTest, MakesAnInnerNulACharacterOfTheKey) {
+    const std::string content{"A\0BCDEFGHIJKLMNOPQ", 18};
+    Take(folder.Write("key", content));
+    EXPECT_EQ(key.keyText.text(), "A~BCDEFGHIJKLMNOPQ");
+    EXPECT_EQ(key.checksum, 7173);
+    SecretBytes buffer(KeyfileBytes);
+    buffer.bytes()[63] = std::byte{1};
+    SubstituteInnerNuls(buffer);
+    EXPECT_EQ(buffer.bytes()[0], std::byte{127});
+    EXPECT_EQ(buffer.bytes()[62], std::byte{65});
+    Take(folder.Write("key", "abcd efgh\r\nijkl mnop"));
+    EXPECT_EQ(key.checksum, 6304);
+}
+
+TEST_F(KeyfileChoiceTest, RefusesWhatCannotBeReadAndFollowsLinks) {
+    const std::string keyfile = folder.Write("key", std::string(16, 'k'));
+    std::filesystem::create_directory(folder / "folder");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink("nowhere", folder / "dangling");
+    std::filesystem::create_symlink("key", folder / "link");
+    const auto expectRefused = [&](const std::string& path) {
+        user.ExpectFile(GetTitle, path);
+        ExpectUnsuitable(path);
+        Run(KeyfileMode::Existing);
+        ExpectNoKey(path);
+    };
+    for (const char* name : {"folder", "pipe", "dangling"})
+        expectRefused(folder / name);
+    disk.Fail(FsCall::Open, 1, FsStatus::NotPermitted);
+    expectRefused(keyfile);
+    Take(folder / "link");
+    EXPECT_EQ(key.keyfilePath, folder / "link");
+    disk.Before(FsCall::Open, 1, [&] { folder.Remove("key"); });
+    expectRefused(keyfile); // gone between choice and reading
+}
+
+TEST_F(KeyfileChoiceTest, ShowsTheKeyBeforeItIsWrittenAndReadsItBack) {
+    const std::string made = RandomCharacters();
+    collector.keys = {std::string(64, 'a'), made.substr(0, 63), made};
+    inspector.onInspect = [&] { EXPECT_FALSE(folder.Has("new")); };
+    user.ExpectFile(GetTitle, folder / "new")
+        .Expect(Question("Do you wish to create " + folder / "new" + " as a new random keyfile?",
+                         "Keyfile does not exist."),
+                Answer::Yes)
+        .Expect(repeat, Answer::Retry)
+        .Expect(repeat, Answer::Retry)
+        .Expect(Question("Inspect the key?", folder / "new"), Answer::Yes);
+    Run(KeyfileMode::Existing);
+    EXPECT_EQ(inspector.classLine, "New random key in file");
+    EXPECT_EQ(inspector.fileLine, folder / "new");
+    EXPECT_EQ(inspector.buffer, made);
+    EXPECT_TRUE(inspector.isNewRandomKey && inspector.isApparentlyRandom && !inspector.isTextKey);
+    EXPECT_EQ(folder.Read("new"), made);
+    EXPECT_EQ(std::filesystem::status(folder / "new").permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile);
+    const std::int16_t checksum = key.checksum;
+    Take(folder / "new");
+    EXPECT_EQ(key.Source(), KeySource::ApparentlyRandomKeyfile);
+    EXPECT_EQ(key.checksum, checksum);
+}
+
+TEST_F(KeyfileChoiceTest, NeverKeepsANewKeyThatIsNotOnTheDisk) {
+    const std::string path = folder.Write("new", "old content");
+    const auto create = [&] {
+        collector.keys = {RandomCharacters()};
+        user.ExpectFile(NewTitle, path)
+            .Expect(Question("Overwrite existing file " + path + "?", "File exists already.",
+                             BoxIcon::Question, Answer::No),
+                    Answer::Yes)
+            .Expect(Question("Inspect the key?", path), Answer::No);
+        ExpectUnsuitable(path);
+        Run(KeyfileMode::Create);
+        ExpectNoKey(path);
+        disk.Reset();
+    };
+    for (const FsCall call :
+         {FsCall::Create, FsCall::Reserve, FsCall::Write, FsCall::Flush, FsCall::Rename}) {
+        disk.Fail(call, 1, FsStatus::NoSpace);
+        create();
+        EXPECT_EQ(folder.Read("new"), "old content");
+        EXPECT_EQ(folder.Names(), std::set<std::string>{"new"});
+    }
+    disk.Before(FsCall::Read, 1, [&] { folder.Write("new", std::string(64, 'x')); });
+    create();
+}
+
+TEST_F(KeyfileChoiceTest, ChangesNothingWhereverTheUserGivesUp) {
+    const std::string path = folder.Write("key", std::string(SixteenBytes) + "!");
+    const auto overwrite = Question("Overwrite existing file " + path + "?", "File exists already.",
+                                    BoxIcon::Question, Answer::No);
+    user.ExpectFile("Get decryption key from keyfile", std::nullopt);
+    Run(KeyfileMode::Existing, Function::Decrypt);
+    ExpectAbandoned("first picker");
+    user.ExpectFile(GetTitle, folder / "new")
+        .Expect("Keyfile does not exist.",
+                "Do you wish to create " + folder / "new" + " as a new random keyfile?",
+                Answer::No);
+    Run(KeyfileMode::Existing);
+    ExpectAbandoned("creating declined");
+    user.ExpectFile(NewTitle, path).Expect(overwrite, Answer::No);
+    Run(KeyfileMode::Create);
+    ExpectAbandoned("overwriting declined");
+    user.ExpectFile(NewTitle, path).Expect(overwrite, Answer::Yes).Expect(repeat, Answer::Cancel);
+    Run(KeyfileMode::Create);
+    ExpectAbandoned("collecting cancelled");
+    std::filesystem::create_directory(folder / "folder");
+    user.ExpectFile(NewTitle, folder / "folder")
+        .Expect("Unsuitable keyfile", folder / "folder" + "\r\nis a folder, not a file."
+                                                          "\r\nPlease specify another keyfile.");
+    Run(KeyfileMode::Create);
+    ExpectAbandoned("no place for a keyfile");
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"key", "folder"}));
+}
+
+TEST_F(KeyfileChoiceTest, ShortensLongPathsAndDropsARejectedKey) {
+    const std::string name(100, 'n');
+    const std::string path = folder.Write(name, std::string(64, '\x7F'));
+    inspector.answer = false;
+    user.ExpectFile(GetTitle, path)
+        .Expect("/tm..." + std::string(54, 'n'), "Inspect the key?", Answer::Yes);
+    Run(KeyfileMode::Existing);
+    EXPECT_EQ(inspector.fileLine, "/tm..." + std::string(60, 'n'));
+    EXPECT_EQ(inspector.classLine, "Non-random non-text key from file");
+    ExpectNoKey("rejected");
+    EXPECT_EQ(ShownKeyfile("c:\\Keys\\\xC3\x89T\xC3\x89.Key"), "C:\\keys\\\xC3\xA9t\xC3\xA9.key");
+}
+
+} // namespace
+} // namespace zr5
