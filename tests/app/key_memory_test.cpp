@@ -33,6 +33,20 @@ MaskedLetters NewSecret() {
     return secret;
 }
 
+/// What of `places` is no locked memory of the key's own: text of the toolkit, heap, stack.
+std::vector<std::string> Unlocked(std::vector<std::string> places) {
+    std::erase_if(places, [](const std::string& place) {
+        return place.find('[') == std::string::npos && place.find("width 1 ") != std::string::npos;
+    });
+    return places;
+}
+
+void ExpectNone(const char* when, const std::vector<std::string>& places) {
+    for (const std::string& place : places)
+        std::cerr << place << '\n';
+    if (!places.empty()) throw std::runtime_error(std::string("a trace is left ") + when);
+}
+
 /// Types the key in the dialog with display, or twice in the one without; encrypts; erases.
 void UseKey(const MaskedLetters& secret, bool withDisplay) {
     const TemporaryFolder folder;
@@ -62,6 +76,8 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
                         type(dialog, withDisplay ? "txbKey" : "txbKey(0)");
                         if (!withDisplay) type(dialog, "txbKey(1)");
                         QTest::qWait(50); // painted
+                        if (Unlocked(FindInOwnMemory(secret)).empty())
+                            throw std::runtime_error("a shown key is not found");
                         Press(dialog, withDisplay ? "cmdYes" : "cmdOK");
                     });
     if (!withDisplay) {
@@ -73,6 +89,7 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
         });
     }
     press(withDisplay ? "cmdKeyboardWithDisplay" : "cmdKeyboardWithoutDisplay");
+    ExpectNone("by the dialogs", Unlocked(FindInOwnMemory(secret)));
     WhenDialogOpens(program.Window(), "frmConfirmOperation",
                     [](QWidget& dialog) { Press(dialog, "cmdYes"); });
     press("cmdDoIt");
@@ -82,10 +99,7 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
     user.Expect("Erase key", "Done");
     press("cmdEraseKey");
     QApplication::processEvents();
-    const std::vector<std::string> left = FindInOwnMemory(secret);
-    for (const std::string& place : left)
-        std::cerr << place << '\n';
-    if (!left.empty()) throw std::runtime_error("a trace is left");
+    ExpectNone("after erasing", FindInOwnMemory(secret));
 }
 
 /// Runs the whole in a process of its own and returns its exit code.
@@ -110,6 +124,8 @@ TEST(KeyMemory, HoldsNothingOfAKeyThatWasErased) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "The sanitizer keeps freed memory on purpose.";
 #endif
+    if (QApplication::platformName() != "offscreen")
+        GTEST_SKIP() << "Two processes cannot share one connection to a display.";
     EXPECT_EQ(InChild(true), 0) << "typed with display";
     EXPECT_EQ(InChild(false), 0) << "typed without display and inspected";
 }
