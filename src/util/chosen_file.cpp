@@ -4,28 +4,6 @@
 #include "util/paths.h"
 
 namespace zr5 {
-namespace {
-
-std::string WhyNotOpened(FsStatus status) {
-    switch (status) {
-    case FsStatus::Ok:
-        return {};
-    case FsStatus::NotFound:
-        return "does not exist.";
-    case FsStatus::NotPermitted:
-        return "cannot be read: permission denied.";
-    case FsStatus::NotRegularFile:
-        return "is not a file.";
-    case FsStatus::AlreadyExists:
-    case FsStatus::NoSpace:
-    case FsStatus::IoError:
-        return "cannot be read.";
-    }
-    return {};
-}
-
-} // namespace
-
 std::string MeantPath(FileSystem& fileSystem, const std::string& chosen) {
     if (fileSystem.Info(chosen)) return chosen;
     std::string unescaped = NameFromDisplay(chosen);
@@ -54,10 +32,6 @@ std::string WhyNotAFile(FileKind kind) {
         return "is a device, pipe or socket, not a file.";
     }
     return {};
-}
-
-std::string WhyNotReadable(FileSystem& fileSystem, const std::string& path) {
-    return WhyNotOpened(fileSystem.OpenForReading(path).status);
 }
 
 std::string WhyNotCreatable(FileSystem& fileSystem, const std::string& path) {

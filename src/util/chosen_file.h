@@ -24,8 +24,6 @@ struct ChosenFile {
 
 /// Why nothing but a regular file will do; empty for a regular file.
 [[nodiscard]] std::string WhyNotAFile(FileKind kind);
-/// Why a file cannot be read; empty when it can.
-[[nodiscard]] std::string WhyNotReadable(FileSystem& fileSystem, const std::string& path);
 /// Why no file can be made at this path; empty when one can.
 [[nodiscard]] std::string WhyNotCreatable(FileSystem& fileSystem, const std::string& path);
 
