@@ -4,6 +4,7 @@
 #include "libs/zr5_crypto.h"
 #include "libs/zr5_jobs.h"
 
+#include <array>
 #include <cassert>
 #include <new>
 #include <optional>
@@ -105,6 +106,14 @@ class Zr5Engine final : public CipherEngine {
 };
 
 } // namespace
+
+bool BeginsLikeEncrypted(FileSystem& fileSystem, const std::string& path) {
+    const OpenResult file = fileSystem.OpenForReading(path);
+    if (file.status != FsStatus::Ok) return false;
+    std::array<std::byte, Magic.size()> head{};
+    const ReadResult got = file.file->Read(head);
+    return got.status == FsStatus::Ok && got.count == head.size() && head == Magic;
+}
 
 std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,
                                                RandomSource& random) {

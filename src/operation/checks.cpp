@@ -60,8 +60,8 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
         return refuse(Notice(GetProgramText(machine.fileKit, OutputIsInputText),
                              PerformCaption(setup.Operation), BoxIcon::Information));
     }
-    const std::uint64_t files = CountFiles(setup, machine);
-    if (const auto problem = ProblemWithCount(setup, machine.fileKit, files)) {
+    const FileCount count = CountFiles(setup, machine);
+    if (const auto problem = ProblemWithCount(setup, machine.fileKit, count.files)) {
         return refuse(*problem);
     }
     if (!key.IsHeld()) {
@@ -72,7 +72,7 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     if (setup.OutputMode == OutputTarget::SeparateOutput && setup.FileName[Output].empty()) {
         return refuse(Notice("Output file not specified.", "Output file"));
     }
-    return view.Confirm(ConfirmationFor(setup, key, files));
+    return view.Confirm(ConfirmationFor(setup, key, count));
 }
 
 } // namespace zr5

@@ -38,16 +38,30 @@ std::string OutputSentence(const OperationSetup& setup) {
     return specified + DisplayName(setup.FilePath(Output)) + ".";
 }
 
+std::string TwiceSentence(const FileCount& count) {
+    if (count.encryptedAlready == 0) return {};
+    if (count.files == 1) {
+        return "This file looks as if it were encrypted already. "
+               "It would be encrypted a second time.";
+    }
+    const bool one = count.encryptedAlready == 1;
+    return WithThousands(count.encryptedAlready) + " of these files " +
+           (one ? "looks as if it were encrypted already. It"
+                : "look as if they were encrypted already. They") +
+           " would be encrypted a second time.";
+}
+
 } // namespace
 
 Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
-                             std::uint64_t fileCount) {
+                             const FileCount& count) {
     const std::string encryption = VerbForm(setup.Operation, "encryption");
     Confirmation confirmation;
     confirmation.operation =
         "Confirm " + encryption + " operation using key with checksum" + AfterText(key.checksum);
-    confirmation.input = InputSentence(setup, fileCount);
+    confirmation.input = InputSentence(setup, count.files);
     confirmation.output = OutputSentence(setup);
+    confirmation.warning = TwiceSentence(count);
     if (setup.InputMode == InputSource::FilesInAFolder) {
         confirmation.reminder = "It is advisable to list the files before performing "
                                 "this operation, if not done already.";

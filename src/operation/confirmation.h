@@ -3,6 +3,7 @@
 // The sentences with which the user confirms an operation before it starts.
 
 #include "keys/current_key.h"
+#include "operation/work_list.h"
 #include "setup/operation_setup.h"
 
 #include <cstdint>
@@ -15,12 +16,13 @@ struct Confirmation {
     std::string operation; ///< which operation, and the key's checksum
     std::string input;     ///< which files, and how many
     std::string output;    ///< where the result goes
+    std::string warning;   ///< of files that would be encrypted a second time
     std::string reminder;  ///< to list the files first; for folders
     std::string question;
 };
 
 [[nodiscard]] Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
-                                           std::uint64_t fileCount);
+                                           const FileCount& count);
 
 /// The window that asks. Anything but Yes is no.
 class ConfirmationView {

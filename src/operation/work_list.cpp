@@ -1,21 +1,29 @@
 #include "operation/work_list.h"
 
+#include "libs/zr5_engine.h"
 #include "operation/randomness_tally.h"
 
 namespace zr5 {
 namespace {
 
-/// Counts, and lets the interface react after each file.
+/// Looks for files that are encrypted already, and lets the interface react after each file.
 class Counter : public WalkVisitor {
   public:
-    explicit Counter(UserPort& user) : user_(user) {}
+    Counter(const OperationSetup& setup, Machine& machine)
+        : looks_(setup.Operation == Function::Encrypt), machine_(machine) {}
+    void MeetFile(const std::string& path) override {
+        if (looks_ && BeginsLikeEncrypted(machine_.fileSystem, path)) ++encryptedAlready_;
+    }
     bool GoesOn() override {
-        user_.ProcessEvents();
+        machine_.user.ProcessEvents();
         return true;
     }
+    [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
 
   private:
-    UserPort& user_;
+    bool looks_;
+    Machine& machine_;
+    std::uint64_t encryptedAlready_ = 0;
 };
 
 class Lister : public WalkVisitor {
@@ -68,11 +76,15 @@ WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
             .limit = limit};
 }
 
-std::uint64_t CountFiles(const OperationSetup& setup, Machine& machine) {
-    if (setup.InputMode == InputSource::SingleFile) return 1;
-    Counter counter(machine.user);
+FileCount CountFiles(const OperationSetup& setup, Machine& machine) {
+    Counter counter(setup, machine);
+    if (setup.InputMode == InputSource::SingleFile) {
+        counter.MeetFile(setup.FilePath(Input));
+        return {1, counter.EncryptedAlready()};
+    }
     const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles) + 1;
-    return WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), counter).files;
+    const WalkResult walked = WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), counter);
+    return {walked.files, counter.EncryptedAlready()};
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,

@@ -12,9 +12,14 @@
 
 namespace zr5 {
 
+struct FileCount {
+    std::uint64_t files = 0;
+    std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
+};
+
 /// How many files the operation has; counting stops one above the maximum of the setup. Lets the
 /// interface react.
-[[nodiscard]] std::uint64_t CountFiles(const OperationSetup& setup, Machine& machine);
+[[nodiscard]] FileCount CountFiles(const OperationSetup& setup, Machine& machine);
 
 /// The walk that finds the files of a folder operation.
 [[nodiscard]] WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit);

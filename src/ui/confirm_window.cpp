@@ -59,6 +59,7 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     layout->addWidget(operation);
     layout->addWidget(Paragraph("lblInput", confirmation.input, this));
     layout->addWidget(Paragraph("lblOutput", confirmation.output, this));
+    layout->addWidget(Paragraph("lblWarning", confirmation.warning, this));
     layout->addWidget(Paragraph("lblReminder", confirmation.reminder, this));
     layout->addWidget(question);
     layout->addStretch(1);

@@ -97,6 +97,21 @@ TEST_F(Checks, CountTheFilesOfAFolderAgainstItsMaximum) {
     EXPECT_FALSE(May());
 }
 
+TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
+    folder.Write("a.txt", std::string("ZR5\x01") + "rest");
+    EXPECT_TRUE(May());
+    EXPECT_EQ(view.asked.back().warning, "This file looks as if it were encrypted already. "
+                                         "It would be encrypted a second time.");
+    setup.InputMode = InputSource::FilesInAFolder;
+    folder.Write("b.txt", "plain");
+    EXPECT_TRUE(May());
+    EXPECT_EQ(view.asked.back().warning, "1 of these files looks as if it were encrypted already. "
+                                         "It would be encrypted a second time.");
+    setup.Operation = Function::Decrypt;
+    EXPECT_TRUE(May());
+    EXPECT_EQ(view.asked.back().warning, "");
+}
+
 TEST_F(Checks, SayWhenThereIsNothingToDo) {
     kit.texts[51] = "none in subfolders";
     kit.texts[52] = "none";
