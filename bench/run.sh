@@ -4,5 +4,8 @@
 set -eu
 cd "$(dirname "$0")/.."
 cmake --preset release > /dev/null
-cmake --build --preset release --target bench_throughput > /dev/null
-exec build/release/bin/bench_throughput "${1:-${TMPDIR:-/tmp}}" "${2:-1024}" "${3:-5}"
+cmake --build --preset release --target bench_throughput bench_small_files > /dev/null
+folder=${1:-${TMPDIR:-/tmp}}
+build/release/bin/bench_throughput "$folder" "${2:-1024}" "${3:-5}"
+echo
+exec build/release/bin/bench_small_files "$folder" 2> /dev/null

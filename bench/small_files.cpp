@@ -1,0 +1,133 @@
+// Many small files, encrypted in place, overwritten and flushed, through the report window, beside
+// a bare loop that makes the same system calls without encrypting. Usage: FOLDER [FILES ...]
+
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "operation/file_listing.h"
+#include "operation/operation_run.h"
+#include "operation/work_list.h"
+#include "ui/qt_user_port.h"
+#include "ui/report_window.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <QApplication>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace zr5;
+
+constexpr std::size_t FileBytes = 4096;
+constexpr std::size_t SealedBytes = FileBytes + 84 + 16;
+constexpr std::size_t FilesInFolder = 500;
+
+double Seconds(const std::function<void()>& work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+void MakeFiles(const std::string& folder, std::size_t count) {
+    std::filesystem::remove_all(folder);
+    const std::string content(FileBytes, 'x');
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string sub = folder + "/" + std::to_string(i / FilesInFolder);
+        std::filesystem::create_directories(sub);
+        std::ofstream(sub + "/" + std::to_string(i) + ".dat", std::ios::binary) << content;
+    }
+}
+
+void Check(FsStatus status) {
+    if (status != FsStatus::Ok) std::perror("bare loop");
+}
+
+/// What an in-place encryption asks of the disk, without the cipher and without the report.
+void BareFile(FileSystem& disk, const std::string& path, std::vector<std::byte>& buffer) {
+    const std::string part = path + ".part";
+    const std::string done = path + ".done";
+    {
+        const OpenResult input = disk.OpenForReading(path);
+        const OpenResult output = disk.CreateExclusively(part);
+        Check(output.file->Reserve(SealedBytes));
+        static_cast<void>(input.file->Read(std::span(buffer).first(FileBytes)));
+        Check(output.file->Write(std::span(buffer).first(SealedBytes)));
+        Check(output.file->CopyAttributesFrom(*input.file));
+        Check(output.file->Flush());
+    }
+    Check(disk.RenameWithoutReplacing(part, done));
+    Check(disk.FlushFolderOf(done));
+    {
+        const OpenResult input = disk.OpenForOverwriting(path);
+        Check(input.file->Write(std::span(buffer).first(FileBytes)));
+        Check(input.file->Flush());
+    }
+    Check(disk.Remove(path));
+    Check(disk.RenameWithoutReplacing(done, path));
+    Check(disk.FlushFolderOf(path));
+}
+
+void Compare(const std::string& folder, std::size_t count) {
+    SystemClock clock;
+    SystemRandom random;
+    const auto disk = MakeSystemFileSystem();
+    const auto engine = MakeCipherEngine(*disk, clock, random);
+    const auto kit = MakeFileKit(*disk, random);
+    if (engine->allocate_buffers() == 0) return;
+    QtUserPort user;
+    Machine machine{*disk, *engine, *kit, user, clock, "/proc/self/exe"};
+    ReportScreen screen(user, clock);
+    ReportWindow window(screen);
+    CurrentKey key;
+    key.keyText = SecretBytes::CopyOf(std::string_view("CORRECTHORSEBATTERYSTAPLE"));
+    key.keyState = key_state::Keyboard;
+    OperationSetup setup;
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.SubfolderAnswer = true;
+    setup.MaxNumFiles = 10'000;
+    setup.Folder = {folder + "/", folder + "/"};
+
+    MakeFiles(folder, count);
+    window.ShowAtEnd();
+    const double listing = Seconds([&] { ListFiles(setup, machine, screen, "", [] {}); });
+    const double program = Seconds([&] {
+        const ListedFiles listed = MakeWorkList(setup, machine, [](std::uint64_t) {});
+        RunOperation({setup, key, listed.list, machine}, screen, listed.randomness);
+    });
+    const auto processed = screen.counters.filesProcessed;
+
+    MakeFiles(folder, count);
+    std::vector<std::byte> buffer(SealedBytes);
+    const double bare = Seconds([&] {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+            if (entry.is_regular_file()) BareFile(*disk, entry.path().native(), buffer);
+        }
+    });
+    std::filesystem::remove_all(folder);
+    const auto perFile = [&](double seconds) { return seconds * 1e6 / static_cast<double>(count); };
+    std::printf("| %6zu | %9.3f | %10.0f | %10.0f | %5.2f |%s\n", count, listing, perFile(program),
+                perFile(bare), program / bare, processed == count ? "" : " (not all processed!)");
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const std::string folder = std::string(argc > 1 ? argv[1] : "/tmp") + "/zr5-small-files";
+    std::vector<std::size_t> counts;
+    for (int i = 2; i < argc; ++i) {
+        counts.push_back(std::stoul(argv[i]));
+    }
+    if (counts.empty()) counts = {100, 1000, 10'000};
+    std::puts("| files  | listing, s | program, us/file | bare loop, us/file | ratio |\n"
+              "|---|---|---|---|---|");
+    for (const std::size_t count : counts) {
+        Compare(folder, count);
+    }
+}
