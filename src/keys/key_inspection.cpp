@@ -22,7 +22,9 @@ struct LayoutSign {
 constexpr LayoutSign LayoutSigns[] = {{9, U'\u2192', "tab"},
                                       {10, U'\u2193', "line feed"},
                                       {12, U'\u25A1', "form feed"},
-                                      {13, U'\u2190', "carriage return"}};
+                                      {13, U'\u2190', "carriage return"},
+                                      {0xA0, U'\u2423', "no-break blank"},
+                                      {0xAD, U'\u00AC', "soft hyphen"}};
 
 const LayoutSign* SignFor(std::uint8_t byte) {
     const auto* found = std::ranges::find(LayoutSigns, byte, &LayoutSign::byte);

@@ -59,7 +59,7 @@ bool KeyboardWithoutDisplay::EntriesMatch(UserPort& user) {
 }
 
 KeyAnswer KeyboardWithoutDisplay::AskToInspect(UserPort& user, KeyInspector& inspector) {
-    if (user.Ask(Question("Inspect the key?", "Key specified")) != Answer::Yes)
+    if (user.Ask(MustAnswer("Inspect the key?", "Key specified")) != Answer::Yes)
         return KeyAnswer::Yes;
     inspected_ = true;
     const InspectedKey shown{.buffer = entries_[0],

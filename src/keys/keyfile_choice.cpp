@@ -112,8 +112,10 @@ bool KeyfileChoice::CanBeCreated() {
 
 KeyfileChoice::Outcome KeyfileChoice::Read() {
     SecretBytes& buffer = candidate_.keyBuffer;
-    buffer = ReadFirstBytes(tools_.fileSystem, Target(), KeyfileBytes).bytes;
-    if (!KeyLengthSufficient(buffer.text())) {
+    FirstBytes read = ReadFirstBytes(tools_.fileSystem, Target(), KeyfileBytes);
+    buffer = std::move(read.bytes);
+    // A file whose reading breaks off would give a key that no file holds.
+    if (read.status != FsStatus::Ok || !KeyLengthSufficient(buffer.text())) {
         SayUnsuitable();
         return Outcome::Discarded;
     }
@@ -154,7 +156,7 @@ bool KeyfileChoice::UserAcceptsKey() {
     constexpr std::size_t LongestTitle = 60;
     constexpr std::size_t LongestFileLine = 66;
     const std::string title = ShortenPath(shown_, LongestTitle);
-    if (tools_.user.Ask(Question("Inspect the key?", title)) != Answer::Yes) return true;
+    if (tools_.user.Ask(MustAnswer("Inspect the key?", title)) != Answer::Yes) return true;
     return tools_.inspector.Inspect({.buffer = candidate_.keyBuffer,
                                      .classLine = std::string(ClassLine(Class())),
                                      .fileLine = ShortenPath(shown_, LongestFileLine),

@@ -58,7 +58,8 @@ InspectKeyWindow::InspectKeyWindow(KeyInspection& rules, UserPort& user, QWidget
         rules_.Accept(user);
         accept();
     });
-    connect(findChild<QPushButton*>("cmdNo"), &QPushButton::clicked, this, &QDialog::reject);
+    connect(findChild<QPushButton*>("cmdNo"), &QPushButton::clicked, this,
+            [this] { done(Rejected); });
     ShowView();
 }
 

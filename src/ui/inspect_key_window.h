@@ -24,6 +24,9 @@ class InspectKeyWindow final : public QDialog {
     InspectKeyWindow(const InspectKeyWindow&) = delete;
     InspectKeyWindow& operator=(const InspectKeyWindow&) = delete;
 
+    /// Closing the window is no answer: the question is whether to use the key.
+    void reject() override {}
+
   private:
     QRadioButton* AddOption(const char* name, const char* caption, KeyView view);
     void MakeRow(std::size_t row);

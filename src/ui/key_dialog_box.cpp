@@ -5,7 +5,10 @@
 #include "util/code_page.h"
 
 #include <algorithm>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QSignalBlocker>
 #include <utility>
 
@@ -23,10 +26,20 @@ QString Shown(const SecretBytes& entry) {
 
 } // namespace
 
+namespace {
+
+/// How many code units one character of a key has at most before it is composed.
+constexpr int LongestSpelling = 4;
+
+} // namespace
+
 KeyBox::KeyBox(Characters characters, Edit edit, Entry entry)
     : edit_(std::move(edit)), entry_(std::move(entry)) {
     UseCourier(*this);
-    setMaxLength(static_cast<int>(MaxKeyLength));
+    // Composing makes text shorter, so that it is cut to the longest key only afterwards.
+    setMaxLength(LongestSpelling * static_cast<int>(MaxKeyLength));
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &KeyBox::OfferPasting);
     setAcceptDrops(false);
     if (characters == Characters::Masked) {
         setEchoMode(QLineEdit::Password);
@@ -35,12 +48,17 @@ KeyBox::KeyBox(Characters characters, Edit edit, Entry entry)
     setInputMethodHints(inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
                         Qt::ImhNoAutoUppercase);
     connect(this, &QLineEdit::textChanged, this, &KeyBox::TakeEdit);
+    connect(this, &QLineEdit::selectionChanged, this,
+            [this] { marked_ = marked_ || hasSelectedText(); });
 }
 
 KeyBox::~KeyBox() {
     const QSignalBlocker quiet(this);
     OverwriteText();
     clear();
+    // What was marked with the mouse is offered to other programs on some desktops.
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    if (marked_ && clipboard->ownsSelection()) clipboard->clear(QClipboard::Selection);
 }
 
 void KeyBox::ShowEntry() {
@@ -59,11 +77,21 @@ QSize KeyBox::sizeHint() const {
 }
 
 void KeyBox::keyPressEvent(QKeyEvent* event) {
-    if (event->modifiers().testFlag(Qt::AltModifier) && !event->text().isEmpty()) {
+    const bool meantForAMenu =
+        event->modifiers().testFlag(Qt::AltModifier) && !event->text().isEmpty();
+    if (meantForAMenu || event->matches(QKeySequence::Copy) || event->matches(QKeySequence::Cut)) {
         event->ignore();
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+/// A key may be pasted, but never copied from here.
+void KeyBox::OfferPasting(const QPoint& place) {
+    QMenu menu(this);
+    QAction* paste = menu.addAction(QLineEdit::tr("&Paste"), this, &QLineEdit::paste);
+    paste->setEnabled(!QGuiApplication::clipboard()->text().isEmpty());
+    menu.exec(mapToGlobal(place));
 }
 
 void KeyBox::TakeEdit() {
@@ -71,12 +99,16 @@ void KeyBox::TakeEdit() {
         return text.normalized(QString::NormalizationForm_C);
     };
     const QString typed = text();
-    const QString composed = compose(typed);
+    QString composed = compose(typed);
     const auto before = static_cast<qsizetype>(entry_().size());
     const qsizetype cursor = cursorPosition();
-    const bool accepted = edit_(std::u16string_view(
-        reinterpret_cast<const char16_t*>(composed.utf16()), // NOLINT: QString is UTF-16
-        static_cast<std::size_t>(composed.size())));
+    constexpr auto Longest = static_cast<qsizetype>(MaxKeyLength);
+    const bool hasRoom = composed.size() <= Longest || before < Longest;
+    if (composed.size() > Longest) composed.truncate(Longest);
+    const bool accepted =
+        hasRoom && edit_(std::u16string_view(reinterpret_cast<const char16_t*>(
+                                                 composed.utf16()), // NOLINT: QString is UTF-16
+                                             static_cast<std::size_t>(composed.size())));
     qsizetype place = std::max<qsizetype>(cursor - (typed.size() - before), 0);
     if (accepted) {
         const QString head = typed.left(cursor);
@@ -86,7 +118,7 @@ void KeyBox::TakeEdit() {
         if (head.constData() != typed.constData()) OverwriteInPlace(head);
     }
     ShowEntry();
-    setCursorPosition(static_cast<int>(place));
+    setCursorPosition(static_cast<int>(std::min(place, static_cast<qsizetype>(text().size()))));
     OverwriteInPlace(composed);
     OverwriteInPlace(typed);
 }

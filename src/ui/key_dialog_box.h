@@ -38,10 +38,12 @@ class KeyBox final : public QLineEdit {
 
   private:
     void TakeEdit();
+    void OfferPasting(const QPoint& place);
     void OverwriteText();
 
     Edit edit_;
     Entry entry_;
+    bool marked_ = false; ///< some of the text was once marked
 };
 
 } // namespace zr5

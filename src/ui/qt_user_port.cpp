@@ -83,7 +83,7 @@ Answer QtUserPort::Ask(const MessageBox& box) {
     window.setStandardButtons(ButtonsOf(box.buttons));
     window.setDefaultButton(ButtonOf(box.defaultButton));
     const Answer unchanged = AnswerThatChangesNothing(box.buttons);
-    window.setEscapeButton(ButtonOf(unchanged));
+    if (!box.mustBeAnswered) window.setEscapeButton(ButtonOf(unchanged));
     const int pressed = window.exec();
     for (const Answer answer :
          {Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel, Answer::Retry}) {

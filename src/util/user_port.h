@@ -20,6 +20,8 @@ struct MessageBox {
     BoxIcon icon = BoxIcon::None;
     BoxButtons buttons = BoxButtons::Ok;
     Answer defaultButton = Answer::Ok;
+    /// Closing the box is no answer: both buttons change something.
+    bool mustBeAnswered = false;
 };
 
 /// What the user gets by closing a box without pressing a button: the answer that changes
@@ -80,6 +82,13 @@ class UserPort {
                                          BoxIcon icon = BoxIcon::Question,
                                          Answer defaultButton = Answer::Yes) {
     return {std::move(text), std::move(title), icon, BoxButtons::YesNo, defaultButton};
+}
+
+/// A Yes/No question that cannot be passed by.
+[[nodiscard]] inline MessageBox MustAnswer(std::string text, std::string title) {
+    MessageBox box = Question(std::move(text), std::move(title));
+    box.mustBeAnswered = true;
+    return box;
 }
 
 } // namespace zr5

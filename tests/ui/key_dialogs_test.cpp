@@ -5,6 +5,7 @@
 #include "ui/key_dialog_without_display.h"
 
 #include <gtest/gtest.h>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -96,6 +97,12 @@ TEST_F(WithDisplayWindow, ComposesWhatWasTypedInPieces) {
     EXPECT_EQ(box.text(), QString::fromUtf8("aé"));
     EXPECT_EQ(rules.Entry().text(), "a\xE9");
     EXPECT_EQ(box.cursorPosition(), 2);
+    box.clear();
+    box.insert(QString::fromUtf8("e\u0301").repeated(64));
+    EXPECT_EQ(rules.Entry().text(), std::string(64, '\xE9')) << "composed before it is cut";
+    box.setCursorPosition(3);
+    box.insert(QStringLiteral("x"));
+    EXPECT_EQ(rules.Entry().text(), std::string(64, '\xE9')) << "no room left";
 }
 
 TEST_F(WithDisplayWindow, KeepsNothingToUndoAndCutsOffLongKeys) {
@@ -103,6 +110,9 @@ TEST_F(WithDisplayWindow, KeepsNothingToUndoAndCutsOffLongKeys) {
     EXPECT_EQ(box.text().size(), 64);
     EXPECT_FALSE(IsShown(window, "lblHint"));
     EXPECT_FALSE(box.isUndoAvailable());
+    box.selectAll();
+    QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(QGuiApplication::clipboard()->text().contains('x')) << "a key is never copied";
 }
 
 TEST(KeyFromKeyboardWithDisplay, IsTakenAndFilledInTheNextTime) {
