@@ -19,7 +19,8 @@ void NamePicker::accept() {
     const QString path = directory().absoluteFilePath(box->text());
     if (!MayReplace(path)) return;
     literal_ = path;
-    QDialog::accept();
+    // The picker's own acceptance is what reads the quotes.
+    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 bool NamePicker::MayReplace(const QString& path) {
