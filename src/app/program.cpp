@@ -5,6 +5,8 @@
 #include "app/startup.h"
 #include "files/folder_choice.h"
 #include "files/single_file_choice.h"
+#include "files/specify_input_files.h"
+#include "files/specify_output_files.h"
 #include "keys/keyfile_choice.h"
 #include "setup/setup_desk.h"
 #include "ui/inspect_key_window.h"
@@ -13,6 +15,7 @@
 #include "ui/main_window.h"
 #include "ui/operation_desk.h"
 #include "ui/random_key_window.h"
+#include "ui/specify_files_window.h"
 #include "util/program_text.h"
 
 namespace zr5 {
@@ -33,7 +36,9 @@ struct Program::Parts {
           window({around.user, desk, singleFile, folder, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
                   [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); },
-                  [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); }}),
+                  [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); },
+                  [this](QWidget& parent) { ChooseInputFiles(parent); },
+                  [this](QWidget& parent) { ChooseOutputFile(parent); }}),
           random(around.random) {
         operations.SetMainWindow(&window);
     }
@@ -59,9 +64,18 @@ struct Program::Parts {
         GetKeyFromKeyfile(mode, desk.Setup().Operation, tools, key);
         ForgetDiscardedKey(wasHeld);
     }
-    /// A key that the user has discarded must not live on in the engine.
+    void ChooseInputFiles(QWidget& parent) {
+        SpecifyInputFiles rules(program.user, desk);
+        SpecifyFilesWindow(rules, SpecifyInputNames, &parent).exec();
+    }
+    void ChooseOutputFile(QWidget& parent) {
+        SpecifyOutputFiles rules(program.user, program.fileSystem, desk, singleFile);
+        SpecifyFilesWindow(rules, SpecifyOutputNames, &parent).exec();
+    }
+    /// A key that the user has discarded or replaced must not live on in the engine; one that
+    /// was kept is handed to it again with the next file.
     void ForgetDiscardedKey(bool wasHeld) {
-        if (wasHeld && !key.IsHeld()) EraseKey(key, program.engine);
+        if (wasHeld) program.engine.operation_initialization({}, EngineEncrypt, 0, 0);
     }
 
     CurrentKey key;

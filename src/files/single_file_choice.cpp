@@ -12,6 +12,12 @@ constexpr const char* AnyFileFilter = "Any file | *.*";
 
 } // namespace
 
+std::string PathWithExtension(const std::string& path, const std::string& extension) {
+    const PathParts parts = SplitPath(path);
+    const std::string base = SplitName(parts.name).base;
+    return parts.folder + (base.empty() ? parts.name : base) + "." + extension;
+}
+
 void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
     const OperationSetup& setup = desk_.Setup();
     const auto chosen =
@@ -29,31 +35,65 @@ void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
     desk_.SetInputFile(parts.folder, parts.name);
 }
 
-void SingleFileChoice::ChooseOutput(const std::string& buttonCaption) {
+std::optional<std::string> SingleFileChoice::PickOutput(FilePicker::Kind kind) {
     const OperationSetup& setup = desk_.Setup();
     const std::size_t known = setup.Folder[Output].empty() ? Input : Output;
-    const auto chosen = user_.PickFile(
-        {.kind = FilePicker::Kind::Save,
+    auto chosen = user_.PickFile(
+        {.kind = kind,
          .title = "Specify output file for the " + VerbForm(setup.Operation, "encrypted") + " file",
          .filter = AnyFileFilter,
          .startFolder = setup.Folder[known],
-         .asksBeforeOverwriting = true});
-    if (!chosen || chosen->empty()) return;
+         .asksBeforeOverwriting = kind == FilePicker::Kind::Save});
+    if (chosen && chosen->empty()) chosen.reset();
+    return chosen;
+}
+
+bool SingleFileChoice::ChooseOutput(const std::string& buttonCaption) {
+    const auto chosen = PickOutput(FilePicker::Kind::Save);
+    if (!chosen) return false;
     const std::string path = MeantPath(fileSystem_, *chosen);
+    // The picker has asked about what was typed; behind an escaped name stands another file.
+    return TakeOutput(path, path == *chosen ? Overwriting::Agreed : Overwriting::AskFirst,
+                      buttonCaption);
+}
+
+bool SingleFileChoice::ChooseExistingOutput(const std::string& buttonCaption) {
+    const auto chosen = PickOutput(FilePicker::Kind::Open);
+    if (!chosen) return false;
+    const std::string path = MeantPath(fileSystem_, *chosen);
+    if (fileSystem_.Info(path)) return TakeOutput(path, Overwriting::Agreed, buttonCaption);
+    Refuse(path, "does not exist.", buttonCaption);
+    return false;
+}
+
+bool SingleFileChoice::NameOutputByExtension(const std::string& extension,
+                                             const std::string& buttonCaption) {
+    return TakeOutput(PathWithExtension(desk_.Setup().FilePath(Input), extension),
+                      Overwriting::AskFirst, buttonCaption);
+}
+
+bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriting,
+                                  const std::string& buttonCaption) {
+    const OperationSetup& setup = desk_.Setup();
     const auto target = ResolveChosen(fileSystem_, path);
     std::string reason = target ? WhyNotAFile(target->kind) : std::string{};
     const std::string& outputPath = target ? target->path : path;
     if (SplitPath(outputPath).name.empty()) reason = WhyNotAFile(FileKind::Folder);
-    if (!reason.empty()) return Refuse(path, reason, buttonCaption);
-    if (SameFile(fileSystem_, outputPath, setup.FilePath(Input)))
-        return desk_.SetOutputFile(setup.Folder[Input], setup.FileName[Input]);
-    // The picker has asked about what was typed; behind an escaped name stands another file.
-    if (target && path != *chosen &&
+    if (!reason.empty()) {
+        Refuse(path, reason, buttonCaption);
+        return false;
+    }
+    if (SameFile(fileSystem_, outputPath, setup.FilePath(Input))) {
+        desk_.SetOutputFile(setup.Folder[Input], setup.FileName[Input]);
+        return true;
+    }
+    if (target && overwriting == Overwriting::AskFirst &&
         user_.Ask(Question("Overwrite existing file " + DisplayName(path) + "?",
                            "File exists already.", BoxIcon::Question, Answer::No)) != Answer::Yes)
-        return;
+        return false;
     const PathParts parts = SplitPath(outputPath);
     desk_.SetOutputFile(parts.folder, parts.name);
+    return true;
 }
 
 void SingleFileChoice::Refuse(const std::string& path, std::string_view reason,

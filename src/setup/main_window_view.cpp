@@ -14,8 +14,6 @@ namespace {
 
 /// The controls of everything that is still to come. A line goes when its feature arrives.
 constexpr std::array NotInThisVersion{
-    std::string_view{"cmdSpecifyFiles(0)"},
-    std::string_view{"cmdSpecifyFiles(1)"},
     std::string_view{"cmdRandomnessReport"},
     std::string_view{"cmdNoRandomnessReport"},
     std::string_view{"cmdLoadSetup"},
@@ -137,12 +135,12 @@ void DeriveChoices(const MainWindowState& state, MainWindowView& view) {
     view["fraOutput"].visible = single;
     view["fraSelectFile"].enabled = single;
     view["cmdSingleFile(0)"].enabled = single;
-    view["cmdSingleFile(1)"].enabled =
+    view["cmdSingleFile(1)"].enabled = view["cmdSpecifyFiles(1)"].enabled =
         inputShown && single && setup.OutputMode == OutputTarget::SeparateOutput;
     view["cmdRandomnessReport"].enabled = inputShown && single;
     view["fraFilesInAFolder"].enabled = !single;
     view["cmdSpecifyDirectory"].enabled = !single;
-    view["cmdListFiles"].enabled = inputShown && !single;
+    view["cmdListFiles"].enabled = view["cmdSpecifyFiles(0)"].enabled = inputShown && !single;
     view["lblFilesInAFolder"].enabled = state.listFilesWasEnabled;
     view["lblFilesInAFolder"].visible = !single;
 

@@ -45,17 +45,18 @@ void SetupDesk::SelectOutputMode(OutputTarget target) {
         SetOutputFile(setup.Folder[Input], setup.FileName[Input]);
 }
 
-void SetupDesk::AnswerSubfolders(bool include) {
+bool SetupDesk::AnswerSubfolders(bool include) {
     if (state_.setup.Folder[Input].empty()) {
         user_.Ask(Notice("Please select an input folder.", "Subfolders?", BoxIcon::Information));
-        return;
+        return false;
     }
     if (include && !HasSubfolders()) {
         user_.Ask(Notice(DisplayName(state_.setup.Folder[Input]) + " has no subfolders.",
                          "Subfolders?", BoxIcon::Information));
-        return;
+        return false;
     }
     state_.setup.SubfolderAnswer = include;
+    return true;
 }
 
 bool SetupDesk::HasSubfolders() {

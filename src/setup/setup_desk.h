@@ -32,8 +32,9 @@ class SetupDesk {
     void SelectInputMode(InputSource source);
     /// Overwriting makes the output the input; a different file keeps what stands.
     void SelectOutputMode(OutputTarget target);
-    /// Refused with a box while no input folder is chosen, and yes where there is no subfolder.
-    void AnswerSubfolders(bool include);
+    /// Refused with a box while no input folder is chosen, and yes where there is no subfolder;
+    /// false then.
+    bool AnswerSubfolders(bool include);
 
     /// A box is left. `Speaking` explains a refusal in a box; `Silently` only keeps the value in
     /// force. False when the text was refused.

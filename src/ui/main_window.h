@@ -34,6 +34,9 @@ struct MainWindowParts {
     std::function<void(QWidget& parent)> typeKeyWithDisplay;
     std::function<void(QWidget& parent)> typeKeyWithoutDisplay;
     std::function<void(QWidget& parent, KeyfileMode mode)> getKeyFromKeyfile = {};
+    /// The dialogs that specify files; each leaves its result at the desk.
+    std::function<void(QWidget& parent)> specifyInputFiles = {};
+    std::function<void(QWidget& parent)> specifyOutputFiles = {};
 };
 
 class MainWindow : public QWidget {
@@ -77,6 +80,8 @@ class MainWindow : public QWidget {
     void ChooseInput();
     void ChooseOutput();
     void ChooseFolder();
+    void SpecifyInputFiles();
+    void SpecifyOutputFiles();
     void Perform();
     void ListFiles();
     void ViewReport();

@@ -41,6 +41,8 @@ void MainWindow::ConnectMenu() {
     OnButton("cmdSingleFile(0)", &MainWindow::ChooseInput);
     OnButton("cmdSingleFile(1)", &MainWindow::ChooseOutput);
     OnButton("cmdSpecifyDirectory", &MainWindow::ChooseFolder);
+    OnButton("cmdSpecifyFiles(0)", &MainWindow::SpecifyInputFiles);
+    OnButton("cmdSpecifyFiles(1)", &MainWindow::SpecifyOutputFiles);
     OnButton("cmdListFiles", &MainWindow::ListFiles);
     OnButton("cmdKeyFrom", &MainWindow::OpenKeyFrame);
     OnButton("cmdDoIt", &MainWindow::Perform);
@@ -90,6 +92,17 @@ void MainWindow::ChooseOutput() {
 void MainWindow::ChooseFolder() {
     if (!LeaveTextBoxes()) return;
     parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory")->text()));
+    Refresh();
+}
+
+void MainWindow::SpecifyInputFiles() {
+    if (!LeaveTextBoxes()) return;
+    parts_.specifyInputFiles(*this);
+    Refresh();
+}
+
+void MainWindow::SpecifyOutputFiles() {
+    parts_.specifyOutputFiles(*this);
     Refresh();
 }
 

@@ -292,5 +292,37 @@ TEST_F(EndToEnd, CreatesARandomKeyfileAndDecryptsWithIt) {
     EXPECT_EQ(folder.Read("a.odg"), "content");
 }
 
+TEST_F(EndToEnd, SpecifiesFilesByTheirExtension) {
+    folder.Write("a.odg", "content");
+    const auto specify = [this](const char* button, const char* window, const char* option) {
+        WhenDialogOpens(Main(), window, [option](QWidget& dialog) {
+            auto& box = Control<QLineEdit>(dialog, "txbExtension");
+            Control<QRadioButton>(dialog, option).click();
+            EXPECT_TRUE(Control<QRadioButton>(dialog, option).font().bold());
+            box.setText(QStringLiteral("*.odg.1"));
+            Press(dialog, "cmdAccept");
+            EXPECT_TRUE(dialog.isVisible());
+            EXPECT_EQ(box.text(), "odg.1");
+            box.setText(QStringLiteral(".o"));
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        user.Expect("Error", "Extension must not contain \".\"");
+        Press(Main(), button);
+    };
+    Choose("optWriteToSeparateOutputFiles");
+    EXPECT_FALSE(Control(Main(), "cmdSpecifyFiles(1)").isEnabled());
+    ChooseInput("a.odg");
+    EXPECT_FALSE(Control(Main(), "cmdSpecifyFiles(0)").isEnabled());
+    specify("cmdSpecifyFiles(1)", "frmSpecifyOutputFiles", "optSameName");
+    EXPECT_EQ(Control<QLabel>(Main(), "lblFiles(1)").text(), "a.o");
+    Choose("optFilesInAFolder");
+    user.ExpectFolder("Specify input folder", folder.Path());
+    Press(Main(), "cmdSpecifyDirectory");
+    EXPECT_FALSE(Control(Main(), "cmdSpecifyFiles(1)").isEnabled());
+    specify("cmdSpecifyFiles(0)", "frmSpecifyInputFiles", "optSuchFiles");
+    EXPECT_EQ(Control<QLabel>(Main(), "lblFiles(0)").text(), "All files matching *.o");
+    EXPECT_EQ(Control<QLineEdit>(Main(), "txbFilePattern").text(), "*.o");
+}
+
 } // namespace
 } // namespace zr5::test
