@@ -95,8 +95,10 @@ void Compare(const std::string& folder, std::size_t count) {
     window.ShowAtEnd();
     const double listing = Seconds([&] { ListFiles(setup, machine, screen, "", [] {}); });
     const double program = Seconds([&] {
-        const ListedFiles listed = MakeWorkList(setup, machine, [](std::uint64_t) {});
-        RunOperation({setup, key, listed.list, machine}, screen, listed.randomness);
+        const ListedFiles listed = MakeWorkList(
+            setup, machine, [](std::uint64_t) {}, [] { return false; });
+        RunOperation({setup, key, listed.list, machine}, screen,
+                     {0, listed.wasCutShort, listed.randomness});
     });
     const auto processed = screen.counters.filesProcessed;
 

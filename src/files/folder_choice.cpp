@@ -6,23 +6,6 @@
 #include "util/paths.h"
 
 namespace zr5 {
-namespace {
-
-/// Lets the interface react while a folder is searched for its first file.
-class PatientVisitor : public WalkVisitor {
-  public:
-    explicit PatientVisitor(UserPort& user) : user_(user) {}
-    bool GoesOn() override {
-        user_.ProcessEvents();
-        return true;
-    }
-
-  private:
-    UserPort& user_;
-};
-
-} // namespace
-
 void FolderChoice::ChooseInput(const std::string& buttonCaption) {
     const auto chosen = user_.PickFolder(
         {.title = "Specify input folder", .startFolder = desk_.Setup().Folder[Input]});
@@ -43,7 +26,7 @@ void FolderChoice::ChooseInput(const std::string& buttonCaption) {
 }
 
 bool FolderChoice::HoldsAFile(const std::string& folder) {
-    PatientVisitor visitor(user_);
+    WalkVisitor visitor;
     const WalkRequest request{
         .folder = folder, .pattern = AllFilesPattern, .withSubfolders = true, .limit = 1};
     return WalkFolder(fileSystem_, request, visitor).files > 0;

@@ -5,6 +5,8 @@
 #include "util/paths.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 namespace zr5 {
 namespace {
@@ -16,7 +18,13 @@ class Walk {
 
     WalkResult Run() {
         const auto canonical = fileSystem_.CanonicalPath(request_.folder);
-        if (canonical) Enter(request_.folder, WithTrailingSeparator(*canonical));
+        if (!canonical) return result_;
+        const std::string judged = WithTrailingSeparator(*canonical);
+        if (ForbiddenFolderName(judged)) {
+            visitor_.MeetProhibitedFolder(request_.folder);
+        } else {
+            static_cast<void>(Enter(request_.folder, judged));
+        }
         return result_;
     }
 
@@ -24,6 +32,9 @@ class Walk {
     /// `canonical` leads to the folder without links, which is what is judged. False: the walk
     /// is over.
     bool Enter(const std::string& folder, const std::string& canonical) {
+        // A folder can be met twice where it is mounted a second time.
+        const auto identity = fileSystem_.IdentityOf(canonical);
+        if (!identity || !entered_.insert({identity->device, identity->inode}).second) return true;
         auto entries = fileSystem_.ListFolder(canonical);
         if (!entries) return true;
         std::erase_if(*entries, [&](const FolderEntry& entry) { return !IsWanted(entry); });
@@ -83,6 +94,7 @@ class Walk {
     const WalkRequest& request_;
     WalkVisitor& visitor_;
     WalkResult result_;
+    std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };
 
 } // namespace

@@ -39,8 +39,9 @@ class WalkVisitor {
     [[nodiscard]] virtual bool GoesOn() { return true; }
 };
 
-/// Regular files only, names that begin with a dot included. Links are neither entered nor taken,
-/// and forbidden folders are never entered. A folder that cannot be read has nothing in it.
+/// Each folder is entered once. Regular files only, names that begin with a dot included. Links are
+/// neither entered nor taken, and forbidden folders are never entered. A folder that cannot be read
+/// has nothing in it.
 [[nodiscard]] WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request,
                                     WalkVisitor& visitor);
 

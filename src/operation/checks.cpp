@@ -50,7 +50,7 @@ std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, FileKit&
 } // namespace
 
 bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
-              ConfirmationView& view) {
+              ConfirmationView& view, const StopAsked& stopped) {
     UserPort& user = machine.user;
     const auto refuse = [&](const MessageBox& box) {
         user.Ask(box);
@@ -60,7 +60,8 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
         return refuse(Notice(GetProgramText(machine.fileKit, OutputIsInputText),
                              PerformCaption(setup.Operation), BoxIcon::Information));
     }
-    const FileCount count = CountFiles(setup, machine);
+    const FileCount count = CountFiles(setup, machine, stopped);
+    if (stopped()) return false;
     if (const auto problem = ProblemWithCount(setup, machine.fileKit, count.files)) {
         return refuse(*problem);
     }

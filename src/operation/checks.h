@@ -5,12 +5,13 @@
 
 #include "operation/confirmation.h"
 #include "operation/operation_context.h"
+#include "operation/work_list.h"
 
 namespace zr5 {
 
 /// Whether the operation may start: the output is not the input, there is something to do and
-/// not too much, there is a key, an output is chosen, and the user confirms.
+/// not too much, there is a key, an output is chosen, and the user confirms. No once `stopped`.
 [[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
-                            ConfirmationView& view);
+                            ConfirmationView& view, const StopAsked& stopped);
 
 } // namespace zr5

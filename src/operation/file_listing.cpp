@@ -15,8 +15,8 @@ namespace {
 /// Writes a line for each folder and each file that a walk meets.
 class ListingVisitor : public WalkVisitor {
   public:
-    ListingVisitor(Machine& machine, ReportScreen& screen)
-        : machine_(machine), screen_(screen), tally_(machine.fileKit) {}
+    ListingVisitor(Machine& machine, ReportScreen& screen, std::uint64_t maximum)
+        : machine_(machine), screen_(screen), maximum_(maximum), tally_(machine.fileKit) {}
 
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
                      std::uint64_t subfolders) override {
@@ -24,6 +24,10 @@ class ListingVisitor : public WalkVisitor {
     }
 
     void MeetFile(const std::string& path) override {
+        if (files_ == maximum_) {
+            thereAreMore_ = true;
+            return;
+        }
         const auto info = machine_.fileSystem.Info(path);
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
         const std::string extension = ExtensionOf(path);
@@ -38,15 +42,18 @@ class ListingVisitor : public WalkVisitor {
 
     bool GoesOn() override {
         machine_.user.ProcessEvents();
-        return !screen_.StopRequested() && !screen_.IsFull();
+        return !thereAreMore_ && !screen_.StopRequested() && !screen_.IsFull();
     }
 
+    [[nodiscard]] std::uint64_t Files() const { return files_; }
     [[nodiscard]] const RandomnessCounts& Randomness() const { return tally_.Counts(); }
     [[nodiscard]] const ExtensionCounts& Extensions() const { return extensions_; }
 
   private:
     Machine& machine_;
     ReportScreen& screen_;
+    std::uint64_t maximum_;
+    bool thereAreMore_ = false;
     RandomnessTally tally_;
     ExtensionCounts extensions_;
     std::uint64_t files_ = 0;
@@ -103,16 +110,17 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
     show();
     screen.BeginRun(setup.Operation);
     screen.AppendToReport("Files to be " + VerbForm(setup.Operation, "encrypted") + "\r\n");
-    ListingVisitor visitor(machine, screen);
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
+    ListingVisitor visitor(machine, screen, maximum);
     const WalkResult listed =
-        WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum), visitor);
+        WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), visitor);
     if (screen.IsFull()) {
         machine.user.Ask(Notice("Textbox is full.  Report cannot continue.", "Textbox full",
                                 BoxIcon::Information));
     }
-    screen.AppendAlways("\r\n" + ListingSummaryText(setup.Operation, {listed.files, listed.cutShort,
-                                                                      visitor.Randomness()}));
+    screen.AppendAlways(
+        "\r\n" + ListingSummaryText(setup.Operation,
+                                    {visitor.Files(), listed.cutShort, visitor.Randomness()}));
     WarnOfAntiVirus(machine.user, visitor.Extensions());
     screen.EndRun();
 }

@@ -103,16 +103,16 @@ std::string KilobytesText(std::uint64_t bytes) {
 }
 
 void RunOperation(const OperationContext& operation, ReportScreen& screen,
-                  const std::optional<RandomnessCounts>& randomness) {
+                  const ListingSummary& listing) {
     const Function function = operation.setup.Operation;
-    screen.BeginRun(function);
-    screen.AppendToReport(
-        ListingSummaryText(function, {FilesIn(operation.list), false, randomness}));
+    if (!screen.IsRunning()) screen.BeginRun(function);
+    screen.AppendToReport(ListingSummaryText(
+        function, {FilesIn(operation.list), listing.wasCutShort, listing.randomness}));
     if (screen.IsFull()) {
         operation.machine.user.Ask(Notice("Textbox is full.  Report cannot continue.",
                                           "Textbox full", BoxIcon::Information));
         screen.Halt();
-    } else {
+    } else if (!screen.StopRequested()) {
         WarnOfAntiVirusIn(operation);
         if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
             screen.AppendToReport("\r\n");

@@ -7,14 +7,12 @@
 #include "operation/operation_context.h"
 #include "operation/report_screen.h"
 
-#include <optional>
-
 namespace zr5 {
 
-/// Runs the operation to its end or to the user's stop. `randomness` is what a listing before it
-/// measured, if it did.
+/// Runs the operation to its end or to the user's stop. The run begins here, unless it began with
+/// the making of the list. `listing` tells what was measured then, and whether it is complete.
 void RunOperation(const OperationContext& operation, ReportScreen& screen,
-                  const std::optional<RandomnessCounts>& randomness = std::nullopt);
+                  const ListingSummary& listing = {});
 
 /// "1,000" for 1,024,000 bytes; below that two decimals.
 [[nodiscard]] std::string KilobytesText(std::uint64_t bytes);

@@ -9,53 +9,71 @@ namespace {
 /// Looks for files that are encrypted already, and lets the interface react after each file.
 class Counter : public WalkVisitor {
   public:
-    Counter(const OperationSetup& setup, Machine& machine)
-        : looks_(setup.Operation == Function::Encrypt), machine_(machine) {}
+    Counter(const OperationSetup& setup, Machine& machine, const StopAsked& stopped)
+        : looks_(setup.Operation == Function::Encrypt), machine_(machine), stopped_(stopped) {}
     void MeetFile(const std::string& path) override {
         if (looks_ && BeginsLikeEncrypted(machine_.fileSystem, path)) ++encryptedAlready_;
     }
     bool GoesOn() override {
         machine_.user.ProcessEvents();
-        return true;
+        return !stopped_();
     }
     [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
 
   private:
     bool looks_;
     Machine& machine_;
+    const StopAsked& stopped_;
     std::uint64_t encryptedAlready_ = 0;
 };
 
 class Lister : public WalkVisitor {
   public:
-    Lister(Machine& machine, const std::function<void(std::uint64_t)>& counted)
-        : machine_(machine), counted_(counted), tally_(machine.fileKit) {}
+    Lister(Machine& machine, std::uint64_t maximum,
+           const std::function<void(std::uint64_t)>& counted, const StopAsked& stopped)
+        : machine_(machine),
+          maximum_(maximum),
+          counted_(counted),
+          stopped_(stopped),
+          tally_(machine.fileKit) {}
 
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
                      std::uint64_t /*subfolders*/) override {
-        if (matchingFiles != 0) list_.push_back({WorkItem::Kind::Folder, path, {}});
+        if (matchingFiles != 0) {
+            listed_.list.push_back({WorkItem::Kind::Folder, path, {}});
+        }
     }
     void MeetProhibitedFolder(const std::string& path) override {
-        list_.push_back({WorkItem::Kind::ProhibitedFolder, path, {}});
+        listed_.list.push_back({WorkItem::Kind::ProhibitedFolder, path, {}});
     }
     void MeetFile(const std::string& path) override {
+        if (files_ == maximum_) {
+            listed_.wasCutShort = true;
+            return;
+        }
         const auto info = machine_.fileSystem.Info(path);
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
-        list_.push_back({WorkItem::Kind::File, path, path, lengthBytes});
+        listed_.list.push_back({WorkItem::Kind::File, path, path, lengthBytes});
         tally_.Add(path, lengthBytes);
         counted_(++files_);
     }
     bool GoesOn() override {
         machine_.user.ProcessEvents();
-        return true;
+        listed_.wasCutShort = listed_.wasCutShort || stopped_();
+        return !listed_.wasCutShort;
     }
-    [[nodiscard]] ListedFiles Take() { return {std::move(list_), tally_.Counts()}; }
+    [[nodiscard]] ListedFiles Take() {
+        listed_.randomness = tally_.Counts();
+        return std::move(listed_);
+    }
 
   private:
     Machine& machine_;
+    std::uint64_t maximum_;
     const std::function<void(std::uint64_t)>& counted_;
+    const StopAsked& stopped_;
     RandomnessTally tally_;
-    WorkList list_;
+    ListedFiles listed_;
     std::uint64_t files_ = 0;
 };
 
@@ -76,8 +94,8 @@ WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
             .limit = limit};
 }
 
-FileCount CountFiles(const OperationSetup& setup, Machine& machine) {
-    Counter counter(setup, machine);
+FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAsked& stopped) {
+    Counter counter(setup, machine, stopped);
     if (setup.InputMode == InputSource::SingleFile) {
         counter.MeetFile(setup.FilePath(Input));
         return {1, counter.EncryptedAlready()};
@@ -88,13 +106,14 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine) {
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
-                         const std::function<void(std::uint64_t files)>& counted) {
+                         const std::function<void(std::uint64_t files)>& counted,
+                         const StopAsked& stopped) {
     if (setup.InputMode == InputSource::SingleFile) {
-        return {SingleFileList(setup, machine.fileSystem), std::nullopt};
+        return {SingleFileList(setup, machine.fileSystem), std::nullopt, false};
     }
-    Lister lister(machine, counted);
-    const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles);
-    static_cast<void>(WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), lister));
+    const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
+    Lister lister(machine, maximum, counted, stopped);
+    static_cast<void>(WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), lister));
     return lister.Take();
 }
 

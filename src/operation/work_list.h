@@ -17,9 +17,13 @@ struct FileCount {
     std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
 };
 
+/// Asked again and again while files are counted or listed; true ends the work.
+using StopAsked = std::function<bool()>;
+
 /// How many files the operation has; counting stops one above the maximum of the setup. Lets the
 /// interface react.
-[[nodiscard]] FileCount CountFiles(const OperationSetup& setup, Machine& machine);
+[[nodiscard]] FileCount CountFiles(const OperationSetup& setup, Machine& machine,
+                                   const StopAsked& stopped);
 
 /// The walk that finds the files of a folder operation.
 [[nodiscard]] WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit);
@@ -27,11 +31,13 @@ struct FileCount {
 struct ListedFiles {
     WorkList list;
     std::optional<RandomnessCounts> randomness; ///< of the files of a folder
+    bool wasCutShort = false; ///< there are more files than the maximum, or the user stopped it
 };
 
 /// The snapshot of what is to be processed: one file, or a walk through the folder with its
 /// boundaries and the prohibited folders that were passed by. `counted` is told of every file.
 [[nodiscard]] ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
-                                       const std::function<void(std::uint64_t files)>& counted);
+                                       const std::function<void(std::uint64_t files)>& counted,
+                                       const StopAsked& stopped);
 
 } // namespace zr5

@@ -37,12 +37,16 @@ void OperationDesk::Perform() {
     ConfirmInWindow confirmation(mainWindow_);
     const OperationSetup& setup = setup_.Setup();
     const OutOfUse outOfUse(setup_, mainWindow_);
-    if (!MayStart(setup, key_, machine_, confirmation)) return;
-    Window().ShowAtEnd();
+    stopRequested_ = false;
+    if (!MayStart(setup, key_, machine_, confirmation, [this] { return stopRequested_; })) return;
     screen_.ShowCount(setup.Operation, 0);
+    screen_.BeginRun(setup.Operation);
+    Window().ShowAtEnd();
     const ListedFiles listed = MakeWorkList(
-        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); });
-    RunOperation({setup, key_, listed.list, machine_}, screen_, listed.randomness);
+        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); },
+        [this] { return screen_.StopRequested(); });
+    RunOperation({setup, key_, listed.list, machine_}, screen_,
+                 {0, listed.wasCutShort, listed.randomness});
 }
 
 void OperationDesk::ListFiles(const std::string& buttonCaption) {
@@ -51,6 +55,11 @@ void OperationDesk::ListFiles(const std::string& buttonCaption) {
         screen_.ShowCount(setup_.Setup().Operation, 0);
         Window().ShowAtEnd();
     });
+}
+
+void OperationDesk::RequestStop() {
+    stopRequested_ = true;
+    screen_.StopPressed();
 }
 
 void OperationDesk::ShowReport() {

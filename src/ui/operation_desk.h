@@ -24,7 +24,7 @@ class OperationDesk final : public MainWindowActions {
     void ListFiles(const std::string& buttonCaption) override;
     [[nodiscard]] bool ReportIsEmpty() override { return screen_.IsEmpty(); }
     void ShowReport() override;
-    void RequestStop() override { screen_.StopPressed(); }
+    void RequestStop() override;
 
   private:
     ReportWindow& Window();
@@ -35,6 +35,7 @@ class OperationDesk final : public MainWindowActions {
     ReportScreen screen_;
     std::unique_ptr<ReportWindow> window_; ///< made at its first use
     QWidget* mainWindow_ = nullptr;
+    bool stopRequested_ = false; ///< while the files of an operation are counted
 };
 
 } // namespace zr5

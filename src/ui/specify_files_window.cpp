@@ -35,7 +35,7 @@ SpecifyFilesWindow::SpecifyFilesWindow(SpecifyFiles& rules, const SpecifyFilesNa
     LayOut();
     accept_->setDefault(true);
     cancel_->setAutoDefault(false);
-    connect(accept_, &QPushButton::clicked, this, [this] { Accept(); });
+    connect(accept_, &QPushButton::clicked, this, [this] { TakeAnswer(); });
     connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
     ShowSelection();
     if (rules_.ExtensionIsEnabled()) {
@@ -110,7 +110,7 @@ void SpecifyFilesWindow::ShowSelection() {
     ShowSelectedOptionsBold(*this);
 }
 
-void SpecifyFilesWindow::Accept() {
+void SpecifyFilesWindow::TakeAnswer() {
     rules_.SetExtension(FromQt(extension_->text()));
     extension_->setText(ToQt(rules_.Extension()));
     if (rules_.Accept()) accept();

@@ -34,7 +34,7 @@ class SpecifyFilesWindow final : public QDialog {
     QPushButton* AddButton(const char* name, const char* caption);
     void LayOut();
     void ShowSelection();
-    void Accept();
+    void TakeAnswer();
 
     SpecifyFiles& rules_;
     std::array<QRadioButton*, SpecifyFiles::Options> options_{};

@@ -92,6 +92,9 @@ TEST_F(FolderWalk, PassesForbiddenFoldersByAlsoBehindALinkToTheFolder) {
     EXPECT_EQ(seen.files, std::vector<std::string>{folder / "way/a"});
     EXPECT_EQ(seen.prohibited,
               (std::set<std::string>{folder / "way/.Trash-1000/", folder / "way/$RECYCLE.BIN/"}));
+    seen = {};
+    EXPECT_EQ(WalkFolder(*system, {"/usr/share/", "*.*", true, false, 1}, seen).files, 0U);
+    EXPECT_EQ(seen.prohibited, std::set<std::string>{"/usr/share/"});
 }
 
 TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {

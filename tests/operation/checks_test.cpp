@@ -24,8 +24,11 @@ class Checks : public OperationTest {
         folder.Write("a.txt", "abc");
         ChooseInput("a.txt");
     }
-    bool May() { return MayStart(setup, key, machine, view); }
+    bool May() {
+        return MayStart(setup, key, machine, view, [this] { return stopped; });
+    }
     FakeConfirmation view;
+    bool stopped = false;
 };
 
 TEST_F(Checks, PassOnceTheUserConfirms) {
@@ -110,6 +113,13 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
     setup.Operation = Function::Decrypt;
     EXPECT_TRUE(May());
     EXPECT_EQ(view.asked.back().warning, "");
+}
+
+TEST_F(Checks, AskNothingOnceTheUserStopsTheCounting) {
+    setup.InputMode = InputSource::FilesInAFolder;
+    user.onEvents = [&] { stopped = true; };
+    EXPECT_FALSE(May());
+    EXPECT_TRUE(view.asked.empty());
 }
 
 TEST_F(Checks, SayWhenThereIsNothingToDo) {

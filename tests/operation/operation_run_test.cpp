@@ -15,7 +15,7 @@ class OperationRun : public OperationTest {
         }
     }
     std::string Run(const std::optional<RandomnessCounts>& randomness = std::nullopt) {
-        RunOperation(Context(), screen, randomness);
+        RunOperation(Context(), screen, {0, false, randomness});
         return screen.text();
     }
 };
