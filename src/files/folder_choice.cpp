@@ -1,12 +1,12 @@
 #include "files/folder_choice.h"
 
-#include "files/folder_walk.h"
 #include "files/forbidden_folder.h"
 #include "util/display.h"
 #include "util/paths.h"
 
 namespace zr5 {
-void FolderChoice::ChooseInput(const std::string& buttonCaption) {
+
+void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked& stopped) {
     const auto chosen = user_.PickFolder(
         {.title = "Specify input folder", .startFolder = desk_.Setup().Folder[Input]});
     if (!chosen || chosen->empty()) return;
@@ -17,19 +17,17 @@ void FolderChoice::ChooseInput(const std::string& buttonCaption) {
                          BoxIcon::Information));
         return;
     }
-    if (!HoldsAFile(folder)) {
-        user_.Ask(
-            Notice(DisplayName(folder) + " contains no files.", "No files", BoxIcon::Information));
-        return;
+    ConsiderateVisitor visitor(user_, stopped);
+    const WalkResult found = WalkFolder(
+        fileSystem_,
+        {.folder = folder, .pattern = AllFilesPattern, .withSubfolders = true, .limit = 1},
+        visitor);
+    if (found.files > 0) {
+        desk_.SetInputFolder(folder);
+    } else if (!found.cutShort) {
+        user_.Ask(Notice(DisplayName(folder) + " contains no files." + UnreadableNote(found),
+                         "No files", BoxIcon::Information));
     }
-    desk_.SetInputFolder(folder);
-}
-
-bool FolderChoice::HoldsAFile(const std::string& folder) {
-    WalkVisitor visitor;
-    const WalkRequest request{
-        .folder = folder, .pattern = AllFilesPattern, .withSubfolders = true, .limit = 1};
-    return WalkFolder(fileSystem_, request, visitor).files > 0;
 }
 
 } // namespace zr5

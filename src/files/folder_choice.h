@@ -2,6 +2,7 @@
 
 // Choosing the input folder: which folders are refused, and what is said of them.
 
+#include "files/folder_walk.h"
 #include "libs/file_system.h"
 #include "setup/setup_desk.h"
 #include "util/user_port.h"
@@ -16,12 +17,10 @@ class FolderChoice {
         : user_(user), fileSystem_(fileSystem), desk_(desk) {}
 
     /// `buttonCaption` is the title of the box that refuses a forbidden folder. A cancelled picker
-    /// or a refusal changes nothing.
-    void ChooseInput(const std::string& buttonCaption);
+    /// or a refusal changes nothing, and neither does a search for files that `stopped` ends.
+    void ChooseInput(const std::string& buttonCaption, const StopAsked& stopped);
 
   private:
-    [[nodiscard]] bool HoldsAFile(const std::string& folder);
-
     UserPort& user_;
     FileSystem& fileSystem_;
     SetupDesk& desk_;

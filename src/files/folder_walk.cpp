@@ -18,7 +18,10 @@ class Walk {
 
     WalkResult Run() {
         const auto canonical = fileSystem_.CanonicalPath(request_.folder);
-        if (!canonical) return result_;
+        if (!canonical) {
+            PassBy(request_.folder);
+            return result_;
+        }
         const std::string judged = WithTrailingSeparator(*canonical);
         if (ForbiddenFolderName(judged)) {
             visitor_.MeetProhibitedFolder(request_.folder);
@@ -34,14 +37,22 @@ class Walk {
     bool Enter(const std::string& folder, const std::string& canonical) {
         // A folder can be met twice where it is mounted a second time.
         const auto identity = fileSystem_.IdentityOf(canonical);
-        if (!identity || !entered_.insert({identity->device, identity->inode}).second) return true;
+        if (identity && !entered_.insert({identity->device, identity->inode}).second) return true;
         auto entries = fileSystem_.ListFolder(canonical);
-        if (!entries) return true;
+        if (!entries) {
+            PassBy(folder);
+            return true;
+        }
         std::erase_if(*entries, [&](const FolderEntry& entry) { return !IsWanted(entry); });
         const auto files = std::ranges::count(*entries, FileKind::Regular, &FolderEntry::kind);
         visitor_.EnterFolder(folder, static_cast<std::uint64_t>(files),
                              entries->size() - static_cast<std::size_t>(files));
         return TakeFiles(folder, *entries) && EnterSubfolders(folder, canonical, *entries);
+    }
+
+    void PassBy(const std::string& unreadableFolder) {
+        ++result_.unreadable;
+        visitor_.MeetUnreadableFolder(unreadableFolder);
     }
 
     [[nodiscard]] bool IsWanted(const FolderEntry& entry) const {
@@ -101,6 +112,14 @@ class Walk {
 
 WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor) {
     return Walk(fileSystem, request, visitor).Run();
+}
+
+std::string UnreadableNote(const WalkResult& walked) {
+    if (walked.unreadable == 0) return {};
+    return "\r\n(" +
+           (walked.unreadable == 1 ? "One folder"
+                                   : std::to_string(walked.unreadable) + " folders") +
+           " could not be read.)";
 }
 
 } // namespace zr5

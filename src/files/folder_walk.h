@@ -5,8 +5,10 @@
 // file system; nothing is sorted.
 
 #include "libs/file_system.h"
+#include "util/user_port.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace zr5 {
@@ -23,6 +25,7 @@ struct WalkResult {
     std::uint64_t files = 0;
     std::uint64_t totalBytes = 0; ///< of the files whose length could be read, if asked for
     std::uint64_t subfolders = 0; ///< examined
+    std::uint64_t unreadable = 0; ///< folders, the input folder included, that cannot be read
     bool cutShort = false;        ///< by the limit or by the visitor
 };
 
@@ -34,15 +37,36 @@ class WalkVisitor {
     virtual void EnterFolder(const std::string& /*path*/, std::uint64_t /*matchingFiles*/,
                              std::uint64_t /*subfolders*/) {}
     virtual void MeetProhibitedFolder(const std::string& /*path*/) {}
+    virtual void MeetUnreadableFolder(const std::string& /*path*/) {}
     virtual void MeetFile(const std::string& /*path*/) {}
     /// Asked after each file and folder; false ends the walk.
     [[nodiscard]] virtual bool GoesOn() { return true; }
 };
 
+/// Asked again and again while a walk goes on; true ends it.
+using StopAsked = std::function<bool()>;
+
+/// Lets the interface react after each file and folder, and ends the walk when that is asked for.
+class ConsiderateVisitor : public WalkVisitor {
+  public:
+    ConsiderateVisitor(UserPort& user, const StopAsked& stopped) : user_(user), stopped_(stopped) {}
+    [[nodiscard]] bool GoesOn() override {
+        user_.ProcessEvents();
+        return !stopped_();
+    }
+
+  private:
+    UserPort& user_;
+    const StopAsked& stopped_;
+};
+
 /// Each folder is entered once. Regular files only, names that begin with a dot included. Links are
-/// neither entered nor taken, and forbidden folders are never entered. A folder that cannot be read
-/// has nothing in it.
+/// neither entered nor taken, and forbidden folders are never entered.
 [[nodiscard]] WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request,
                                     WalkVisitor& visitor);
+
+/// What a message that nothing was found adds when there were folders that cannot be read:
+/// empty, or a line of its own.
+[[nodiscard]] std::string UnreadableNote(const WalkResult& walked);
 
 } // namespace zr5

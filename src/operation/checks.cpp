@@ -35,13 +35,14 @@ std::string TooManyText(const OperationSetup& setup, std::uint64_t files) {
 }
 
 std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, FileKit& fileKit,
-                                           std::uint64_t files) {
-    if (files == 0) {
-        return Notice(NothingToDoText(setup, fileKit), "Nothing to do", BoxIcon::Exclamation);
+                                           const FileCount& count) {
+    if (count.files == 0) {
+        return Notice(NothingToDoText(setup, fileKit) + count.unreadableNote, "Nothing to do",
+                      BoxIcon::Exclamation);
     }
     if (setup.InputMode == InputSource::FilesInAFolder &&
-        files > static_cast<std::uint64_t>(setup.MaxNumFiles)) {
-        return Notice(TooManyText(setup, files), "Maximum number of files exceeded",
+        count.files > static_cast<std::uint64_t>(setup.MaxNumFiles)) {
+        return Notice(TooManyText(setup, count.files), "Maximum number of files exceeded",
                       BoxIcon::Exclamation);
     }
     return std::nullopt;
@@ -62,7 +63,7 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     }
     const FileCount count = CountFiles(setup, machine, stopped);
     if (stopped()) return false;
-    if (const auto problem = ProblemWithCount(setup, machine.fileKit, count.files)) {
+    if (const auto problem = ProblemWithCount(setup, machine.fileKit, count)) {
         return refuse(*problem);
     }
     if (!key.IsHeld()) {

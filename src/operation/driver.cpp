@@ -87,6 +87,8 @@ class Driver {
         std::string text = "\r\nFolder: " + DisplayName(item.inputPath) + "\r\n";
         if (item.kind == WorkItem::Kind::ProhibitedFolder) {
             text += "***  Prohibited folder  ***\r\n";
+        } else if (item.kind == WorkItem::Kind::UnreadableFolder) {
+            text += "***  Folder cannot be read  ***\r\n";
         }
         screen_.AppendToReport(text);
     }

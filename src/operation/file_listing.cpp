@@ -13,14 +13,23 @@ namespace zr5 {
 namespace {
 
 /// Writes a line for each folder and each file that a walk meets.
-class ListingVisitor : public WalkVisitor {
+class ListingVisitor : public ConsiderateVisitor {
   public:
-    ListingVisitor(Machine& machine, ReportScreen& screen, std::uint64_t maximum)
-        : machine_(machine), screen_(screen), maximum_(maximum), tally_(machine.fileKit) {}
+    ListingVisitor(Machine& machine, ReportScreen& screen, std::uint64_t maximum,
+                   const StopAsked& stopped)
+        : ConsiderateVisitor(machine.user, stopped),
+          machine_(machine),
+          screen_(screen),
+          maximum_(maximum),
+          tally_(machine.fileKit) {}
 
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
                      std::uint64_t subfolders) override {
         screen_.AppendToReport("\r\n" + FolderSummaryLine(path, matchingFiles, subfolders));
+    }
+
+    void MeetUnreadableFolder(const std::string& path) override {
+        screen_.AppendToReport("\r\n" + DisplayName(path) + " cannot be read.\r\n");
     }
 
     void MeetFile(const std::string& path) override {
@@ -41,8 +50,7 @@ class ListingVisitor : public WalkVisitor {
     }
 
     bool GoesOn() override {
-        machine_.user.ProcessEvents();
-        return !thereAreMore_ && !screen_.StopRequested() && !screen_.IsFull();
+        return ConsiderateVisitor::GoesOn() && !thereAreMore_ && !screen_.IsFull();
     }
 
     [[nodiscard]] std::uint64_t Files() const { return files_; }
@@ -59,19 +67,6 @@ class ListingVisitor : public WalkVisitor {
     std::uint64_t files_ = 0;
 };
 
-/// Only counts, and only as far as the first file.
-class FirstFile : public WalkVisitor {
-  public:
-    explicit FirstFile(UserPort& user) : user_(user) {}
-    bool GoesOn() override {
-        user_.ProcessEvents();
-        return true;
-    }
-
-  private:
-    UserPort& user_;
-};
-
 std::string NoFilesText(const OperationSetup& setup, const WalkResult& found) {
     const std::string pattern = setup.EffectivePattern();
     const std::string suffix = pattern == AllFilesPattern ? "" : " " + DisplayName(pattern);
@@ -83,7 +78,8 @@ std::string NoFilesText(const OperationSetup& setup, const WalkResult& found) {
                " subfolders\r\n(but perhaps in others).";
     }
     return "There are no files" + suffix + "\r\nin folder " + folder +
-           (setup.IncludeSubfolders() ? "\r\nor any of its subfolders." : "");
+           (setup.IncludeSubfolders() ? "\r\nor any of its subfolders." : "") +
+           UnreadableNote(found);
 }
 
 } // namespace
@@ -100,8 +96,9 @@ std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingF
 }
 
 void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
-               const std::string& buttonCaption, const std::function<void()>& show) {
-    FirstFile first(machine.user);
+               const std::string& buttonCaption, const StopAsked& stopped,
+               const std::function<void()>& show) {
+    ConsiderateVisitor first(machine.user, stopped); // only as far as the first file
     const WalkResult found = WalkFolder(machine.fileSystem, WalkRequestFor(setup, 1), first);
     if (found.files == 0) {
         machine.user.Ask(Notice(NoFilesText(setup, found), buttonCaption, BoxIcon::Information));
@@ -111,7 +108,8 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
     screen.BeginRun(setup.Operation);
     screen.AppendToReport("Files to be " + VerbForm(setup.Operation, "encrypted") + "\r\n");
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
-    ListingVisitor visitor(machine, screen, maximum);
+    const StopAsked screenStopped = [&screen] { return screen.StopRequested(); };
+    ListingVisitor visitor(machine, screen, maximum, screenStopped);
     const WalkResult listed =
         WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), visitor);
     if (screen.IsFull()) {

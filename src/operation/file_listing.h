@@ -4,6 +4,7 @@
 
 #include "operation/operation_context.h"
 #include "operation/report_screen.h"
+#include "operation/work_list.h"
 
 #include <functional>
 #include <string>
@@ -11,10 +12,11 @@
 namespace zr5 {
 
 /// Lists the files of a folder operation until the maximum, or until the user stops it. When
-/// there is none, a box with the title `buttonCaption` says so and nothing is listed; otherwise
-/// `show` opens the report screen first.
+/// there is none, or `stopped` ends the search for a first one, a box with the title
+/// `buttonCaption` says so and nothing is listed; otherwise `show` opens the report screen first.
 void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
-               const std::string& buttonCaption, const std::function<void()>& show);
+               const std::string& buttonCaption, const StopAsked& stopped,
+               const std::function<void()>& show);
 
 /// "<folder> has 2 matching files and 1 subfolder." and a line end.
 [[nodiscard]] std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingFiles,

@@ -18,7 +18,7 @@ namespace zr5 {
 
 /// One line of the work list: a file, or the boundary at which a folder begins.
 struct WorkItem {
-    enum class Kind { File, Folder, ProhibitedFolder };
+    enum class Kind { File, Folder, ProhibitedFolder, UnreadableFolder };
     Kind kind = Kind::File;
     std::string inputPath;  ///< of the file or folder
     std::string outputPath; ///< of the file; equal to inputPath in place

@@ -6,35 +6,32 @@
 namespace zr5 {
 namespace {
 
-/// Looks for files that are encrypted already, and lets the interface react after each file.
-class Counter : public WalkVisitor {
+/// Looks for files that are encrypted already.
+class Counter : public ConsiderateVisitor {
   public:
     Counter(const OperationSetup& setup, Machine& machine, const StopAsked& stopped)
-        : looks_(setup.Operation == Function::Encrypt), machine_(machine), stopped_(stopped) {}
+        : ConsiderateVisitor(machine.user, stopped),
+          looks_(setup.Operation == Function::Encrypt),
+          fileSystem_(machine.fileSystem) {}
     void MeetFile(const std::string& path) override {
-        if (looks_ && BeginsLikeEncrypted(machine_.fileSystem, path)) ++encryptedAlready_;
-    }
-    bool GoesOn() override {
-        machine_.user.ProcessEvents();
-        return !stopped_();
+        if (looks_ && BeginsLikeEncrypted(fileSystem_, path)) ++encryptedAlready_;
     }
     [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
 
   private:
     bool looks_;
-    Machine& machine_;
-    const StopAsked& stopped_;
+    FileSystem& fileSystem_;
     std::uint64_t encryptedAlready_ = 0;
 };
 
-class Lister : public WalkVisitor {
+class Lister : public ConsiderateVisitor {
   public:
     Lister(Machine& machine, std::uint64_t maximum,
            const std::function<void(std::uint64_t)>& counted, const StopAsked& stopped)
-        : machine_(machine),
+        : ConsiderateVisitor(machine.user, stopped),
+          machine_(machine),
           maximum_(maximum),
           counted_(counted),
-          stopped_(stopped),
           tally_(machine.fileKit) {}
 
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
@@ -45,6 +42,9 @@ class Lister : public WalkVisitor {
     }
     void MeetProhibitedFolder(const std::string& path) override {
         listed_.list.push_back({WorkItem::Kind::ProhibitedFolder, path, {}});
+    }
+    void MeetUnreadableFolder(const std::string& path) override {
+        listed_.list.push_back({WorkItem::Kind::UnreadableFolder, path, {}});
     }
     void MeetFile(const std::string& path) override {
         if (files_ == maximum_) {
@@ -58,8 +58,7 @@ class Lister : public WalkVisitor {
         counted_(++files_);
     }
     bool GoesOn() override {
-        machine_.user.ProcessEvents();
-        listed_.wasCutShort = listed_.wasCutShort || stopped_();
+        listed_.wasCutShort = !ConsiderateVisitor::GoesOn() || listed_.wasCutShort;
         return !listed_.wasCutShort;
     }
     [[nodiscard]] ListedFiles Take() {
@@ -71,7 +70,6 @@ class Lister : public WalkVisitor {
     Machine& machine_;
     std::uint64_t maximum_;
     const std::function<void(std::uint64_t)>& counted_;
-    const StopAsked& stopped_;
     RandomnessTally tally_;
     ListedFiles listed_;
     std::uint64_t files_ = 0;
@@ -98,11 +96,11 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAs
     Counter counter(setup, machine, stopped);
     if (setup.InputMode == InputSource::SingleFile) {
         counter.MeetFile(setup.FilePath(Input));
-        return {1, counter.EncryptedAlready()};
+        return {1, counter.EncryptedAlready(), {}};
     }
     const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles) + 1;
     const WalkResult walked = WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), counter);
-    return {walked.files, counter.EncryptedAlready()};
+    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked)};
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,

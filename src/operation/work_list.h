@@ -9,16 +9,15 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace zr5 {
 
 struct FileCount {
     std::uint64_t files = 0;
     std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
+    std::string unreadableNote;         ///< of the walk (`UnreadableNote`)
 };
-
-/// Asked again and again while files are counted or listed; true ends the work.
-using StopAsked = std::function<bool()>;
 
 /// How many files the operation has; counting stops one above the maximum of the setup. Lets the
 /// interface react.
@@ -35,7 +34,8 @@ struct ListedFiles {
 };
 
 /// The snapshot of what is to be processed: one file, or a walk through the folder with its
-/// boundaries and the prohibited folders that were passed by. `counted` is told of every file.
+/// boundaries and the folders that were passed by, prohibited or unreadable. `counted` is told of
+/// every file.
 [[nodiscard]] ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
                                        const std::function<void(std::uint64_t files)>& counted,
                                        const StopAsked& stopped);

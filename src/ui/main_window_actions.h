@@ -2,6 +2,9 @@
 
 // What the main window asks of the rest of the program. It holds no rule itself.
 
+#include "files/folder_walk.h"
+
+#include <functional>
 #include <string>
 
 namespace zr5 {
@@ -18,6 +21,9 @@ class MainWindowActions {
     [[nodiscard]] virtual bool ReportIsEmpty() = 0;
     /// Shows the report screen with its caret at the end of the text.
     virtual void ShowReport() = 0;
+    /// Runs `work`, which lets the interface react, with the main window out of use. What it is
+    /// handed tells it when `RequestStop` was called.
+    virtual void WhileOutOfUse(const std::function<void(const StopAsked&)>& work) = 0;
     /// The running operation is to stop after the file it is working on.
     virtual void RequestStop() = 0;
 };

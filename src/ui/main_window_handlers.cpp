@@ -91,8 +91,11 @@ void MainWindow::ChooseOutput() {
 
 void MainWindow::ChooseFolder() {
     if (!LeaveTextBoxes()) return;
-    parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory")->text()));
-    Refresh();
+    parts_.actions.WhileOutOfUse([this](const StopAsked& stopped) {
+        parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory")->text()),
+                                  stopped);
+    });
+    OperationEnded();
 }
 
 void MainWindow::SpecifyInputFiles() {

@@ -6,15 +6,26 @@
 #include "operation/work_list.h"
 #include "ui/confirm_window.h"
 
+#include <QPointer>
+
 namespace zr5 {
 namespace {
 
 /// While it lives, the main window is out of use: counting, checking and running let the
-/// interface react, and nothing must begin a second operation.
+/// interface react, and nothing must begin a second operation. Disabling takes the focus away,
+/// so it is given back.
 class OutOfUse {
   public:
-    OutOfUse(SetupDesk& setup, QWidget* window) : setup_(setup), window_(window) { Set(true); }
-    ~OutOfUse() { Set(false); }
+    OutOfUse(SetupDesk& setup, QWidget* window)
+        : setup_(setup),
+          window_(window),
+          focus_(window == nullptr ? nullptr : window->focusWidget()) {
+        Set(true);
+    }
+    ~OutOfUse() {
+        Set(false);
+        if (focus_ != nullptr) focus_->setFocus();
+    }
     OutOfUse(const OutOfUse&) = delete;
     OutOfUse& operator=(const OutOfUse&) = delete;
 
@@ -26,6 +37,7 @@ class OutOfUse {
 
     SetupDesk& setup_;
     QWidget* window_;
+    QPointer<QWidget> focus_;
 };
 
 } // namespace
@@ -33,12 +45,20 @@ class OutOfUse {
 OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine)
     : setup_(setup), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
 
-void OperationDesk::Perform() {
-    ConfirmInWindow confirmation(mainWindow_);
-    const OperationSetup& setup = setup_.Setup();
+void OperationDesk::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
     const OutOfUse outOfUse(setup_, mainWindow_);
     stopRequested_ = false;
-    if (!MayStart(setup, key_, machine_, confirmation, [this] { return stopRequested_; })) return;
+    work([this] { return stopRequested_; });
+}
+
+void OperationDesk::Perform() {
+    WhileOutOfUse([this](const StopAsked& stopped) { RunConfirmed(stopped); });
+}
+
+void OperationDesk::RunConfirmed(const StopAsked& stopped) {
+    ConfirmInWindow confirmation(mainWindow_);
+    const OperationSetup& setup = setup_.Setup();
+    if (!MayStart(setup, key_, machine_, confirmation, stopped)) return;
     screen_.ShowCount(setup.Operation, 0);
     screen_.BeginRun(setup.Operation);
     Window().ShowAtEnd();
@@ -50,10 +70,11 @@ void OperationDesk::Perform() {
 }
 
 void OperationDesk::ListFiles(const std::string& buttonCaption) {
-    const OutOfUse outOfUse(setup_, mainWindow_);
-    zr5::ListFiles(setup_.Setup(), machine_, screen_, buttonCaption, [this] {
-        screen_.ShowCount(setup_.Setup().Operation, 0);
-        Window().ShowAtEnd();
+    WhileOutOfUse([&](const StopAsked& stopped) {
+        zr5::ListFiles(setup_.Setup(), machine_, screen_, buttonCaption, stopped, [this] {
+            screen_.ShowCount(setup_.Setup().Operation, 0);
+            Window().ShowAtEnd();
+        });
     });
 }
 

@@ -24,9 +24,11 @@ class OperationDesk final : public MainWindowActions {
     void ListFiles(const std::string& buttonCaption) override;
     [[nodiscard]] bool ReportIsEmpty() override { return screen_.IsEmpty(); }
     void ShowReport() override;
+    void WhileOutOfUse(const std::function<void(const StopAsked&)>& work) override;
     void RequestStop() override;
 
   private:
+    void RunConfirmed(const StopAsked& stopped);
     ReportWindow& Window();
 
     SetupDesk& setup_;
@@ -35,7 +37,7 @@ class OperationDesk final : public MainWindowActions {
     ReportScreen screen_;
     std::unique_ptr<ReportWindow> window_; ///< made at its first use
     QWidget* mainWindow_ = nullptr;
-    bool stopRequested_ = false; ///< while the files of an operation are counted
+    bool stopRequested_ = false; ///< since the main window went out of use
 };
 
 } // namespace zr5

@@ -18,8 +18,9 @@ class InputFolder : public testing::Test {
     }
     void Choose(const std::optional<std::string>& path) {
         user.ExpectFolder("Specify input folder", path);
-        choice.ChooseInput("Select input folder");
+        choice.ChooseInput("Select input folder", [this] { return stopped; });
     }
+    bool stopped = false;
     test::TemporaryFolder folder;
     test::ScriptedUser user;
     std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
@@ -48,12 +49,14 @@ TEST_F(InputFolder, IsRefusedWhenItIsForbiddenOrHoldsNoFile) {
     user.ExpectFolder("Specify input folder", folder / "way");
     user.Expect(
         Notice("A 'usr' folder cannot be selected.", "Select input folder", BoxIcon::Information));
-    choice.ChooseInput("Select input folder");
+    choice.ChooseInput("Select input folder", [this] { return stopped; });
     user.ExpectFolder("Specify input folder", folder / "sub/deep");
     user.Expect(
         Notice(folder.Path() + "sub/deep/ contains no files.", "No files", BoxIcon::Information));
-    choice.ChooseInput("Select input folder");
+    choice.ChooseInput("Select input folder", [this] { return stopped; });
     Choose(std::nullopt);
+    stopped = true; // before any file was met
+    Choose(folder.Path());
     EXPECT_EQ(desk.Setup().Folder[Input], folder / "sub/");
 }
 

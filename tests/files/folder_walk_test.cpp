@@ -1,5 +1,6 @@
 #include "files/folder_walk.h"
 
+#include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>
@@ -19,6 +20,7 @@ class Recorder : public WalkVisitor {
     std::vector<std::string> files;
     std::vector<std::string> folders;
     std::set<std::string> prohibited;
+    std::vector<std::string> unreadable;
     std::size_t most = 1'000'000;
 
     void EnterFolder(const std::string& path, std::uint64_t matching,
@@ -26,6 +28,7 @@ class Recorder : public WalkVisitor {
         folders.push_back(path + " " + std::to_string(matching) + " " + std::to_string(subfolders));
     }
     void MeetProhibitedFolder(const std::string& path) override { prohibited.insert(path); }
+    void MeetUnreadableFolder(const std::string& path) override { unreadable.push_back(path); }
     void MeetFile(const std::string& path) override { files.push_back(path); }
     bool GoesOn() override { return files.size() < most; }
 };
@@ -114,11 +117,22 @@ TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {
     EXPECT_TRUE(result.cutShort);
 }
 
-TEST_F(FolderWalk, FindsNothingInAFolderThatIsGone) {
-    const WalkResult result =
+TEST_F(FolderWalk, GoesOnPastFoldersThatCannotBeReadAndNamesThem) {
+    const WalkResult gone =
         WalkFolder(*system, {folder.Path() + "gone/", "*.*", true, false, 0}, seen);
-    EXPECT_EQ(result.files, 0U);
-    EXPECT_FALSE(result.cutShort);
+    EXPECT_EQ(gone.files, 0U);
+    EXPECT_FALSE(gone.cutShort);
+    EXPECT_EQ(UnreadableNote(gone), "\r\n(One folder could not be read.)");
+    Make("a");
+    Make("sub/b");
+    test::FaultyFileSystem disk(*system);
+    disk.Fail(test::FsCall::ListFolder, 2, FsStatus::NotPermitted);
+    seen = {};
+    const WalkResult part = WalkFolder(disk, {folder.Path(), "*.*", true, false, 0}, seen);
+    EXPECT_EQ(seen.files, std::vector<std::string>{folder / "a"});
+    EXPECT_EQ(seen.unreadable, std::vector<std::string>{folder / "sub/"});
+    EXPECT_EQ(part.unreadable, 1U);
+    EXPECT_EQ(UnreadableNote(Walk()), "");
 }
 
 } // namespace

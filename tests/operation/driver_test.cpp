@@ -152,12 +152,14 @@ TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
     setup.Folder[Input] = folder.Path();
     list = {{WorkItem::Kind::Folder, folder.Path(), {}}};
     Add("a\nb\xFF.odg");
+    list.push_back({WorkItem::Kind::UnreadableFolder, "/own/", {}});
     list.push_back({WorkItem::Kind::ProhibitedFolder, "/proc/", {}});
     const std::string report = Run();
     EXPECT_TRUE(report.starts_with("Encrypting all files in the folder " + folder.Path() +
                                    " to a file with same name.\r\n\r\nFolder: " + folder.Path() +
                                    "\r\n  a\\x0Ab\\xFF.odg 3 bytes   -> "));
-    EXPECT_TRUE(report.ends_with("\r\nFolder: /proc/\r\n***  Prohibited folder  ***\r\n"));
+    EXPECT_TRUE(report.ends_with("\r\nFolder: /own/\r\n***  Folder cannot be read  ***\r\n"
+                                 "\r\nFolder: /proc/\r\n***  Prohibited folder  ***\r\n"));
 }
 
 class Anomaly : public DriverTest {

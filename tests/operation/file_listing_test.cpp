@@ -17,13 +17,16 @@ class Listing : public OperationTest {
     /// The listing's text; empty when the report screen was not opened.
     std::string List() {
         bool shown = false;
-        ListFiles(setup, machine, screen, "List files to be encrypted", [&] { shown = true; });
+        ListFiles(
+            setup, machine, screen, "List files to be encrypted", [this] { return stopped; },
+            [&] { shown = true; });
         return shown ? screen.text() : "";
     }
     void ExpectNone(const std::string& text) {
         user.Expect(Notice(text, "List files to be encrypted", BoxIcon::Information));
         EXPECT_EQ(List(), "");
     }
+    bool stopped = false;
 };
 
 TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
@@ -69,6 +72,12 @@ TEST_F(Listing, SaysWhenThereIsNothingToList) {
     ExpectNone("There are no files\r\nin folder " + path);
     setup.FilePattern = "*.txt";
     ExpectNone("There are no files *.txt\r\nin folder " + path);
+    std::filesystem::create_directories(folder / "sub/deep");
+    setup.SubfolderAnswer = true;
+    stopped = true;
+    ExpectNone("1 subfolders of " + path +
+               " were checked\r\nand there are no files *.txt\r\nin this folder or any of these "
+               "1 subfolders\r\n(but perhaps in others).");
 }
 
 TEST(FolderSummary, CountsInWords) {

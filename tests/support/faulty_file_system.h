@@ -25,6 +25,7 @@ enum class FsCall {
     Rename,
     Remove,
     FlushFolder,
+    ListFolder,
 };
 
 class FaultyFileSystem : public FileSystem {
@@ -67,6 +68,8 @@ class FaultyFileSystem : public FileSystem {
     }
     FsStatus MakeFolder(const std::string& path) override { return inner_.MakeFolder(path); }
     std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
+        const Event* event = Meet(FsCall::ListFolder);
+        if (event != nullptr && event->status != FsStatus::Ok) return std::nullopt;
         return inner_.ListFolder(path);
     }
     std::optional<std::string> CanonicalPath(const std::string& path) override {

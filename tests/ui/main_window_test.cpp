@@ -25,6 +25,9 @@ class RecordingProgram : public MainWindowActions, public ProgramActions {
         if (onPerform) onPerform();
     }
     void ListFiles(const std::string&) override { log.push_back("list"); }
+    void WhileOutOfUse(const std::function<void(const StopAsked&)>& work) override {
+        work([] { return false; });
+    }
     bool ReportIsEmpty() override { return reportIsEmpty; }
     void ShowReport() override { log.push_back("report"); }
     void RequestStop() override { log.push_back("stop"); }
