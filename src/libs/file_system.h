@@ -93,6 +93,9 @@ class FileSystem {
     [[nodiscard]] virtual OpenResult OpenForReading(const std::string& path) = 0;
     /// As OpenForReading, for writing over the content from the start; nothing is cut off.
     [[nodiscard]] virtual OpenResult OpenForOverwriting(const std::string& path) = 0;
+    /// As OpenForOverwriting, for a file that is to go: one of this user's that is only
+    /// write-protected is opened all the same, and stays so.
+    [[nodiscard]] virtual OpenResult OpenForPurging(const std::string& path) = 0;
     /// Makes a new file that only its owner may read (0600); AlreadyExists if the name is taken.
     [[nodiscard]] virtual OpenResult CreateExclusively(const std::string& path) = 0;
 

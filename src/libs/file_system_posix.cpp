@@ -243,6 +243,21 @@ class PosixFileSystem final : public FileSystem {
         return Open(path, O_WRONLY | O_NONBLOCK);
     }
 
+    OpenResult OpenForPurging(const std::string& path) override {
+        OpenResult opened = Open(path, O_WRONLY | O_NONBLOCK);
+        if (opened.status != FsStatus::NotPermitted) return opened;
+        const OpenResult readable = OpenForReading(path);
+        if (readable.status != FsStatus::Ok) return opened;
+        const int descriptor = static_cast<int>(readable.file->NativeHandle());
+        struct stat raw {};
+        if (fstat(descriptor, &raw) != 0 || (raw.st_mode & S_IWUSR) != 0) return opened;
+        if (fchmod(descriptor, (raw.st_mode & 07777U) | S_IWUSR) != 0)
+            return opened; // not its owner
+        opened = Open(path, O_WRONLY | O_NONBLOCK);
+        static_cast<void>(fchmod(descriptor, raw.st_mode & 07777U));
+        return opened;
+    }
+
     OpenResult CreateExclusively(const std::string& path) override {
         return Open(path, O_RDWR | O_CREAT | O_EXCL);
     }

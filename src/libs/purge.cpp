@@ -22,7 +22,7 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
 
 std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path,
                        const ProgressFunction& progress) {
-    const OpenResult opened = fileSystem.OpenForOverwriting(path);
+    const OpenResult opened = fileSystem.OpenForPurging(path);
     if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
     const auto info = opened.file->Info();
     if (!info) return purge_code::NotOpened;

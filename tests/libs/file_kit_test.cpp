@@ -3,11 +3,14 @@
 #include "libs/purge.h"
 #include "libs/random.h"
 #include "libs/zr5_file_kit.h"
+#include "support/child_process.h"
 #include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 // Comparing, purging and naming files.
 
@@ -127,6 +130,23 @@ TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
     EXPECT_LT(Purge("folder", PurgeDeleteOnly), PurgeFailureLimit);
     EXPECT_EQ(folder.Names(), before);
     EXPECT_EQ(folder.Read("file"), "content");
+}
+
+TEST_F(Kit, PurgesAWriteProtectedFileOnlyOfItsOwner) {
+    const std::string content = PatternBytes(5000);
+    const std::string path = folder.Write("file", content);
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] {
+        return Purge("file", PurgeOverwrite, false) == purge_code::Done &&
+               fs::status(path).permissions() == fs::perms{0444} && folder.Read("file") != content;
+    }));
+    EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] { return Purge("file") == 0; }));
+    EXPECT_FALSE(folder.Has("file"));
+    if (geteuid() == 0) {
+        const std::string roots = folder.Write("roots", content);
+        EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Purge("roots") == purge_code::NotOpened; }));
+        EXPECT_EQ(folder.Read("roots"), content);
+    }
 }
 
 TEST_F(Kit, SaysWhenAPurgeFailedAndKeepsTheName) {

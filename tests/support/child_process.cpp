@@ -75,4 +75,22 @@ bool KilledAtSystemCall(unsigned number, const std::function<void()>& work) {
     return false;
 }
 
+bool AsOrdinaryUser(const std::vector<std::string>& paths, const std::function<bool()>& work) {
+    constexpr uid_t Nobody = 65534;
+    const bool isRoot = geteuid() == 0;
+    for (const std::string& path : paths) {
+        if (isRoot && chown(path.c_str(), Nobody, Nobody) != 0) {
+            throw std::runtime_error("file cannot be given away");
+        }
+    }
+    const pid_t child = fork();
+    if (child < 0) throw std::runtime_error("no child process");
+    if (child == 0) {
+        if (isRoot && (setgid(Nobody) != 0 || setuid(Nobody) != 0)) _exit(Threw);
+        _exit(work() ? NoFailure : Threw);
+    }
+    const int status = WaitFor(child);
+    return WIFEXITED(status) && WEXITSTATUS(status) == NoFailure;
+}
+
 } // namespace zr5::test

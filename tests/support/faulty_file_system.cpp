@@ -118,6 +118,10 @@ OpenResult FaultyFileSystem::OpenForOverwriting(const std::string& path) {
     return Opened(FsCall::Open, [&] { return inner_.OpenForOverwriting(path); });
 }
 
+OpenResult FaultyFileSystem::OpenForPurging(const std::string& path) {
+    return Opened(FsCall::Open, [&] { return inner_.OpenForPurging(path); });
+}
+
 OpenResult FaultyFileSystem::CreateExclusively(const std::string& path) {
     return Opened(FsCall::Create, [&] { return inner_.CreateExclusively(path); });
 }
