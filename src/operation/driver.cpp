@@ -39,7 +39,7 @@ class Driver {
 
     void Run() {
         WriteHeading();
-        MeasureWhole();
+        CountFiles();
         if (screen_.IsFull()) {
             screen_.AppendAlways("Textbox is full.\r\n");
             screen_.Halt();
@@ -53,9 +53,7 @@ class Driver {
             }
             --filesLeft_;
             ProcessFile(item);
-            whole_.bytesDone += item.lengthBytes;
-            ++whole_.filesDone;
-            if (whole_.files > 1) screen_.ShowWhole(whole_);
+            screen_.EndFile(item.lengthBytes);
             if (abandoned_ || EndsAfter(++index)) return;
         }
     }
@@ -76,11 +74,12 @@ class Driver {
         screen_.AppendToReport(heading + "\r\n");
     }
 
-    void MeasureWhole() {
+    void CountFiles() {
+        std::uint64_t totalBytes = 0;
         for (const WorkItem& item : operation_.list) {
-            if (item.kind == WorkItem::Kind::File) ++whole_.files;
-            whole_.totalBytes += item.lengthBytes;
+            totalBytes += item.lengthBytes;
         }
+        screen_.BeginFiles(static_cast<std::uint64_t>(filesLeft_), totalBytes);
     }
 
     void WriteFolder(const WorkItem& item) {
@@ -113,7 +112,7 @@ class Driver {
             }
             const std::string note = "  ... " + Verb("Encrypting") + " ... ";
             screen_.AppendToReport(note, true);
-            screen_.ShowProgress({NameOf(item.inputPath), 0, lengthBytes});
+            screen_.BeginFile(NameOf(item.inputPath), lengthBytes, PassesOver(item));
             operation_.machine.user.ProcessEvents();
             const FileResult result = Work(item);
             screen_.RemoveFromReport(note);
@@ -166,15 +165,23 @@ class Driver {
         return false;
     }
 
+    [[nodiscard]] bool IsInPlace(const WorkItem& item) const {
+        return operation_.setup.OutputMode == OutputTarget::OverwriteInput ||
+               SameFile(operation_.machine.fileSystem, item.inputPath, item.outputPath);
+    }
+
+    /// In place, a file that is encrypted is overwritten afterwards.
+    [[nodiscard]] unsigned PassesOver(const WorkItem& item) const {
+        return !Decrypts() && IsInPlace(item) ? 2 : 1;
+    }
+
     FileResult Work(const WorkItem& item) {
-        const bool inPlace =
-            operation_.setup.OutputMode == OutputTarget::OverwriteInput ||
-            SameFile(operation_.machine.fileSystem, item.inputPath, item.outputPath);
-        if (!inPlace) {
+        if (!IsInPlace(item)) {
             return {EncryptOrDecryptFile(operation_, false, item.inputPath, item.outputPath),
                     item.outputPath};
         }
         InPlaceResult result = ProcessInPlace(operation_, item.inputPath, [&] {
+            screen_.NextPass();
             if (warning_.IsDueFor(item.inputPath)) {
                 screen_.ShowPurgeWarning(warning_, item.inputPath);
             }
@@ -245,7 +252,6 @@ class Driver {
     ReportScreen& screen_;
     PurgeWarning warning_;
     std::ptrdiff_t filesLeft_;
-    OperationProgress whole_;
     bool abandoned_ = false;
 };
 

@@ -79,7 +79,7 @@ class ProgressShown {
   public:
     ProgressShown(Machine& machine, ReportScreen& screen) : machine_(machine) {
         const auto show = [&machine, &screen](std::uint64_t done, std::uint64_t total) {
-            screen.ShowProgress({screen.Progress().name, done, total});
+            screen.ShowPass(done, total);
             machine.user.ProcessEvents();
         };
         machine.engine.SetProgress(show);

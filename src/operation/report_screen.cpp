@@ -2,10 +2,7 @@
 
 #include "setup/verb_form.h"
 #include "util/durations.h"
-#include "util/numbers.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
 
 namespace zr5 {
@@ -109,8 +106,8 @@ void ReportScreen::BeginRun(Function operation) {
     perFileReportingOff_ = false;
     closesAfterRun_ = false;
     progress_ = {};
-    whole_ = {};
     startedAt_ = clock_.Now();
+    pausedFor_ = {};
     startTimeOfDay_ = clock_.TimeOfDay();
     if (view_ != nullptr) view_->TextReplaced();
     SetState(State::Running);
@@ -120,7 +117,6 @@ void ReportScreen::EndRun() {
     ranFor_ = Elapsed();
     pauseRequested_ = false;
     progress_ = {};
-    whole_ = {};
     SetState(stopRequested_ ? State::Stopped : State::Done);
 }
 
@@ -169,14 +165,41 @@ void ReportScreen::ReportBufferFull() {
 void ReportScreen::PauseStep() {
     if (!pauseRequested_ || stopRequested_) return;
     SetState(State::Paused);
+    const std::chrono::milliseconds since = clock_.Now();
     while (pauseRequested_ && !stopRequested_) {
         user_.WaitForEvents();
     }
+    pausedFor_ += clock_.Now() - since;
     SetState(State::Running);
 }
 
-void ReportScreen::ShowProgress(FileProgress progress) {
-    progress_ = std::move(progress);
+void ReportScreen::BeginFiles(std::uint64_t files, std::uint64_t totalBytes) {
+    progress_ = {.files = files, .totalBytes = totalBytes, .file = {}};
+    NotifyState();
+}
+
+void ReportScreen::BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes) {
+    progress_.file = {.name = std::move(displayName),
+                      .lengthBytes = lengthBytes,
+                      .passes = passes,
+                      .isDone = false};
+    NotifyState();
+}
+
+void ReportScreen::ShowPass(std::uint64_t done, std::uint64_t total) {
+    progress_.file.ofPass = static_cast<double>(done) / static_cast<double>(total);
+    NotifyState();
+}
+
+void ReportScreen::NextPass() {
+    ++progress_.file.passesDone;
+    progress_.file.ofPass = 0.0;
+}
+
+void ReportScreen::EndFile(std::uint64_t listedBytes) {
+    ++progress_.filesDone;
+    progress_.filesDoneBytes += listedBytes;
+    progress_.file.isDone = true;
     NotifyState();
 }
 
@@ -187,35 +210,8 @@ void ReportScreen::ShowCount(Function operation, std::uint64_t files) {
     NotifyState();
 }
 
-void ReportScreen::ShowWhole(const OperationProgress& whole) {
-    whole_ = whole;
-    NotifyState();
-}
-
-double OperationProgress::Fraction() const {
-    constexpr double BytesOfAFile = 65536.0;
-    const double all = static_cast<double>(totalBytes) + BytesOfAFile * static_cast<double>(files);
-    const double done =
-        static_cast<double>(bytesDone) + BytesOfAFile * static_cast<double>(filesDone);
-    return all > 0 ? std::min(done / all, 1.0) : 0.0;
-}
-
-std::string ReportScreen::WholeText() const {
-    constexpr double Megabyte = 1024.0 * 1024.0;
-    constexpr double EnoughToJudge = 0.02;
-    const auto megabytes = [](std::uint64_t bytes) {
-        return WithThousands(static_cast<double>(bytes) / Megabyte, 2);
-    };
-    std::string text = WithThousands(whole_.filesDone) + " of " + WithThousands(whole_.files) +
-                       " files, " + megabytes(whole_.bytesDone) + " of " +
-                       megabytes(whole_.totalBytes) + " MB";
-    const double fraction = whole_.Fraction();
-    if (fraction > EnoughToJudge) {
-        const double seconds =
-            static_cast<double>(Elapsed().count()) / 1000.0 * (1.0 - fraction) / fraction;
-        text += ", " + FormatDuration(static_cast<std::uint64_t>(std::llround(seconds))) + " left";
-    }
-    return text;
+std::string ReportScreen::ProgressText() const {
+    return progress_.Text(Elapsed() - pausedFor_);
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {

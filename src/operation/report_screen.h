@@ -4,6 +4,7 @@
 // through which the user pauses and stops between files.
 
 #include "libs/clock.h"
+#include "operation/operation_progress.h"
 #include "operation/purge_warning.h"
 #include "operation/report_text.h"
 #include "setup/operation_setup.h"
@@ -29,24 +30,6 @@ class ReportView {
     virtual void StateChanged() = 0;
     /// Shows the warning for `path` and tells it (`Closed`) how it was answered.
     virtual void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) = 0;
-};
-
-/// How far the file that is worked on has come.
-struct FileProgress {
-    std::string name; ///< for display; empty when no file is worked on
-    std::uint64_t doneBytes = 0;
-    std::uint64_t totalBytes = 0;
-};
-
-/// How far the whole operation has come, the file that is worked on included.
-struct OperationProgress {
-    std::uint64_t files = 0;
-    std::uint64_t filesDone = 0;
-    std::uint64_t totalBytes = 0;
-    std::uint64_t bytesDone = 0;
-
-    /// From 0 to 1. A file costs time of its own besides its bytes.
-    [[nodiscard]] double Fraction() const;
 };
 
 struct OperationCounters {
@@ -81,11 +64,9 @@ class ReportScreen {
     [[nodiscard]] static std::string CopyCaption(bool hasSelection);
     /// The line about time: when the run began and how long it has taken.
     [[nodiscard]] std::string TimeText() const;
-    [[nodiscard]] const FileProgress& Progress() const { return progress_; }
-    /// Of an operation on several files; no files while there is none.
-    [[nodiscard]] const OperationProgress& Whole() const { return whole_; }
-    /// "12 of 340 files, 5.20 of 80.00 MB, 2 minutes left".
-    [[nodiscard]] std::string WholeText() const;
+    /// No files while no operation runs.
+    [[nodiscard]] const OperationProgress& Progress() const { return progress_; }
+    [[nodiscard]] std::string ProgressText() const;
     /// The caption of the window: "Report", or how many files were counted.
     [[nodiscard]] const std::string& Caption() const { return caption_; }
 
@@ -118,10 +99,16 @@ class ReportScreen {
     [[nodiscard]] bool StopRequested() const { return stopRequested_; }
     /// Between two files: waits while the user has paused.
     void PauseStep();
-    void ShowProgress(FileProgress progress);
+    /// The operation is about so many files and bytes.
+    void BeginFiles(std::uint64_t files, std::uint64_t totalBytes);
+    void BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes);
+    /// The current pass over the file has come so far.
+    void ShowPass(std::uint64_t done, std::uint64_t total);
+    void NextPass();
+    /// `listedBytes`: what the file counted in the total.
+    void EndFile(std::uint64_t listedBytes);
     /// Shows the running count in the caption.
     void ShowCount(Function operation, std::uint64_t files);
-    void ShowWhole(const OperationProgress& whole);
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
     [[nodiscard]] std::chrono::milliseconds Elapsed() const;
     /// The same to the nearest second, as people read it.
@@ -146,8 +133,8 @@ class ReportScreen {
     std::chrono::milliseconds startedAt_{0};
     std::chrono::milliseconds startTimeOfDay_{0};
     std::chrono::milliseconds ranFor_{0};
-    FileProgress progress_;
-    OperationProgress whole_;
+    std::chrono::milliseconds pausedFor_{0};
+    OperationProgress progress_;
     std::string caption_ = "Report";
 };
 

@@ -215,26 +215,25 @@ void ReportWindow::StateChanged() {
 }
 
 void ReportWindow::ShowFileProgress() {
-    const FileProgress& progress = screen_.Progress();
-    const bool isShown = !progress.name.empty() && progress.totalBytes > 0;
+    const FileProgress& file = screen_.Progress().file;
+    const bool isShown = !file.name.empty() && file.lengthBytes > 0;
     progress_->setVisible(isShown);
     file_->setVisible(isShown);
     if (!isShown) return;
-    const double done =
-        static_cast<double>(progress.doneBytes) / static_cast<double>(progress.totalBytes);
+    const double done = file.Fraction();
     progress_->setValue(static_cast<int>(done * ProgressSteps));
     file_->setText(QStringLiteral("%1: %2 %")
-                       .arg(fontMetrics().elidedText(ToQt(progress.name), Qt::ElideMiddle, 220))
+                       .arg(fontMetrics().elidedText(ToQt(file.name), Qt::ElideMiddle, 220))
                        .arg(static_cast<int>(done * 100)));
 }
 
 void ReportWindow::ShowWhole() {
-    const bool isShown = screen_.Whole().files > 1;
+    const bool isShown = screen_.Progress().files > 1;
     whole_->setVisible(isShown);
     wholeProgress_->setVisible(isShown);
     if (!isShown) return;
-    whole_->setText(ToQt(screen_.WholeText()));
-    wholeProgress_->setValue(static_cast<int>(screen_.Whole().Fraction() * ProgressSteps));
+    whole_->setText(ToQt(screen_.ProgressText()));
+    wholeProgress_->setValue(static_cast<int>(screen_.Progress().Fraction() * ProgressSteps));
 }
 
 void ReportWindow::ShowTime() {

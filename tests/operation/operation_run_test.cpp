@@ -45,13 +45,13 @@ TEST_F(OperationRun, ShowsTheProgressOfAFileAndLetsTheInterfaceReact) {
     engine.onFile = [&](const std::string&, const std::string& output) {
         std::ofstream(output) << "x";
         const int before = events;
-        engine.progress(1, 3);
+        engine.progress(1, 2);
         EXPECT_EQ(events, before + 1);
-        EXPECT_EQ(screen.Progress().name, "a.odg");
-        EXPECT_EQ(screen.Progress().doneBytes, 1U);
+        EXPECT_EQ(screen.Progress().file.name, "a.odg");
+        EXPECT_EQ(screen.Progress().file.ofPass, 0.5);
     };
     static_cast<void>(Run());
-    EXPECT_EQ(screen.Progress().name, "");
+    EXPECT_EQ(screen.Progress().file.name, "");
 }
 
 TEST_F(OperationRun, WarnsOfAntiVirusProgramsByKindOfFile) {

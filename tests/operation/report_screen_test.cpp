@@ -62,6 +62,28 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
     EXPECT_TRUE(screen.StopRequested());
 }
 
+TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
+    constexpr std::uint64_t Megabyte = 1048576;
+    screen.BeginRun(Function::Encrypt);
+    screen.BeginFiles(2, 4 * Megabyte);
+    EXPECT_EQ(screen.ProgressText(), "0 of 2 files, 0.00 of 4.00 MB");
+    screen.BeginFile("a", 2 * Megabyte, 2);
+    clock.now += std::chrono::seconds(10);
+    screen.ShowPass(Megabyte, 2 * Megabyte);
+    EXPECT_EQ(screen.Progress().file.Fraction(), 0.25);
+    screen.NextPass();
+    EXPECT_EQ(screen.Progress().file.Fraction(), 0.5);
+    screen.EndFile(2 * Megabyte);
+    user.onEvents = [&] {
+        clock.now += std::chrono::hours(1);
+        screen.PauseContinuePressed();
+    };
+    screen.PauseContinuePressed();
+    screen.PauseStep();
+    EXPECT_EQ(screen.ProgressText(), "1 of 2 files, 2.00 of 4.00 MB, 10 seconds left");
+    EXPECT_EQ(screen.Progress().Fraction(), 0.5);
+}
+
 TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
     screen.AppendToReport("one\r\ntwo");
     screen.CopyPressed("two");
