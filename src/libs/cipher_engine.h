@@ -3,6 +3,7 @@
 // The six calls through which the program reaches its cipher. Result codes are 0 for success
 // and negative for a failure; 1 to 8 belong to the operation driver and never come from here.
 
+#include "libs/file_system.h"
 #include "libs/progress.h"
 
 #include <cstdint>
@@ -35,6 +36,16 @@ inline constexpr std::int32_t NineDamagedBlocks = -29;
 inline constexpr std::int32_t EngineDecrypt = 0;
 inline constexpr std::int32_t EngineEncrypt = 1;
 
+/// Told where an output is made before it takes its name. False ends the work with WriteError.
+class OutputObserver {
+  public:
+    virtual ~OutputObserver() = default;
+    /// A file is about to be made at `path`.
+    [[nodiscard]] virtual bool WillMake(const std::string& path) = 0;
+    /// It is complete and on the disk, and about to take the output's name.
+    [[nodiscard]] virtual bool WillName(const FileInfo& info) = 0;
+};
+
 class CipherEngine {
   public:
     virtual ~CipherEngine() = default;
@@ -58,6 +69,11 @@ class CipherEngine {
     /// or holds what could be recovered (-16 to -29).
     [[nodiscard]] virtual std::int32_t decrypt_file(const std::string& inputPath,
                                                     const std::string& outputPath) = 0;
+    /// After a successful `encrypt_file` and before the next initialization: reads the output
+    /// back from the disk, decrypts it and compares it with the input. 0 when they agree to the
+    /// byte; WriteError when they do not.
+    [[nodiscard]] virtual std::int32_t verify_file(const std::string& inputPath,
+                                                   const std::string& outputPath) = 0;
     /// Non-zero when the first `length` bytes of `key` are text: every byte up to the last
     /// non-NUL one is a printable character of code page 1252, TAB, LF, FF or CR.
     [[nodiscard]] virtual std::int32_t key_is_text(std::string_view key,
@@ -65,6 +81,8 @@ class CipherEngine {
 
     /// Hands in what is called while a file is worked on; an empty function for nothing.
     virtual void SetProgress(ProgressFunction progress) = 0;
+    /// Hands in who is told of every output while it is made; null for nobody.
+    virtual void SetOutputObserver(OutputObserver* observer) = 0;
 };
 
 } // namespace zr5

@@ -6,28 +6,6 @@
 namespace zr5 {
 namespace {
 
-using Header = std::array<std::byte, HeaderBytes>;
-
-/// The keys that the header commits to; empty for a foreign file, a damaged header or a wrong
-/// key. `code` says NotInitialised when it was neither.
-FileKeys KeysOf(const Header& header, MasterKeys& masters, std::int32_t& code) {
-    code = engine_code::WrongKeyOrCorrupt;
-    const std::span<const std::byte, HeaderBytes> all(header);
-    if (!std::ranges::equal(all.first<Magic.size()>(), Magic)) return {};
-    RunSalt runSalt{};
-    std::ranges::copy(all.subspan<RunSaltAt, RunSaltBytes>(), runSalt.begin());
-    const SecretBytes* master = masters.For(runSalt);
-    FileKeys keys;
-    Tag256 tag{};
-    if (master != nullptr) keys = DeriveFileKeys(*master, all.subspan<FileSaltAt, FileSaltBytes>());
-    if (keys.header.empty() || !HmacSha256(keys.header.bytes(), all.first<HeaderTagAt>(), tag)) {
-        code = engine_code::NotInitialised;
-        return {};
-    }
-    if (!EqualInConstantTime(tag, all.subspan<HeaderTagAt, HeaderTagBytes>())) return {};
-    return keys;
-}
-
 /// What was wrong with the blocks of a file.
 struct Damage {
     std::uint64_t blocks = 0; ///< how many could not be opened
@@ -123,6 +101,25 @@ std::int32_t KeepPart(std::int32_t stoppedBy, PendingOutput& output, const OpenF
 
 } // namespace
 
+FileKeys KeysOfHeader(const std::array<std::byte, HeaderBytes>& header, MasterKeys& masters,
+                      std::int32_t& code) {
+    code = engine_code::WrongKeyOrCorrupt;
+    const std::span<const std::byte, HeaderBytes> all(header);
+    if (!std::ranges::equal(all.first<Magic.size()>(), Magic)) return {};
+    RunSalt runSalt{};
+    std::ranges::copy(all.subspan<RunSaltAt, RunSaltBytes>(), runSalt.begin());
+    const SecretBytes* master = masters.For(runSalt);
+    FileKeys keys;
+    Tag256 tag{};
+    if (master != nullptr) keys = DeriveFileKeys(*master, all.subspan<FileSaltAt, FileSaltBytes>());
+    if (keys.header.empty() || !HmacSha256(keys.header.bytes(), all.first<HeaderTagAt>(), tag)) {
+        code = engine_code::NotInitialised;
+        return {};
+    }
+    if (!EqualInConstantTime(tag, all.subspan<HeaderTagAt, HeaderTagBytes>())) return {};
+    return keys;
+}
+
 std::int32_t RunDecryption(JobContext& job) {
     OpenResult input = job.fileSystem.OpenForReading(job.inputPath);
     if (input.status != FsStatus::Ok) return InputCode(input.status);
@@ -134,14 +131,14 @@ std::int32_t RunDecryption(JobContext& job) {
     const BlockLayout layout = LayoutOf(info->lengthBytes);
     if (layout.blocks == 0) return engine_code::WrongKeyOrCorrupt;
 
-    Header header{};
+    std::array<std::byte, HeaderBytes> header{};
     const ReadResult got = input.file->Read(header);
     if (got.status != FsStatus::Ok || got.count != header.size()) return engine_code::ReadError;
     std::int32_t code = engine_code::Success;
-    const FileKeys keys = KeysOf(header, job.masters, code);
+    const FileKeys keys = KeysOfHeader(header, job.masters, code);
     if (keys.block.empty()) return code;
 
-    PendingOutput output(job.fileSystem, job.random, job.outputPath);
+    PendingOutput output(job.fileSystem, job.random, job.outputPath, job.observer);
     code = output.Begin(layout.plainBytes);
     if (code != engine_code::Success) return code;
     const Damage damage = Opener(job, *input.file, layout, keys.block).Run(output);

@@ -80,7 +80,7 @@ std::int32_t RunEncryption(JobContext& job, const RunSalt& runSalt) {
     if (blockKey.empty()) return engine_code::NotInitialised;
     BlockCipher cipher(blockKey);
 
-    PendingOutput output(job.fileSystem, job.random, job.outputPath);
+    PendingOutput output(job.fileSystem, job.random, job.outputPath, job.observer);
     std::int32_t code = output.Begin(EncryptedLength(before->lengthBytes));
     if (code == engine_code::Success) {
         code = SealAll(job, *input.file, before->lengthBytes, cipher, output);

@@ -4,7 +4,9 @@
 
 #include "libs/progress.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,6 +37,9 @@ inline constexpr std::int32_t PurgeDeleteOnly = 0;
 
 /// Length of the buffer that `gt` fills.
 inline constexpr std::int32_t ProgramTextBufferLength = 1024;
+
+/// False: the file must not be overwritten.
+using BeforeOverwriting = std::function<bool(std::span<const std::byte> firstBytes)>;
 
 class FileKit {
   public:
@@ -73,6 +78,9 @@ class FileKit {
     /// less: a failure code (`LoadProgramText` in util has the words).
     [[nodiscard]] virtual std::int32_t lt(const std::string& path, std::int32_t reserved) = 0;
 
+    /// Hands in what is told the first bytes that a file is going to be overwritten with, before
+    /// any is written; false leaves the file as it is. An empty function for nothing.
+    virtual void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) = 0;
     /// Hands in what is called after each piece while a file is overwritten; an empty function for
     /// nothing.
     virtual void SetProgress(ProgressFunction progress) = 0;

@@ -63,8 +63,15 @@ class OpenFile {
     /// also where the file system cannot tell.
     [[nodiscard]] virtual FsStatus Reserve(std::uint64_t lengthBytes) = 0;
     [[nodiscard]] virtual FsStatus Truncate(std::uint64_t lengthBytes) = 0;
+    /// The next reading or writing begins at `offset`.
+    [[nodiscard]] virtual FsStatus MoveTo(std::uint64_t offset) = 0;
     /// Returns when content, length and attributes are on the disk.
     [[nodiscard]] virtual FsStatus Flush() = 0;
+    /// As Flush, but for the time of the last change and what else is not needed for reading.
+    [[nodiscard]] virtual FsStatus FlushContent() = 0;
+    /// Lets go of what the system keeps of a flushed file in memory, so that the next reading
+    /// comes from the disk. A hint.
+    virtual void ForgetCached() = 0;
     [[nodiscard]] virtual std::optional<FileInfo> Info() const = 0;
     /// Gives this file the owner (where permitted), mode, access lists and extended attributes
     /// of `source`. What the file system does not know or permit is left out; NoSpace and
@@ -98,6 +105,10 @@ class FileSystem {
     [[nodiscard]] virtual OpenResult OpenForPurging(const std::string& path) = 0;
     /// Makes a new file that only its owner may read (0600); AlreadyExists if the name is taken.
     [[nodiscard]] virtual OpenResult CreateExclusively(const std::string& path) = 0;
+
+    /// Opens a file for reading and writing, and makes it (0600) where there is none. It is
+    /// locked while it is open: AlreadyExists while another process has it open this way.
+    [[nodiscard]] virtual OpenResult OpenLocked(const std::string& path) = 0;
 
     /// What stands at `path` itself, links not followed; empty when nothing can be seen there.
     [[nodiscard]] virtual std::optional<FileInfo> Info(const std::string& path) = 0;

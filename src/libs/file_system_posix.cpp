@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
@@ -183,9 +184,19 @@ class PosixFile final : public OpenFile {
             Retrying([&] { return ftruncate(descriptor_, static_cast<off_t>(lengthBytes)); }));
     }
 
+    FsStatus MoveTo(std::uint64_t offset) override {
+        return StatusOfCall(lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET));
+    }
+
     FsStatus Flush() override {
         return StatusOfCall(Retrying([&] { return fsync(descriptor_); }));
     }
+
+    FsStatus FlushContent() override {
+        return StatusOfCall(Retrying([&] { return fdatasync(descriptor_); }));
+    }
+
+    void ForgetCached() override { posix_fadvise(descriptor_, 0, 0, POSIX_FADV_DONTNEED); }
 
     std::optional<FileInfo> Info() const override {
         struct stat raw {};
@@ -260,6 +271,22 @@ class PosixFileSystem final : public FileSystem {
 
     OpenResult CreateExclusively(const std::string& path) override {
         return Open(path, O_RDWR | O_CREAT | O_EXCL);
+    }
+
+    OpenResult OpenLocked(const std::string& path) override {
+        OpenResult opened = Open(path, O_RDWR | O_CREAT | O_NONBLOCK);
+        if (opened.status != FsStatus::Ok) return opened;
+        const int descriptor = static_cast<int>(opened.file->NativeHandle());
+        if (Retrying([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) != 0) {
+            return {errno == EWOULDBLOCK ? FsStatus::AlreadyExists : StatusOf(errno), nullptr};
+        }
+        // Whoever had the lock before may have removed the file meanwhile.
+        const auto named = Info(path);
+        const auto held = opened.file->Info();
+        if (!named || !held || named->identity != held->identity) {
+            return {FsStatus::AlreadyExists, nullptr};
+        }
+        return opened;
     }
 
     std::optional<FileInfo> Info(const std::string& path) override {

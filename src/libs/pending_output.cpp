@@ -1,7 +1,5 @@
 #include "libs/pending_output.h"
 
-#include "libs/cipher_engine.h"
-
 #include <array>
 
 namespace zr5 {
@@ -27,8 +25,12 @@ std::int32_t CodeOf(FsStatus status) {
 
 } // namespace
 
-PendingOutput::PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath)
-    : fileSystem_(fileSystem), random_(random), outputPath_(std::move(outputPath)) {}
+PendingOutput::PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
+                             OutputObserver* observer)
+    : fileSystem_(fileSystem),
+      random_(random),
+      outputPath_(std::move(outputPath)),
+      observer_(observer) {}
 
 PendingOutput::~PendingOutput() {
     file_.reset();
@@ -57,17 +59,23 @@ std::int32_t PendingOutput::Begin(std::uint64_t lengthBytes) {
         }
         replaces_ = true;
     }
+    const std::int32_t code = MakeFile();
+    return code == engine_code::Success ? CodeOf(file_->Reserve(lengthBytes)) : code;
+}
+
+std::int32_t PendingOutput::MakeFile() {
     OpenResult made{FsStatus::AlreadyExists, nullptr};
     std::string path;
     for (int i = 0; i < MostNames && made.status == FsStatus::AlreadyExists; ++i) {
         path = NewName();
+        if (observer_ != nullptr && !observer_->WillMake(path)) return engine_code::WriteError;
         made = fileSystem_.CreateExclusively(path);
     }
     if (made.status == FsStatus::NoSpace) return engine_code::DiskFull;
     if (made.status != FsStatus::Ok) return engine_code::OutputNotOpened;
     temporaryPath_ = std::move(path);
     file_ = std::move(made.file);
-    return CodeOf(file_->Reserve(lengthBytes));
+    return engine_code::Success;
 }
 
 std::int32_t PendingOutput::Write(std::span<const std::byte> bytes) {
@@ -91,6 +99,10 @@ std::int32_t PendingOutput::Commit(const OpenFile& source) {
 std::int32_t PendingOutput::CommitPrivate() {
     FsStatus status = file_->Flush();
     if (status != FsStatus::Ok) return CodeOf(status);
+    if (observer_ != nullptr) {
+        const auto info = file_->Info();
+        if (!info || !observer_->WillName(*info)) return engine_code::WriteError;
+    }
     status = TakeName();
     if (status == FsStatus::NoSpace) return engine_code::DiskFull;
     if (status != FsStatus::Ok) return engine_code::OutputNotOpened;

@@ -3,6 +3,7 @@
 // A result under construction: a file beside the output path that takes its name only when it
 // is complete and on the disk. Whatever fails before, the output path stays untouched.
 
+#include "libs/cipher_engine.h"
 #include "libs/file_system.h"
 #include "libs/random.h"
 #include "libs/writeback.h"
@@ -15,7 +16,9 @@ namespace zr5 {
 
 class PendingOutput {
   public:
-    PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath);
+    /// `observer` may be null.
+    PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
+                  OutputObserver* observer = nullptr);
     /// Removes what was not committed.
     ~PendingOutput();
     PendingOutput(const PendingOutput&) = delete;
@@ -41,11 +44,13 @@ class PendingOutput {
 
   private:
     [[nodiscard]] std::string NewName();
+    [[nodiscard]] std::int32_t MakeFile();
     [[nodiscard]] FsStatus TakeName();
 
     FileSystem& fileSystem_;
     RandomSource& random_;
     std::string outputPath_;
+    OutputObserver* observer_;
     std::string temporaryPath_; ///< empty while there is no such file
     std::unique_ptr<OpenFile> file_;
     bool replaces_ = false;

@@ -21,7 +21,7 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
 }
 
 std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path,
-                       const ProgressFunction& progress) {
+                       const PurgeHooks& hooks) {
     const OpenResult opened = fileSystem.OpenForPurging(path);
     if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
     const auto info = opened.file->Info();
@@ -34,10 +34,14 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
         const auto part = std::span(piece).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size())));
         FillPiece(random, part);
+        if (left == info->lengthBytes && hooks.beforeOverwriting &&
+            !hooks.beforeOverwriting(part.first(std::min(part.size(), OverwriteHeadBytes)))) {
+            return purge_code::NotOverwritten;
+        }
         if (opened.file->Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
         writeback.Wrote(*opened.file, part.size());
         left -= part.size();
-        if (progress) progress(info->lengthBytes - left, info->lengthBytes);
+        if (hooks.progress) hooks.progress(info->lengthBytes - left, info->lengthBytes);
     }
     return opened.file->Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
 }
@@ -45,9 +49,9 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
 } // namespace
 
 std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
-                       bool overwrite, bool remove, const ProgressFunction& progress) {
+                       bool overwrite, bool remove, const PurgeHooks& hooks) {
     if (overwrite) {
-        const std::int32_t code = Overwrite(fileSystem, random, path, progress);
+        const std::int32_t code = Overwrite(fileSystem, random, path, hooks);
         if (code != purge_code::Done) return code;
     }
     if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;

@@ -3,6 +3,7 @@
 // Overwrites and deletes a file. On plain disks the old content is gone then; on SSDs, in
 // journals, snapshots and backups older copies can survive.
 
+#include "libs/file_kit.h"
 #include "libs/file_system.h"
 #include "libs/progress.h"
 #include "libs/random.h"
@@ -20,10 +21,18 @@ inline constexpr std::int32_t NotOverwritten = -6;
 inline constexpr std::int32_t NotRemoved = -7;
 } // namespace purge_code
 
-/// A purge_code. `progress` is called after each piece. A file that has several names is not
+struct PurgeHooks {
+    ProgressFunction progress;           ///< called after each piece
+    BeforeOverwriting beforeOverwriting; ///< asked before the first
+};
+
+/// So many of the first bytes `beforeOverwriting` is told, or all of a shorter file.
+inline constexpr std::size_t OverwriteHeadBytes = 32;
+
+/// A purge_code. A file that has several names is not
 /// overwritten: its other names would lose their content with it.
 [[nodiscard]] std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random,
                                      const std::string& path, bool overwrite, bool remove,
-                                     const ProgressFunction& progress = {});
+                                     const PurgeHooks& hooks = {});
 
 } // namespace zr5

@@ -55,21 +55,36 @@ class Zr5Engine final : public CipherEngine {
         return RunJob(EngineDecrypt, inputPath, outputPath);
     }
 
+    std::int32_t verify_file(const std::string& inputPath, const std::string& outputPath) override {
+        if (!masters_.HasKey() || plain_.empty()) return engine_code::NotInitialised;
+        JobContext job = JobFor(inputPath, outputPath);
+        try {
+            return RunVerification(job);
+        } catch (const std::bad_alloc&) {
+            return engine_code::NotInitialised;
+        }
+    }
+
     std::int32_t key_is_text(std::string_view key, std::int32_t length) const override {
         assert(length >= 0);
         return KeyBytesAreText(key.substr(0, static_cast<std::size_t>(length))) ? 1 : 0;
     }
 
     void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
+    void SetOutputObserver(OutputObserver* observer) override { observer_ = observer; }
 
   private:
+    JobContext JobFor(const std::string& inputPath, const std::string& outputPath) {
+        return {fileSystem_,    random_,         masters_,
+                plain_.bytes(), sealed_.bytes(), Throttled(clock_, progress_),
+                observer_,      inputPath,       outputPath};
+    }
+
     std::int32_t RunJob(std::int32_t direction, const std::string& inputPath,
                         const std::string& outputPath) {
         if (direction_ != direction) return engine_code::NotInitialised;
         direction_.reset(); // an initialisation serves one file
-        JobContext job{fileSystem_,    random_,         masters_,
-                       plain_.bytes(), sealed_.bytes(), Throttled(clock_, progress_),
-                       inputPath,      outputPath};
+        JobContext job = JobFor(inputPath, outputPath);
         try {
             return direction == EngineEncrypt ? RunEncryption(job, SaltOfRun())
                                               : RunDecryption(job);
@@ -103,6 +118,7 @@ class Zr5Engine final : public CipherEngine {
     unsigned saltGeneration_ = 0;
     std::optional<std::int32_t> direction_;
     ProgressFunction progress_;
+    OutputObserver* observer_ = nullptr;
 };
 
 } // namespace

@@ -74,7 +74,7 @@ class Zr5FileKit final : public FileKit {
     std::int32_t purge_file(const std::string& path, std::int32_t overwrite, bool remove,
                             bool /*reserved*/) override {
         return PurgeFile(fileSystem_, random_, path, overwrite != PurgeDeleteOnly, remove,
-                         progress_);
+                         {progress_, beforeOverwriting_});
     }
 
     std::int32_t new_file_creatable(const std::string& path) override {
@@ -115,6 +115,9 @@ class Zr5FileKit final : public FileKit {
         return ReadProgramTextFile(fileSystem_, path, texts_);
     }
 
+    void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) override {
+        beforeOverwriting_ = std::move(beforeOverwriting);
+    }
     void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
 
   private:
@@ -122,6 +125,7 @@ class Zr5FileKit final : public FileKit {
     RandomSource& random_;
     ProgramTextTable texts_;
     ProgressFunction progress_;
+    BeforeOverwriting beforeOverwriting_;
 };
 
 } // namespace

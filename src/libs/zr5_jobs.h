@@ -6,8 +6,10 @@
 #include "libs/file_system.h"
 #include "libs/master_keys.h"
 #include "libs/random.h"
+#include "libs/zr5_crypto.h"
 #include "libs/zr5_format.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -27,6 +29,7 @@ struct JobContext {
     std::span<std::byte> plainBuffer;  ///< PlainPieceBytes
     std::span<std::byte> sealedBuffer; ///< HeaderBytes + SealedPieceBytes
     ProgressFunction progress;         ///< called after every piece; may be empty
+    OutputObserver* observer;          ///< of the output; may be null
     std::string inputPath;
     std::string outputPath;
 };
@@ -34,6 +37,14 @@ struct JobContext {
 /// Engine codes. `runSalt` goes into the header of the encrypted file.
 [[nodiscard]] std::int32_t RunEncryption(JobContext& job, const RunSalt& runSalt);
 [[nodiscard]] std::int32_t RunDecryption(JobContext& job);
+/// Whether `outputPath`, read from the disk, decrypts to exactly what is in `inputPath`: an
+/// engine code, WriteError where it does not.
+[[nodiscard]] std::int32_t RunVerification(JobContext& job);
+
+/// The keys that a header commits to; empty for a foreign file, a damaged header or a wrong key.
+/// `code` says NotInitialised when it was none of these.
+[[nodiscard]] FileKeys KeysOfHeader(const std::array<std::byte, HeaderBytes>& header,
+                                    MasterKeys& masters, std::int32_t& code);
 
 /// The engine code for an input that could not be opened.
 [[nodiscard]] std::int32_t InputCode(FsStatus status);

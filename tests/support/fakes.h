@@ -23,6 +23,7 @@ class FakeEngine : public CipherEngine {
     std::int32_t allocateResult = 1;
     std::int32_t encryptResult = engine_code::Success;
     std::int32_t decryptResult = engine_code::Success;
+    std::int32_t verifyResult = engine_code::Success;
     std::int32_t keyIsTextResult = 0;
     std::vector<Call> calls; ///< in order; `operation_initialization` has the key as its input
     std::string lastKey;
@@ -59,10 +60,15 @@ class FakeEngine : public CipherEngine {
         if (onFile) onFile(input, output);
         return decryptResult;
     }
+    std::int32_t verify_file(const std::string& input, const std::string& output) override {
+        calls.push_back({"verify_file", input, output});
+        return verifyResult;
+    }
     std::int32_t key_is_text(std::string_view, std::int32_t) const override {
         return keyIsTextResult;
     }
     void SetProgress(ProgressFunction function) override { progress = std::move(function); }
+    void SetOutputObserver(OutputObserver*) override {}
 };
 
 class FakeKit : public FileKit {
@@ -115,6 +121,7 @@ class FakeKit : public FileKit {
         loaded.push_back(path);
         return loadResult;
     }
+    void SetBeforeOverwriting(BeforeOverwriting) override {}
     void SetProgress(ProgressFunction) override {}
 };
 

@@ -36,6 +36,11 @@ class FaultyFile : public OpenFile {
     FsStatus Flush() override {
         return disk_.StatusFor(FsCall::Flush, [&] { return inner_->Flush(); });
     }
+    FsStatus FlushContent() override {
+        return disk_.StatusFor(FsCall::Flush, [&] { return inner_->FlushContent(); });
+    }
+    FsStatus MoveTo(std::uint64_t offset) override { return inner_->MoveTo(offset); }
+    void ForgetCached() override { inner_->ForgetCached(); }
     FsStatus CopyAttributesFrom(const OpenFile& source) override {
         return disk_.StatusFor(FsCall::CopyAttributes,
                                [&] { return inner_->CopyAttributesFrom(source); });
@@ -120,6 +125,10 @@ OpenResult FaultyFileSystem::OpenForOverwriting(const std::string& path) {
 
 OpenResult FaultyFileSystem::OpenForPurging(const std::string& path) {
     return Opened(FsCall::Open, [&] { return inner_.OpenForPurging(path); });
+}
+
+OpenResult FaultyFileSystem::OpenLocked(const std::string& path) {
+    return Opened(FsCall::Open, [&] { return inner_.OpenLocked(path); });
 }
 
 OpenResult FaultyFileSystem::CreateExclusively(const std::string& path) {

@@ -55,6 +55,7 @@ class FaultyFileSystem : public FileSystem {
     OpenResult OpenForReading(const std::string& path) override;
     OpenResult OpenForOverwriting(const std::string& path) override;
     OpenResult OpenForPurging(const std::string& path) override;
+    OpenResult OpenLocked(const std::string& path) override;
     OpenResult CreateExclusively(const std::string& path) override;
     std::optional<FileInfo> Info(const std::string& path) override { return inner_.Info(path); }
     std::optional<FileIdentity> IdentityOf(const std::string& path) override {

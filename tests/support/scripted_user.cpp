@@ -30,6 +30,7 @@ ScriptedUser& ScriptedUser::ExpectFolder(std::string title, std::optional<std::s
 
 Answer ScriptedUser::Ask(const MessageBox& box) {
     asked.push_back(box);
+    if (onAsk) return onAsk(box);
     const auto* step = steps_.empty() ? nullptr : std::get_if<BoxStep>(&steps_.front());
     if (step == nullptr) {
         ADD_FAILURE() << "unscripted box \"" << box.title << "\": " << box.text;

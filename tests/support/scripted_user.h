@@ -25,6 +25,8 @@ class ScriptedUser : public UserPort {
     ScriptedUser& ExpectFile(std::string title, std::optional<std::string> path);
     ScriptedUser& ExpectFolder(std::string title, std::optional<std::string> path);
 
+    /// Answers every box, where it is set, instead of what is expected.
+    std::function<Answer(const MessageBox&)> onAsk;
     /// Runs whenever the logic lets the interface process events.
     std::function<void()> onEvents;
     /// What OpenAddress answers, and what it was asked for.
