@@ -15,4 +15,8 @@ std::string NextRunSetupPath(FileSystem& fileSystem, const std::string& configFo
     return folder + SeparatorOf(folder) + NextRunSetupName;
 }
 
+std::string JournalPath(const std::string& nextRunSetupPath) {
+    return SplitPath(nextRunSetupPath).folder + JournalName;
+}
+
 } // namespace zr5

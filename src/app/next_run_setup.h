@@ -1,6 +1,6 @@
 #pragma once
 
-// Where the setup-for-next-run file lies.
+// Where the setup-for-next-run file and the journal of replacements lie.
 
 #include "libs/file_system.h"
 
@@ -13,5 +13,8 @@ namespace zr5 {
 /// itself, when missing; where that fails the path is returned all the same, and saving there
 /// will fail.
 [[nodiscard]] std::string NextRunSetupPath(FileSystem& fileSystem, const std::string& configFolder);
+
+/// The path of the journal of replacements, beside the setup-for-next-run file.
+[[nodiscard]] std::string JournalPath(const std::string& nextRunSetupPath);
 
 } // namespace zr5

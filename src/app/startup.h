@@ -1,7 +1,7 @@
 #pragma once
 
 // The program's start, step by step: program texts, a clean setup, the window, the engine's
-// buffers, the setup of the last run, and a word to a new user.
+// buffers, the setup of the last run, what an interrupted run has left, and a word to a new user.
 
 #include "keys/current_key.h"
 #include "libs/cipher_engine.h"

@@ -170,9 +170,8 @@ class Driver {
                SameFile(operation_.machine.fileSystem, item.inputPath, item.outputPath);
     }
 
-    /// In place, a file that is encrypted is overwritten afterwards.
     [[nodiscard]] unsigned PassesOver(const WorkItem& item) const {
-        return !Decrypts() && IsInPlace(item) ? 2 : 1;
+        return IsInPlace(item) ? InPlacePasses(operation_.setup.Operation) : 1;
     }
 
     FileResult Work(const WorkItem& item) {
@@ -180,12 +179,14 @@ class Driver {
             return {EncryptOrDecryptFile(operation_, false, item.inputPath, item.outputPath),
                     item.outputPath};
         }
-        InPlaceResult result = ProcessInPlace(operation_, item.inputPath, [&] {
-            screen_.NextPass();
-            if (warning_.IsDueFor(item.inputPath)) {
-                screen_.ShowPurgeWarning(warning_, item.inputPath);
-            }
-        });
+        const auto nextPass = [this] { screen_.NextPass(); };
+        InPlaceResult result = ProcessInPlace(
+            operation_, item.inputPath, {nextPass, [&] {
+                                             nextPass();
+                                             if (warning_.IsDueFor(item.inputPath)) {
+                                                 screen_.ShowPurgeWarning(warning_, item.inputPath);
+                                             }
+                                         }});
         return {result.outcome, std::move(result.resultPath)};
     }
 

@@ -1,6 +1,7 @@
 #include "operation/in_place.h"
 
 #include "operation/file_ops.h"
+#include "operation/replacement.h"
 
 namespace zr5 {
 namespace {
@@ -23,29 +24,89 @@ std::int16_t NotRenamedOutcome(const std::string& path) {
     return onFloppy ? outcome::NotRenamedOnFloppy : outcome::NotRenamed;
 }
 
+/// Notes the unfinished result in the journal while the engine makes it.
+class NoteOutput final : public OutputObserver {
+  public:
+    NoteOutput(CipherEngine& engine, ReplacementJournal* journal, ReplacementRecord& record)
+        : engine_(engine), journal_(journal), record_(record) {
+        if (journal_ != nullptr) engine_.SetOutputObserver(this);
+    }
+    ~NoteOutput() override { engine_.SetOutputObserver(nullptr); }
+    NoteOutput(const NoteOutput&) = delete;
+    NoteOutput& operator=(const NoteOutput&) = delete;
+
+    bool WillMake(const std::string& path) override {
+        record_.partPath = path;
+        return journal_->Note(record_);
+    }
+    bool WillName(const FileInfo& info) override {
+        record_.result = MarkOf(info);
+        return journal_->Note(record_);
+    }
+
+  private:
+    CipherEngine& engine_;
+    ReplacementJournal* journal_;
+    ReplacementRecord& record_;
+};
+
+/// Whatever the journal holds of a file is over when this ends.
+class NoteEnd {
+  public:
+    explicit NoteEnd(ReplacementJournal* journal) : journal_(journal) {}
+    ~NoteEnd() {
+        if (journal_ != nullptr) static_cast<void>(journal_->Note({}));
+    }
+    NoteEnd(const NoteEnd&) = delete;
+    NoteEnd& operator=(const NoteEnd&) = delete;
+
+  private:
+    ReplacementJournal* journal_;
+};
+
 } // namespace
 
+unsigned InPlacePasses(Function operation) {
+    return operation == Function::Encrypt ? 3 : 1; // encrypting, verifying, overwriting
+}
+
 InPlaceResult ProcessInPlace(const OperationContext& operation, const std::string& path,
-                             const std::function<void()>& beforePurge) {
+                             const InPlaceHooks& hooks) {
     FileSystem& fileSystem = operation.machine.fileSystem;
     FileKit& fileKit = operation.machine.fileKit;
+    CipherEngine& engine = operation.machine.engine;
     const bool encrypts = operation.setup.Operation == Function::Encrypt;
 
     const std::string temporary = TemporaryName(fileKit, path);
     if (temporary.empty()) return {outcome::NoTemporaryName, {}};
     const auto before = fileSystem.Info(path);
-    const std::int16_t code = EncryptOrDecryptFile(operation, true, path, temporary);
+    ReplacementRecord record;
+    record.step = ReplacementRecord::Step::Writing;
+    record.encrypts = encrypts;
+    record.originalPath = path;
+    record.resultPath = temporary;
+    if (before) record.original = MarkOf(*before);
+    const NoteEnd noteEnd(operation.journal);
+    std::int16_t code = 0;
+    {
+        const NoteOutput noteOutput(engine, operation.journal, record);
+        code = EncryptOrDecryptFile(operation, true, path, temporary);
+    }
     if (code != 0) return {code, temporary};
-
-    beforePurge();
-    InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
-    if (!before || !IsSameContent(*before, fileSystem.Info(path))) return leftBeside;
-    const std::int32_t purged =
-        fileKit.purge_file(path, encrypts ? PurgeOverwrite : PurgeDeleteOnly, true, false);
-    if (purged < PurgeFailureLimit) return leftBeside;
-    if (fileSystem.RenameWithoutReplacing(temporary, path) != FsStatus::Ok) return leftBeside;
-    // The name is there; whether it is also on the disk changes nothing that could be mended.
-    static_cast<void>(fileSystem.FlushFolderOf(path));
+    if (encrypts) {
+        if (hooks.beforeVerifying) hooks.beforeVerifying();
+        code = static_cast<std::int16_t>(engine.verify_file(path, temporary));
+        if (code != 0) {
+            static_cast<void>(fileSystem.Remove(temporary));
+            return {code, temporary};
+        }
+    }
+    if (hooks.beforePurge) hooks.beforePurge();
+    const InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
+    const auto result = fileSystem.Info(temporary);
+    if (!before || !result || !IsSameContent(*before, fileSystem.Info(path))) return leftBeside;
+    record.result = MarkOf(*result);
+    if (!ReplaceOriginal(fileSystem, fileKit, operation.journal, record)) return leftBeside;
     return {0, path};
 }
 

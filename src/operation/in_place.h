@@ -1,8 +1,9 @@
 #pragma once
 
 // The in-place road of one file. At every moment a complete original or a complete result is on
-// the disk: the result is written beside the input and flushed, only then is the input purged,
-// and only then does the result take its name.
+// the disk: the result is written beside the input, flushed and, of an encryption, read back and
+// compared; only then is the input purged, and only then does the result take its name. Each step
+// is noted in the journal first.
 
 #include "operation/operation_context.h"
 
@@ -19,11 +20,17 @@ struct InPlaceResult {
     std::string resultPath;
 };
 
-/// `beforePurge` is called when the result is on the disk and the input is about to be purged.
+struct InPlaceHooks {
+    std::function<void()> beforeVerifying; ///< the result is written; encryption only
+    std::function<void()> beforePurge;     ///< the input is about to be purged
+};
+
+/// So many times the length of a file is gone through.
+[[nodiscard]] unsigned InPlacePasses(Function operation);
+
 /// The input is not touched unless the result is complete, nor if it is no longer the file that
 /// was read.
 [[nodiscard]] InPlaceResult ProcessInPlace(const OperationContext& operation,
-                                           const std::string& path,
-                                           const std::function<void()>& beforePurge);
+                                           const std::string& path, const InPlaceHooks& hooks);
 
 } // namespace zr5

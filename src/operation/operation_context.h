@@ -7,6 +7,7 @@
 #include "libs/clock.h"
 #include "libs/file_kit.h"
 #include "libs/file_system.h"
+#include "operation/replacement_journal.h"
 #include "setup/operation_setup.h"
 #include "util/user_port.h"
 
@@ -36,7 +37,8 @@ struct Machine {
     FileKit& fileKit;
     UserPort& user;
     const Clock& clock;
-    std::string executablePath; ///< real path of the running program
+    std::string executablePath;   ///< real path of the running program
+    std::string journalPath = {}; ///< where replacements are noted; empty: nowhere
 };
 
 /// One operation; setup and key stay as they are while it runs.
@@ -45,6 +47,7 @@ struct OperationContext {
     const CurrentKey& key;
     const WorkList& list;
     Machine& machine;
+    ReplacementJournal* journal = nullptr; ///< open; null: replacements are not noted
 };
 
 } // namespace zr5

@@ -60,6 +60,19 @@ bool HasDistinctOutputs(const OperationContext& operation) {
     return true;
 }
 
+/// `journal` opened, or null where the operation does without.
+ReplacementJournal* OpenJournal(const OperationContext& operation, ReplacementJournal& journal,
+                                ReportScreen& screen) {
+    const std::string& path = operation.machine.journalPath;
+    if (path.empty()) return nullptr;
+    if (journal.OpenNew(path)) return &journal;
+    if (operation.setup.OutputMode != OutputTarget::OverwriteInput) return nullptr;
+    screen.AppendToReport("Note: the file " + DisplayName(path) +
+                          " cannot be written.  Should this operation be interrupted,\r\nthen the "
+                          "next start of the program will not complete it.\r\n");
+    return nullptr;
+}
+
 void WriteClosingSummary(const OperationContext& operation, ReportScreen& screen) {
     const std::string encrypted = VerbForm(operation.setup.Operation, "encrypted");
     const std::string processed =
@@ -117,7 +130,10 @@ void RunOperation(const OperationContext& operation, ReportScreen& screen,
         if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
             screen.AppendToReport("\r\n");
             const ProgressShown progress(operation.machine, screen);
-            ProcessFiles(operation, screen);
+            ReplacementJournal journal(operation.machine.fileSystem);
+            ProcessFiles({operation.setup, operation.key, operation.list, operation.machine,
+                          OpenJournal(operation, journal, screen)},
+                         screen);
         } else {
             screen.Halt();
         }

@@ -13,5 +13,7 @@ inline constexpr const char* ProductCode = "ZR5E";
 inline constexpr const char* VersionText = "15.00";
 /// The setup-for-next-run file, in the maker's folder.
 inline constexpr const char* NextRunSetupName = "zr5e.opn";
+/// Beside it: what is known of a file that is being replaced.
+inline constexpr const char* JournalName = "zr5e.journal";
 
 } // namespace zr5

@@ -1,0 +1,87 @@
+#pragma once
+
+// What is known on the disk of the one file that is being replaced, so that the next start of the
+// program can finish or undo it. No key, and nothing of any content.
+
+#include "libs/file_system.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// By what a file is known again: the device may have another number after a restart.
+struct FileMark {
+    std::uint64_t inode = 0;
+    std::uint64_t lengthBytes = 0;
+    std::int64_t modifiedNs = 0;
+    friend bool operator==(const FileMark&, const FileMark&) = default;
+};
+[[nodiscard]] FileMark MarkOf(const FileInfo& info);
+
+struct ReplacementRecord {
+    enum class Step : std::uint8_t {
+        None,
+        Writing,   ///< the result is being made; the original has not been touched
+        Replacing, ///< the result is complete and on the disk; the original goes
+    };
+    Step step = Step::None;
+    bool encrypts = true;      ///< and so overwrites the original before deleting it
+    std::string originalPath;  ///< the file that is replaced
+    std::string resultPath;    ///< the complete result, until it takes the original's name
+    std::string partPath;      ///< the result while it is made
+    FileMark original;         ///< as it was read
+    FileMark result;           ///< as it was when it was complete; nothing before
+    std::string overwriteHead; ///< the first bytes that the original is overwritten with
+    std::string earlierHead;   ///< those with which an interrupted mending found it overwritten
+    friend bool operator==(const ReplacementRecord&, const ReplacementRecord&) = default;
+};
+
+/// A file with two places that are written in turns, so that one of them is whole whenever the
+/// program or the machine stops. It is locked while open, and so left alone by other runs of the
+/// program, which take the next free name: "<path>", "<path>-2" to "<path>-9".
+class ReplacementJournal {
+  public:
+    static constexpr int MostJournals = 9;
+    enum class Durability { OfProcess, OfDisk };
+
+    explicit ReplacementJournal(FileSystem& fileSystem) : fileSystem_(fileSystem) {}
+    ~ReplacementJournal() { Close(); }
+    ReplacementJournal(const ReplacementJournal&) = delete;
+    ReplacementJournal& operator=(const ReplacementJournal&) = delete;
+
+    /// Opens a journal under the first name that no other run holds and no unfinished replacement
+    /// stands in; false when none can be made.
+    [[nodiscard]] bool OpenNew(const std::string& path);
+    /// Opens the journal that lies under this very name for finishing what stands in it; false
+    /// when there is none or another run holds it.
+    [[nodiscard]] bool OpenLeft(const std::string& path);
+    [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
+    /// Removes the file, unless a replacement stands in it that is not finished.
+    void Close();
+
+    /// Writes a record; with `OfDisk` it survives the machine, else the program only. False when
+    /// it could not be written: then the last one still stands.
+    [[nodiscard]] bool Note(const ReplacementRecord& record,
+                            Durability durability = Durability::OfProcess);
+    /// The last record that was written whole; Step::None when there is none.
+    [[nodiscard]] const ReplacementRecord& Last() const { return last_; }
+
+    /// The name of the journal with `number`, from 1.
+    [[nodiscard]] static std::string Name(const std::string& path, int number);
+
+  private:
+    [[nodiscard]] bool Read();
+    [[nodiscard]] bool Lay();
+
+    FileSystem& fileSystem_;
+    std::string path_;
+    std::unique_ptr<OpenFile> file_;
+    ReplacementRecord last_;
+    std::uint64_t sequence_ = 0;
+};
+
+} // namespace zr5
