@@ -91,7 +91,7 @@ TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
 }
 
 TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
-    constexpr unsigned Stride = 9; // through the run; every call of each mending
+    constexpr unsigned Stride = 17; // through the run; every call of each mending
     const std::string original = PatternBytes(3000);
     unsigned kills = 0;
     for (const Function function : BothFunctions) {
