@@ -127,6 +127,8 @@ class FileSystem {
     [[nodiscard]] virtual bool FolderAcceptsFiles(const std::string& path) = 0;
     /// Makes a folder that only its owner may enter (0700).
     [[nodiscard]] virtual FsStatus MakeFolder(const std::string& path) = 0;
+    /// Removes an empty folder; AlreadyExists when something is in it.
+    [[nodiscard]] virtual FsStatus RemoveFolder(const std::string& path) = 0;
     /// What is in a folder, in the order of the file system; nothing when it cannot be read or is
     /// no folder. A link at the end of the path is not followed.
     [[nodiscard]] virtual std::optional<std::vector<FolderEntry>>

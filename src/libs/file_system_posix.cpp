@@ -337,6 +337,10 @@ class PosixFileSystem final : public FileSystem {
         return StatusOfCall(mkdir(path.c_str(), 0700));
     }
 
+    FsStatus RemoveFolder(const std::string& path) override {
+        return StatusOfCall(rmdir(path.c_str()));
+    }
+
     std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
         const int descriptor =
             open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);

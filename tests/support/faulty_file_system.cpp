@@ -151,4 +151,12 @@ FsStatus FaultyFileSystem::FlushFolderOf(const std::string& path) {
     return StatusFor(FsCall::FlushFolder, [&] { return inner_.FlushFolderOf(path); });
 }
 
+FsStatus FaultyFileSystem::MakeFolder(const std::string& path) {
+    return StatusFor(FsCall::MakeFolder, [&] { return inner_.MakeFolder(path); });
+}
+
+FsStatus FaultyFileSystem::RemoveFolder(const std::string& path) {
+    return StatusFor(FsCall::RemoveFolder, [&] { return inner_.RemoveFolder(path); });
+}
+
 } // namespace zr5::test

@@ -26,6 +26,8 @@ enum class FsCall {
     Remove,
     FlushFolder,
     ListFolder,
+    MakeFolder,
+    RemoveFolder,
 };
 
 class FaultyFileSystem : public FileSystem {
@@ -68,7 +70,8 @@ class FaultyFileSystem : public FileSystem {
     bool FolderAcceptsFiles(const std::string& path) override {
         return inner_.FolderAcceptsFiles(path);
     }
-    FsStatus MakeFolder(const std::string& path) override { return inner_.MakeFolder(path); }
+    FsStatus MakeFolder(const std::string& path) override;
+    FsStatus RemoveFolder(const std::string& path) override;
     std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
         const Event* event = Meet(FsCall::ListFolder);
         if (event != nullptr && event->status != FsStatus::Ok) return std::nullopt;
