@@ -13,12 +13,14 @@ constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
 } // namespace
 
 std::int64_t CompareFiles(FileSystem& fileSystem, const std::string& first,
-                          const std::string& second) {
+                          const std::string& second, const ProgressFunction& progress) {
     const OpenResult a = fileSystem.OpenForReading(first);
     if (a.status != FsStatus::Ok) return compare_code::FirstNotOpened;
     const OpenResult b = fileSystem.OpenForReading(second);
     if (b.status != FsStatus::Ok) return compare_code::SecondNotOpened;
 
+    const auto info = a.file->Info();
+    const std::uint64_t total = info ? info->lengthBytes : 0;
     std::vector<std::byte> pieceA(PieceBytes);
     std::vector<std::byte> pieceB(PieceBytes);
     for (std::int64_t compared = 0;;) {
@@ -35,6 +37,7 @@ std::int64_t CompareFiles(FileSystem& fileSystem, const std::string& first,
         compared += same - pieceA.begin();
         if (same != end || gotA.count != gotB.count) return compared + 1;
         if (common == 0) return compare_code::Identical;
+        if (progress) progress(static_cast<std::uint64_t>(compared), total);
     }
 }
 

@@ -81,8 +81,8 @@ class FileKit {
     /// Hands in what is told the first bytes that a file is going to be overwritten with, before
     /// any is written; false leaves the file as it is. An empty function for nothing.
     virtual void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) = 0;
-    /// Hands in what is called after each piece while a file is overwritten; an empty function for
-    /// nothing.
+    /// Hands in what is called after each piece while a file is overwritten or compared; an empty
+    /// function for nothing.
     virtual void SetProgress(ProgressFunction progress) = 0;
 };
 

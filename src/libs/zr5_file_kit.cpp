@@ -39,7 +39,7 @@ class Zr5FileKit final : public FileKit {
         : fileSystem_(fileSystem), random_(random) {}
 
     std::int64_t compare_files(const std::string& first, const std::string& second) override {
-        return CompareFiles(fileSystem_, first, second);
+        return CompareFiles(fileSystem_, first, second, progress_);
     }
 
     double fr(const std::string& path, std::int32_t sampleBytes) override {
