@@ -19,7 +19,25 @@ std::uint64_t Coordinate(std::int64_t value) {
                     LargestCoordinate);
 }
 
+/// Below KeyCharacterCount, each number as likely as any other.
+std::uint8_t UniformNumber(RandomSource& random) {
+    std::array<std::byte, 1> drawn{};
+    do {
+        random.Fill(drawn);
+    } while (std::to_integer<std::uint32_t>(drawn[0]) >= KeyCharacterCount);
+    const auto number = std::to_integer<std::uint8_t>(drawn[0]);
+    Wipe(drawn);
+    return number;
+}
+
 } // namespace
+
+SecretBytes MakeRandomKey(RandomSource& random) {
+    SecretBytes key(KeyfileBytes);
+    for (std::byte& byte : key.bytes())
+        byte = static_cast<std::byte>(UniformNumber(random) + FirstKeyCharacter);
+    return key;
+}
 
 std::uint64_t Hundredths(std::chrono::milliseconds timeOfDay) noexcept {
     return static_cast<std::uint64_t>(timeOfDay.count() % 1000 + 5) / 10;
@@ -36,13 +54,8 @@ void RandomKeyCollector::PointerAt(std::int64_t x, std::int64_t y) {
 
 /// The character moved on by a uniform number below KeyCharacterCount.
 std::uint8_t RandomKeyCollector::Stirred(std::uint8_t character) {
-    std::array<std::byte, 1> drawn{};
-    do {
-        random_.Fill(drawn);
-    } while (std::to_integer<std::uint32_t>(drawn[0]) >= KeyCharacterCount);
     const std::uint32_t moved =
-        character - FirstKeyCharacter + std::to_integer<std::uint32_t>(drawn[0]);
-    Wipe(drawn);
+        std::uint32_t{character} - FirstKeyCharacter + UniformNumber(random_);
     return static_cast<std::uint8_t>(moved % KeyCharacterCount + FirstKeyCharacter);
 }
 

@@ -29,6 +29,9 @@ inline constexpr std::uint8_t FirstKeyCharacter = 33;
 /// The hundredths of a second of a time of day, rounded: 0 to 100.
 [[nodiscard]] std::uint64_t Hundredths(std::chrono::milliseconds timeOfDay) noexcept;
 
+/// A key of KeyfileBytes such characters from the generator alone, each as likely as any other.
+[[nodiscard]] SecretBytes MakeRandomKey(RandomSource& random);
+
 class RandomKeyCollector {
   public:
     /// How often `Tick` is to be called.

@@ -9,6 +9,7 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 namespace zr5 {
 namespace {
@@ -98,6 +99,19 @@ TEST(RandomKey, IsUniformInEveryPlaceAndNeverTakenForText) {
             chiSquare += (count - Expected) * (count - Expected) / Expected;
         EXPECT_LT(chiSquare, MostChiSquare);
     }
+}
+
+TEST(RandomKey, OfTheGeneratorAloneTakesEveryCode) {
+    RepeatableRandom random;
+    std::set<int> codes;
+    for (int i = 0; i < 100; ++i) {
+        const SecretBytes key = MakeRandomKey(random);
+        ASSERT_EQ(key.size(), KeyfileBytes);
+        for (const std::byte byte : key.bytes())
+            codes.insert(std::to_integer<int>(byte));
+    }
+    EXPECT_EQ(codes.size(), KeyCharacterCount);
+    EXPECT_EQ(*codes.begin(), FirstKeyCharacter);
 }
 
 } // namespace
