@@ -1,6 +1,7 @@
 #include "operation/confirmation.h"
 
 #include "operation/driver.h"
+#include "operation/reliability_rules.h"
 #include "setup/verb_form.h"
 #include "setup/words.h"
 #include "util/display.h"
@@ -60,8 +61,14 @@ Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
     confirmation.operation =
         "Confirm " + encryption + " operation using key with checksum" + AfterText(key.checksum);
     confirmation.input = InputSentence(setup, count.files);
-    confirmation.output = OutputSentence(setup);
-    confirmation.warning = TwiceSentence(count);
+    if (IsReliabilityTest(setup)) {
+        confirmation.output =
+            "This is the reliability test. It works on copies in a new subfolder; "
+            "the input files stay as they are.";
+    } else {
+        confirmation.output = OutputSentence(setup);
+        confirmation.warning = TwiceSentence(count);
+    }
     if (setup.InputMode == InputSource::FilesInAFolder) {
         confirmation.reminder = "It is advisable to list the files before performing "
                                 "this operation, if not done already.";

@@ -145,7 +145,10 @@ class Driver {
 
     /// Asks when a file that is to be decrypted does not look encrypted. False: leave it out.
     bool MayBeDecrypted(const std::string& path, std::uint64_t lengthBytes) {
-        if (!Decrypts() || lengthBytes < std::uint64_t{RandomnessSampleBytes}) return true;
+        if (!Decrypts() || !operation_.mayMeetPlaintext ||
+            lengthBytes < std::uint64_t{RandomnessSampleBytes}) {
+            return true;
+        }
         const double randomness = operation_.machine.fileKit.fr(path, RandomnessSampleBytes);
         const bool wasMeasured = randomness > RandomnessFailureLimit;
         if (!wasMeasured || randomness >= RandomnessThreshold) return true;

@@ -48,6 +48,8 @@ struct OperationContext {
     const WorkList& list;
     Machine& machine;
     ReplacementJournal* journal = nullptr; ///< open; null: replacements are not noted
+    /// Whether a file that is to be decrypted may turn out not to be encrypted.
+    bool mayMeetPlaintext = true;
 };
 
 } // namespace zr5

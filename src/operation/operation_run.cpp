@@ -1,7 +1,6 @@
 #include "operation/operation_run.h"
 
 #include "operation/anti_virus_warning.h"
-#include "operation/driver.h"
 #include "setup/verb_form.h"
 #include "util/display.h"
 #include "util/durations.h"
@@ -116,7 +115,7 @@ std::string KilobytesText(std::uint64_t bytes) {
 }
 
 void RunOperation(const OperationContext& operation, ReportScreen& screen,
-                  const ListingSummary& listing) {
+                  const ListingSummary& listing, const FileWork& work) {
     const Function function = operation.setup.Operation;
     if (!screen.IsRunning()) screen.BeginRun(function);
     screen.AppendToReport(ListingSummaryText(
@@ -131,9 +130,9 @@ void RunOperation(const OperationContext& operation, ReportScreen& screen,
             screen.AppendToReport("\r\n");
             const ProgressShown progress(operation.machine, screen);
             ReplacementJournal journal(operation.machine.fileSystem);
-            ProcessFiles({operation.setup, operation.key, operation.list, operation.machine,
-                          OpenJournal(operation, journal, screen)},
-                         screen);
+            OperationContext noted = operation;
+            noted.journal = OpenJournal(operation, journal, screen);
+            work(noted, screen);
         } else {
             screen.Halt();
         }

@@ -175,6 +175,7 @@ void ReportScreen::PauseStep() {
 
 void ReportScreen::BeginFiles(std::uint64_t files, std::uint64_t totalBytes) {
     progress_ = {.files = files, .totalBytes = totalBytes, .file = {}};
+    workedBeforeFiles_ = Elapsed() - pausedFor_;
     NotifyState();
 }
 
@@ -211,7 +212,7 @@ void ReportScreen::ShowCount(Function operation, std::uint64_t files) {
 }
 
 std::string ReportScreen::ProgressText() const {
-    return progress_.Text(Elapsed() - pausedFor_);
+    return progress_.Text(Elapsed() - pausedFor_ - workedBeforeFiles_);
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {

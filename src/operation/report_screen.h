@@ -99,7 +99,8 @@ class ReportScreen {
     [[nodiscard]] bool StopRequested() const { return stopRequested_; }
     /// Between two files: waits while the user has paused.
     void PauseStep();
-    /// The operation is about so many files and bytes.
+    /// The operation, or a part of it, is about so many files and bytes; the time left is told of
+    /// that.
     void BeginFiles(std::uint64_t files, std::uint64_t totalBytes);
     void BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes);
     /// The current pass over the file has come so far.
@@ -134,6 +135,7 @@ class ReportScreen {
     std::chrono::milliseconds startTimeOfDay_{0};
     std::chrono::milliseconds ranFor_{0};
     std::chrono::milliseconds pausedFor_{0};
+    std::chrono::milliseconds workedBeforeFiles_{0};
     OperationProgress progress_;
     std::string caption_ = "Report";
 };

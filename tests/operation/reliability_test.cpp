@@ -1,0 +1,287 @@
+// The reliability test on real files and the real engine, with damage done in between.
+
+#include "operation/reliability_test.h"
+
+#include "libs/engine_fixture.h"
+#include "libs/zr5_file_kit.h"
+#include "operation/confirmation.h"
+#include "operation/reliability_rules.h"
+#include "support/fakes.h"
+#include "support/scripted_user.h"
+#include "support/stopped_clock.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <map>
+
+namespace zr5::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class Reliability : public EngineTest {
+  protected:
+    using Tree = std::map<std::string, std::string>;
+
+    Reliability() {
+        std::filesystem::create_directory(folder / "zr5test");
+        key.keyText = SecretBytes::CopyOf(Key);
+        key.keyState = key_state::Keyboard;
+        setup.InputMode = InputSource::FilesInAFolder;
+        setup.Folder = {folder / "zr5test/", folder / "zr5test/"};
+        setup.FileName = {"*.tst", "*.tst"};
+        setup.FilePattern = "*.tst";
+        setup.MaxNumFiles = 50;
+        engine.keyIsTextResult = 1;
+        engine.onFile = [this](const std::string& input, const std::string& output) {
+            const bool encrypts = engine.lastDirection == EngineEncrypt;
+            (encrypts ? engine.encryptResult : engine.decryptResult) =
+                encrypts ? EncryptPath(input, output, engine.lastKey)
+                         : DecryptPath(input, output, engine.lastKey);
+            if (afterFile) afterFile(output);
+        };
+    }
+    void Add(const std::string& name, std::size_t length) {
+        const auto seed = static_cast<unsigned>(list.size() + 1);
+        const std::string path = folder.Write("zr5test/" + name, PatternBytes(length, seed));
+        list.push_back({WorkItem::Kind::File, path, path, length});
+    }
+    std::string Run(int performances) {
+        RunReliabilityTest({setup, key, list, machine}, {performances, random}, screen);
+        EXPECT_EQ(engine.lastKey, "") << "the engine must forget the key";
+        return screen.text();
+    }
+    /// Everything in the folder, with its content.
+    [[nodiscard]] Tree Files() const {
+        Tree files;
+        const std::string top = folder / "zr5test/";
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
+            const std::string name = entry.path().native().substr(top.size());
+            files[name] = entry.is_directory() ? "folder" : folder.Read("zr5test/" + name);
+        }
+        return files;
+    }
+    /// Calls `act` with the output of the `number`-th call of a kind, when it has been made.
+    void After(const std::string& call, int number, std::function<void(const std::string&)> act) {
+        engine.calls.clear();
+        afterFile = [this, call, number, act = std::move(act)](const std::string& output) {
+            const auto calls = engine.CallNames();
+            if (calls.back() == call && std::ranges::count(calls, call) == number) act(output);
+        };
+    }
+    [[nodiscard]] static std::size_t Count(std::string_view text, std::string_view what) {
+        std::size_t count = 0;
+        for (auto at = text.find(what); at != text.npos; at = text.find(what, at + 1))
+            ++count;
+        return count;
+    }
+
+    SystemRandom random;
+    std::unique_ptr<FileKit> kit = MakeFileKit(Disk(), random);
+    FakeEngine engine; ///< remembers the calls; the work is done by the real one
+    std::function<void(const std::string& output)> afterFile;
+    ScriptedUser user;
+    StoppedClock clock;
+    Machine machine{Disk(), engine, *kit, user, clock, "/usr/bin/zr5e"};
+    OperationSetup setup;
+    CurrentKey key;
+    WorkList list;
+    ReportScreen screen{user, clock};
+};
+
+TEST_F(Reliability, ReportsOnePerformanceWithTheCurrentKey) {
+    Add("a.tst", 15);
+    std::string report = Run(1);
+    for (auto at = report.find(folder.Path()); at != report.npos; at = report.find(folder.Path()))
+        report.replace(at, folder.Path().size(), "/");
+    EXPECT_EQ(report,
+              "Number of files: 1\r\n\r\n1 test file in /zr5test/\r\n"
+              "25-byte text key: CORRECTHORSEBATTERYSTAPLE\r\n"
+              "Encrypting *.tst in the folder /zr5test/ to a file\r\n"
+              "         a.tst 15 bytes   -> /zr5test/zr5test-copies/encrypted/a.tst  115 bytes\r\n"
+              "Decrypting *.tst in the folder /zr5test/zr5test-copies/encrypted/ to a file\r\n"
+              "         a.tst 115 bytes   -> /zr5test/zr5test-copies/decrypted/a.tst  15 bytes\r\n"
+              "Comparison of decrypted files with original files\r\na.tst: identical\r\n\r\n"
+              "All decrypted files are identical with the original files.\r\n\r\n"
+              "Number of files processed: 1\r\nNumber of files encrypted: 1\r\n"
+              "Total KB encrypted: 0.01\r\n");
+    EXPECT_EQ(screen.PausedDoneText(), "Done");
+}
+
+TEST_F(Reliability, GivesFilesOfEveryLengthBackAndLeavesNoTrace) {
+    constexpr std::size_t Lengths[] = {1, 15, 16, 65'535, 65'536, 65'537, 1'048'577};
+    constexpr int Performances = 5;
+    for (const std::size_t count : {2U, 50U}) {
+        engine.calls.clear();
+        while (list.size() < count)
+            Add(std::to_string(list.size()) + ".tst", Lengths[list.size() % std::size(Lengths)]);
+        const Tree before = Files();
+        const std::string report = Run(Performances);
+        EXPECT_EQ(Files(), before);
+        EXPECT_EQ(Count(report, ".tst: identical\r\n"), Performances * count);
+        EXPECT_THAT(report, HasSubstr("\r\nReliability test #5 of 5\r\n" + std::to_string(count) +
+                                      " test files in "));
+        EXPECT_THAT(report, HasSubstr("Number of files encrypted: " +
+                                      std::to_string(Performances * count)));
+        std::set<std::string> keys;
+        for (const auto& call : engine.calls) {
+            if (call.name == "operation_initialization") keys.insert(call.input);
+        }
+        EXPECT_EQ(keys.size(), Performances + 1U) << "with the empty one";
+        EXPECT_EQ(engine.calls.front().input, Key);
+    }
+}
+
+TEST_F(Reliability, StopsAtTheFirstFailureAndKeepsWhatDiffers) {
+    const auto change = [](const std::string& path) {
+        std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+        file.seekg(69'999);
+        const int byte = file.get();
+        file.seekp(69'999).put(static_cast<char>(byte ^ 1));
+    };
+    const auto cut = [](const std::string& path) { std::filesystem::resize_file(path, 69'000); };
+    const auto empty = [](const std::string& path) { std::filesystem::resize_file(path, 0); };
+    const auto remove = [](const std::string& path) { std::filesystem::remove(path); };
+    const struct {
+        std::string call;
+        std::function<void(const std::string&)> damage;
+        std::string words;
+        bool isKept;
+    } cases[] = {{"decrypt_file", change, "Files differ at byte 70000.", true},
+                 {"decrypt_file", cut, "Files differ at byte 69001.", true},
+                 {"encrypt_file", change, "Files differ at byte 65537.", true},
+                 {"decrypt_file", empty, "Second file is empty.", true},
+                 {"encrypt_file", remove, "Unable to open second file.", false}};
+    Add("a.tst", 70'000);
+    const Tree before = Files();
+    for (const auto& [call, damage, words, isKept] : cases) {
+        After(call, 2, damage);
+        const std::string report = Run(3);
+        auto made = std::ranges::find(engine.calls.rbegin(), engine.calls.rend(), call,
+                                      &FakeEngine::Call::name);
+        std::string bytes;
+        for (const char c : (++made)->input) // the key that was handed over for that call
+            bytes += " " + std::to_string(static_cast<unsigned char>(c));
+        EXPECT_THAT(report, HasSubstr("a.tst: " + words +
+                                      "\r\n\r\nReliability test failed.\r\n"
+                                      "Ascii values of bytes in key:" +
+                                      bytes + "\r\n"));
+        EXPECT_EQ(Count(report, "#3 of 3") + Count(report, "All decrypted"), 0U);
+        EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+        EXPECT_EQ(Files().contains("zr5test-copies/encrypted/a.tst"), isKept) << words;
+        EXPECT_EQ(report.find("copies are kept in " + (folder / "zr5test/zr5test-copies/\r\n")) !=
+                      report.npos,
+                  isKept);
+        folder.Remove("zr5test/zr5test-copies");
+        EXPECT_EQ(Files(), before);
+    }
+}
+
+TEST_F(Reliability, LeavesNothingBehindWhenStoppedInAnyPhase) {
+    Add("a.tst", 100);
+    Add("b.tst", 100);
+    const Tree before = Files();
+    const auto stop = [this](const auto&) { screen.StopPressed(); };
+    const std::pair<const char*, int> cases[] = {{"encrypt_file", 1}, {"encrypt_file", 2},
+                                                 {"decrypt_file", 1}, {"decrypt_file", 2},
+                                                 {"decrypt_file", 3}, {"comparison", 0}};
+    for (const auto& [call, number] : cases) {
+        After(call, number, stop);
+        user.onEvents = [&, last = number] {
+            if (last == 0 && screen.text().ends_with("a.tst: identical\r\n")) screen.StopPressed();
+        };
+        const std::string report = Run(2);
+        EXPECT_EQ(Files(), before) << call << number;
+        EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+        EXPECT_EQ(Count(report, "b.tst: "), number == 3 ? 1U : 0U) << call << number;
+    }
+}
+
+TEST_F(Reliability, LosesNothingAndSaysWhatIsLeftWhicheverCallFails) {
+    Add("a.tst", 100);
+    Add("b.tst", 70'000);
+    const Tree before = Files();
+    int failures = 0;
+    for (unsigned number = 1;; ++number) {
+        Disk().Reset();
+        Disk().FailAny(number, FsStatus::NoSpace);
+        const std::string report = Run(1);
+        if (!Disk().AllMet()) break;
+        const bool isNamed = report.find("copies are kept in ") != report.npos ||
+                             report.find("could not remove everything in ") != report.npos;
+        const bool passed = report.find("All decrypted files are identical") != report.npos;
+        if (!passed) ++failures;
+        EXPECT_EQ(Files() != before, isNamed) << number << "\n" << report;
+        folder.Remove("zr5test/zr5test-copies");
+        EXPECT_EQ(Files(), before) << number;
+    }
+    EXPECT_GT(failures, 10);
+}
+
+TEST_F(Reliability, TouchesNothingThatItHasNotMade) {
+    Add("a.tst", 100);
+    std::filesystem::create_directories(folder / "zr5test/zr5test-copies/decrypted");
+    folder.Write("zr5test/zr5test-copies/decrypted/a.tst", "of a run that was killed");
+    folder.Write("zr5test/zr5test-copies-2", "a file");
+    const Tree before = Files();
+    EXPECT_THAT(Run(1), HasSubstr("zr5test-copies-3/encrypted/a.tst  "));
+    EXPECT_EQ(Files(), before);
+    After("decrypt_file", 1, [](const std::string& path) { std::ofstream(path + "2") << "mine"; });
+    EXPECT_THAT(Run(1), HasSubstr("could not remove everything in " +
+                                  (folder / "zr5test/zr5test-copies-3/\r\n")));
+    EXPECT_EQ(folder.Read("zr5test/zr5test-copies-3/decrypted/a.tst2"), "mine");
+}
+
+TEST_F(Reliability, LeavesEmptyFilesOut) {
+    Add("empty.tst", 0);
+    EXPECT_THAT(Run(1), Not(HasSubstr("All decrypted")));
+    Add("a.tst", 100);
+    const std::string report = Run(1);
+    EXPECT_THAT(report, HasSubstr("     empty.tst  This file is empty (0 bytes).\r\n"));
+    EXPECT_EQ(Count(report, "empty.tst  "), 1U) << "it has no encrypted copy to be decrypted";
+    EXPECT_THAT(report, HasSubstr("empty.tst: This file is empty (0 bytes); there is nothing to "
+                                  "compare.\r\na.tst: identical\r\n\r\nAll decrypted"));
+}
+
+TEST_F(Reliability, IsWhatTheSetupMeansAndIsConfirmedAsSuch) {
+    FileCount count;
+    count.files = count.encryptedAlready = 2;
+    EXPECT_TRUE(IsReliabilityTest(setup));
+    EXPECT_THAT(ConfirmationFor(setup, key, count).output, Not(HasSubstr("overwritten")));
+    EXPECT_EQ(ConfirmationFor(setup, key, count).warning, "");
+    const auto with = [this](const auto& change) {
+        OperationSetup other = setup;
+        change(other);
+        return IsReliabilityTest(other);
+    };
+    EXPECT_FALSE(with([](auto& s) { s.Operation = Function::Decrypt; }));
+    EXPECT_FALSE(with([](auto& s) { s.InputMode = InputSource::SingleFile; }));
+    EXPECT_FALSE(with([](auto& s) { s.SubfolderAnswer = true; }));
+    EXPECT_FALSE(with([](auto& s) { s.FilePattern = "*.TST"; }));
+    const std::pair<const char*, bool> folders[] = {
+        {"/zr5test/", true},       {"/a/zr5test/b/", false},   {"/a/ZR5TEST/", false},
+        {"/a/my-zr5test/", false}, {"C:\\a\\ZR5Test\\", true}, {"", false}};
+    for (const auto& [path, expected] : folders)
+        EXPECT_EQ(with([&](auto& s) { s.Folder[Input] = path; }), expected) << path;
+}
+
+TEST(ReliabilityTestForm, TakesWholeNumbersFromOneToAHundred) {
+    const std::pair<const char*, int> cases[] = {
+        {"1", 1},  {" 100 ", 100}, {"007", 7}, {"0", 0},       {"101", 0},
+        {"-1", 0}, {"", 0},        {"2.5", 0}, {"5 times", 0}, {"99999999999999999999", 0}};
+    for (const auto& [typed, number] : cases) {
+        ScriptedUser user;
+        ReliabilityTestForm form(user);
+        if (number == 0) {
+            user.Expect("Number of performances",
+                        "The number of performances must be a whole number between 1 and 100.");
+        }
+        EXPECT_EQ(form.Start(typed), number != 0) << typed;
+        EXPECT_EQ(form.Performances().value_or(0), number) << typed;
+    }
+}
+
+} // namespace
+} // namespace zr5::test
