@@ -37,7 +37,7 @@ struct Program::Parts {
                   around.clock,
                   around.executablePath,
                   JournalPath(nextRunSetupPath)},
-          operations(desk, key, machine),
+          operations(desk, key, machine, around.random),
           window({around.user, desk, singleFile, folder, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
                   [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); },

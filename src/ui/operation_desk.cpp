@@ -3,8 +3,11 @@
 #include "operation/checks.h"
 #include "operation/file_listing.h"
 #include "operation/operation_run.h"
+#include "operation/reliability_rules.h"
+#include "operation/reliability_test.h"
 #include "operation/work_list.h"
 #include "ui/confirm_window.h"
+#include "ui/reliability_test_window.h"
 
 #include <QPointer>
 
@@ -40,10 +43,34 @@ class OutOfUse {
     QPointer<QWidget> focus_;
 };
 
+/// Shows in the main window that it is a test that runs, while it lives.
+class TestAnnounced {
+  public:
+    TestAnnounced(QWidget* window, bool isTest)
+        : label_(isTest && window != nullptr
+                     ? window->findChild<QWidget*>("lblPerformingReliabilityTest")
+                     : nullptr) {
+        if (label_ != nullptr) label_->show();
+    }
+    ~TestAnnounced() {
+        if (label_ != nullptr) label_->hide();
+    }
+    TestAnnounced(const TestAnnounced&) = delete;
+    TestAnnounced& operator=(const TestAnnounced&) = delete;
+
+  private:
+    QWidget* label_;
+};
+
 } // namespace
 
-OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine)
-    : setup_(setup), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
+OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine,
+                             RandomSource& random)
+    : setup_(setup),
+      key_(key),
+      machine_(machine),
+      random_(random),
+      screen_(machine.user, machine.clock) {}
 
 void OperationDesk::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
     const OutOfUse outOfUse(setup_, mainWindow_);
@@ -59,14 +86,25 @@ void OperationDesk::RunConfirmed(const StopAsked& stopped) {
     ConfirmInWindow confirmation(mainWindow_);
     const OperationSetup& setup = setup_.Setup();
     if (!MayStart(setup, key_, machine_, confirmation, stopped)) return;
+    std::optional<int> performances;
+    if (IsReliabilityTest(setup)) {
+        performances = AskForPerformances(machine_.user, mainWindow_);
+        if (!performances) return;
+    }
+    const TestAnnounced announced(mainWindow_, performances.has_value());
     screen_.ShowCount(setup.Operation, 0);
     screen_.BeginRun(setup.Operation);
     Window().ShowAtEnd();
     const ListedFiles listed = MakeWorkList(
         setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); },
         [this] { return screen_.StopRequested(); });
-    RunOperation({setup, key_, listed.list, machine_}, screen_,
-                 {0, listed.wasCutShort, listed.randomness});
+    const OperationContext operation{setup, key_, listed.list, machine_};
+    const ListingSummary summary{0, listed.wasCutShort, listed.randomness};
+    if (performances) {
+        RunReliabilityTest(operation, {*performances, random_}, screen_, summary);
+    } else {
+        RunOperation(operation, screen_, summary);
+    }
 }
 
 void OperationDesk::ListFiles(const std::string& buttonCaption) {

@@ -2,6 +2,7 @@
 
 // What stands behind the main window's operation buttons: checks, confirmation, report screen.
 
+#include "libs/random.h"
 #include "operation/operation_context.h"
 #include "operation/report_screen.h"
 #include "setup/setup_desk.h"
@@ -15,7 +16,7 @@ namespace zr5 {
 class OperationDesk final : public MainWindowActions {
   public:
     /// All of it outlives the desk.
-    OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine);
+    OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& machine, RandomSource& random);
 
     /// The window over which dialogs open, and which is out of use while an operation runs.
     void SetMainWindow(QWidget* mainWindow) { mainWindow_ = mainWindow; }
@@ -34,6 +35,7 @@ class OperationDesk final : public MainWindowActions {
     SetupDesk& setup_;
     const CurrentKey& key_;
     Machine& machine_;
+    RandomSource& random_; ///< for the keys of the reliability test
     ReportScreen screen_;
     std::unique_ptr<ReportWindow> window_; ///< made at its first use
     QWidget* mainWindow_ = nullptr;

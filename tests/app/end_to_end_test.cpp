@@ -230,6 +230,41 @@ TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {
     }
 }
 
+TEST_F(EndToEnd, PerformsTheReliabilityTestAsOftenAsAsked) {
+    std::filesystem::create_directory(folder / "zr5test");
+    folder.Write("zr5test/a.tst", "content");
+    TypeKey();
+    Choose("optFilesInAFolder");
+    user.ExpectFolder("Specify input folder", folder / "zr5test");
+    Press(Main(), "cmdSpecifyDirectory");
+    auto& pattern = Control<QLineEdit>(Main(), "txbFilePattern");
+    pattern.setText("*.tst");
+    QTest::keyClick(&pattern, Qt::Key_Return);
+    const auto& label = Control(Main(), "lblPerformingReliabilityTest");
+    bool wasAnnounced = false;
+    user.onEvents = [&] { wasAnnounced = wasAnnounced || label.isVisible(); };
+    WhenDialogOpens(Main(), "frmReliabilityTest", [](QWidget& dialog) {
+        EXPECT_EQ(Control<QLineEdit>(dialog, "txbNumTests").text(), "1");
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(Perform(), "no report");
+    EXPECT_FALSE(wasAnnounced);
+    WhenDialogOpens(Main(), "frmReliabilityTest", [this](QWidget& dialog) {
+        auto& box = Control<QLineEdit>(dialog, "txbNumTests");
+        QTest::keyClicks(&box, "many");
+        user.Expect("Number of performances",
+                    "The number of performances must be a whole number between 1 and 100.");
+        QTest::keyClick(&box, Qt::Key_Return);
+        EXPECT_EQ(box.selectedText(), "many");
+        QTest::keyClicks(&box, "2");
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    EXPECT_TRUE(Reports("Reliability test #2 of 2\n"));
+    EXPECT_TRUE(wasAnnounced && !label.isVisible());
+    EXPECT_EQ(folder.Read("zr5test/a.tst"), "content");
+    user.onEvents = nullptr;
+}
+
 TEST_F(EndToEnd, AsksForWhatIsMissingInItsOrder) {
     user.Expect("Input file", "Please specify input file.");
     Press(Main(), "cmdDoIt");

@@ -1,0 +1,28 @@
+#pragma once
+
+// `frmReliabilityTest`: asks how often the reliability test is to be performed.
+
+#include "operation/reliability_rules.h"
+
+#include <QDialog>
+
+class QLineEdit;
+
+namespace zr5 {
+
+class ReliabilityTestWindow : public QDialog {
+  public:
+    /// `form` outlives the window and holds the answer.
+    explicit ReliabilityTestWindow(ReliabilityTestForm& form, QWidget* parent = nullptr);
+
+  private:
+    void Start();
+
+    ReliabilityTestForm& form_;
+    QLineEdit* number_;
+};
+
+/// Asks in a window over `parent`; empty when the user abandons the operation.
+[[nodiscard]] std::optional<int> AskForPerformances(UserPort& user, QWidget* parent);
+
+} // namespace zr5
