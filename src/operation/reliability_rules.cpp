@@ -46,8 +46,7 @@ std::string ReliabilityTestForm::Text() {
 }
 
 std::string ReliabilityTestForm::KeyNote() {
-    return "The report shows a key that is text, and the bytes of a key with which the test "
-           "failed.";
+    return "The report will contain the key if it is text, and its bytes if the test fails.";
 }
 
 bool ReliabilityTestForm::Start(std::string_view typed) {

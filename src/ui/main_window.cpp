@@ -142,6 +142,11 @@ void MainWindow::OperationEnded() {
 void MainWindow::ApplyPalette() {
     for (const char* name : SoftLabels)
         Soften(*Find<QLabel>(name), palette());
+    // What is going on stays readable while the window is out of use.
+    QPalette readable;
+    readable.setBrush(QPalette::Disabled, QPalette::WindowText,
+                      palette().brush(QPalette::Active, QPalette::WindowText));
+    Find<QLabel>("lblPerformingReliabilityTest")->setPalette(readable);
     Find<QLabel>("picKeyFrom")
         ->setPixmap(KeyPicture(palette(), parts_.key.IsHeld(), devicePixelRatioF()));
 }

@@ -27,6 +27,7 @@ QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
     auto* button = new QPushButton(QLatin1String(caption), parent);
     button->setObjectName(QLatin1String(name));
     button->setMinimumHeight(ButtonHeight);
+    button->setMinimumWidth(button->sizeHint().width() + 2 * FrameMargin);
     return button;
 }
 
