@@ -12,7 +12,8 @@ void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked
     if (!chosen || chosen->empty()) return;
     const std::string folder = WithTrailingSeparator(*chosen);
     const std::string judged = fileSystem_.CanonicalPath(folder).value_or(folder);
-    if (const auto forbidden = ForbiddenFolderName(WithTrailingSeparator(judged))) {
+    if (const auto forbidden =
+            ForbiddenFolders(fileSystem_).NameOf(WithTrailingSeparator(judged))) {
         user_.Ask(Notice("A '" + *forbidden + "' folder cannot be selected.", buttonCaption,
                          BoxIcon::Information));
         return;

@@ -14,7 +14,7 @@ namespace {
 class Walk {
   public:
     Walk(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor)
-        : fileSystem_(fileSystem), request_(request), visitor_(visitor) {}
+        : fileSystem_(fileSystem), request_(request), visitor_(visitor), forbidden_(fileSystem) {}
 
     WalkResult Run() {
         const auto canonical = fileSystem_.CanonicalPath(request_.folder);
@@ -23,7 +23,7 @@ class Walk {
             return result_;
         }
         const std::string judged = WithTrailingSeparator(*canonical);
-        if (ForbiddenFolderName(judged)) {
+        if (forbidden_.NameOf(judged)) {
             visitor_.MeetProhibitedFolder(request_.folder);
         } else {
             static_cast<void>(Enter(request_.folder, judged));
@@ -87,7 +87,7 @@ class Walk {
             if (entry.kind != FileKind::Folder) continue;
             const std::string path = WithTrailingSeparator(folder + entry.name);
             const std::string canonicalPath = WithTrailingSeparator(canonical + entry.name);
-            if (ForbiddenFolderName(canonicalPath)) {
+            if (forbidden_.NameOf(canonicalPath)) {
                 visitor_.MeetProhibitedFolder(path);
                 continue;
             }
@@ -104,6 +104,7 @@ class Walk {
     FileSystem& fileSystem_;
     const WalkRequest& request_;
     WalkVisitor& visitor_;
+    ForbiddenFolders forbidden_;
     WalkResult result_;
     std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };

@@ -34,6 +34,10 @@ constexpr auto UnderADriveRoot = std::to_array<ForbiddenName>({
 constexpr auto SystemFolders = std::to_array<std::string_view>(
     {"bin", "sbin", "usr", "etc", "boot", "dev", "proc", "sys", "run"});
 
+/// What the libraries' folders, which all begin alike, are called.
+constexpr auto LibraryFolders =
+    std::to_array<std::string_view>({"lib", "lib32", "lib64", "libx32", "var/lib"});
+
 constexpr auto TrashNames =
     std::to_array<std::string_view>({".Trash", "$RECYCLE.BIN", "RECYCLER", "RECYCLED"});
 
@@ -87,6 +91,25 @@ std::optional<std::string> ForbiddenOnPosix(std::string_view path) {
 
 std::optional<std::string> ForbiddenFolderName(std::string_view path) {
     return IsWindowsShaped(path) ? ForbiddenOnWindows(path) : ForbiddenOnPosix(path);
+}
+
+ForbiddenFolders::ForbiddenFolders(FileSystem& fileSystem) : fileSystem_(fileSystem) {
+    const auto add = [this](std::string_view name) {
+        const auto identity = fileSystem_.IdentityOf("/" + std::string(name));
+        if (identity) systemFolders_.emplace_back(*identity, name.substr(name.rfind('/') + 1));
+    };
+    std::ranges::for_each(SystemFolders, add);
+    std::ranges::for_each(LibraryFolders, add);
+}
+
+std::optional<std::string> ForbiddenFolders::NameOf(const std::string& path) const {
+    if (auto name = ForbiddenFolderName(path)) return name;
+    const auto identity = fileSystem_.IdentityOf(path);
+    if (!identity) return std::nullopt;
+    const auto found =
+        std::ranges::find(systemFolders_, *identity, &std::pair<FileIdentity, std::string>::first);
+    if (found == systemFolders_.end()) return std::nullopt;
+    return found->second;
 }
 
 } // namespace zr5

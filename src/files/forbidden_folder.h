@@ -2,9 +2,13 @@
 
 // Folders that are never worked on: the system's own, and the trash.
 
+#include "libs/file_system.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace zr5 {
 
@@ -14,5 +18,18 @@ namespace zr5 {
 ///   whatever follows it;
 /// - else (`path` is canonical): the first components, or any component that is a trash.
 [[nodiscard]] std::optional<std::string> ForbiddenFolderName(std::string_view path);
+
+/// The same decision on the disk: a system folder is forbidden too where it is mounted a second
+/// time under a name that says nothing.
+class ForbiddenFolders {
+  public:
+    explicit ForbiddenFolders(FileSystem& fileSystem);
+    /// As ForbiddenFolderName; `path` is canonical.
+    [[nodiscard]] std::optional<std::string> NameOf(const std::string& path) const;
+
+  private:
+    FileSystem& fileSystem_;
+    std::vector<std::pair<FileIdentity, std::string>> systemFolders_;
+};
 
 } // namespace zr5

@@ -1,5 +1,6 @@
 #include "files/folder_walk.h"
 
+#include "files/forbidden_folder.h"
 #include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
@@ -98,6 +99,27 @@ TEST_F(FolderWalk, PassesForbiddenFoldersByAlsoBehindALinkToTheFolder) {
     seen = {};
     EXPECT_EQ(WalkFolder(*system, {"/usr/share/", "*.*", true, false, 1}, seen).files, 0U);
     EXPECT_EQ(seen.prohibited, std::set<std::string>{"/usr/share/"});
+}
+
+/// A disk on which a system folder is mounted a second time.
+class MountedTwice : public test::FaultyFileSystem {
+  public:
+    using FaultyFileSystem::FaultyFileSystem;
+    std::string place;
+    std::optional<FileIdentity> IdentityOf(const std::string& path) override {
+        return FaultyFileSystem::IdentityOf(path == place ? "/etc" : path);
+    }
+};
+
+TEST_F(FolderWalk, PassesASystemFolderByUnderAnyName) {
+    Make("a");
+    Make("settings/b");
+    MountedTwice disk(*system);
+    disk.place = folder / "settings/";
+    seen = {};
+    EXPECT_EQ(WalkFolder(disk, {folder.Path(), "*.*", true, false, 0}, seen).files, 1U);
+    EXPECT_EQ(seen.prohibited, std::set<std::string>{disk.place});
+    EXPECT_EQ(ForbiddenFolders(disk).NameOf(disk.place), "etc");
 }
 
 TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {
