@@ -24,6 +24,7 @@ using namespace zr5;
 
 constexpr std::size_t FileBytes = 4096;
 constexpr std::size_t SealedBytes = FileBytes + 84 + 16;
+constexpr std::size_t JournalBytes = 400;
 constexpr std::size_t FilesInFolder = 500;
 
 double Seconds(const std::function<void()>& work) {
@@ -47,11 +48,17 @@ void Check(FsStatus status) {
 }
 
 /// What an in-place encryption asks of the disk, without the cipher and without the report.
-void BareFile(FileSystem& disk, const std::string& path, std::vector<std::byte>& buffer) {
+void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
+              std::vector<std::byte>& buffer) {
+    const auto note = [&] {
+        Check(journal.MoveTo(0));
+        Check(journal.Write(std::span(buffer).first(JournalBytes)));
+    };
     const std::string part = path + ".part";
     const std::string done = path + ".done";
     {
         const OpenResult input = disk.OpenForReading(path);
+        note();
         const OpenResult output = disk.CreateExclusively(part);
         Check(output.file->Reserve(SealedBytes));
         static_cast<void>(input.file->Read(std::span(buffer).first(FileBytes)));
@@ -59,16 +66,27 @@ void BareFile(FileSystem& disk, const std::string& path, std::vector<std::byte>&
         Check(output.file->CopyAttributesFrom(*input.file));
         Check(output.file->Flush());
     }
+    note();
     Check(disk.RenameWithoutReplacing(part, done));
     Check(disk.FlushFolderOf(done));
+    { // reading back
+        const OpenResult plain = disk.OpenForReading(path);
+        const OpenResult sealed = disk.OpenForReading(done);
+        sealed.file->ForgetCached();
+        static_cast<void>(sealed.file->Read(std::span(buffer).first(SealedBytes)));
+        static_cast<void>(plain.file->Read(std::span(buffer).first(FileBytes)));
+    }
     {
-        const OpenResult input = disk.OpenForOverwriting(path);
+        const OpenResult input = disk.OpenForPurging(path);
+        note();
+        Check(journal.FlushContent());
         Check(input.file->Write(std::span(buffer).first(FileBytes)));
         Check(input.file->Flush());
     }
     Check(disk.Remove(path));
     Check(disk.RenameWithoutReplacing(done, path));
     Check(disk.FlushFolderOf(path));
+    note();
 }
 
 void Compare(const std::string& folder, std::size_t count) {
@@ -79,7 +97,7 @@ void Compare(const std::string& folder, std::size_t count) {
     const auto kit = MakeFileKit(*disk, random);
     if (engine->allocate_buffers() == 0) return;
     QtUserPort user;
-    Machine machine{*disk, *engine, *kit, user, clock, "/proc/self/exe"};
+    Machine machine{*disk, *engine, *kit, user, clock, "/proc/self/exe", folder + ".journal"};
     ReportScreen screen(user, clock);
     ReportWindow window(screen);
     CurrentKey key;
@@ -93,7 +111,10 @@ void Compare(const std::string& folder, std::size_t count) {
 
     MakeFiles(folder, count);
     window.ShowAtEnd();
-    const double listing = Seconds([&] { ListFiles(setup, machine, screen, "", [] {}); });
+    const double listing = Seconds([&] {
+        ListFiles(
+            setup, machine, screen, "", [] { return false; }, [] {});
+    });
     const double program = Seconds([&] {
         const ListedFiles listed = MakeWorkList(
             setup, machine, [](std::uint64_t) {}, [] { return false; });
@@ -105,11 +126,16 @@ void Compare(const std::string& folder, std::size_t count) {
     MakeFiles(folder, count);
     std::vector<std::byte> buffer(SealedBytes);
     const double bare = Seconds([&] {
+        const OpenResult journal = disk->OpenLocked(folder + ".journal");
+        Check(journal.file->Write(std::vector<std::byte>(2 * FileBytes)));
+        Check(journal.file->Flush());
         for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-            if (entry.is_regular_file()) BareFile(*disk, entry.path().native(), buffer);
+            if (entry.is_regular_file())
+                BareFile(*disk, *journal.file, entry.path().native(), buffer);
         }
     });
     std::filesystem::remove_all(folder);
+    std::filesystem::remove(folder + ".journal");
     const auto perFile = [&](double seconds) { return seconds * 1e6 / static_cast<double>(count); };
     std::printf("| %6zu | %9.3f | %10.0f | %10.0f | %5.2f |%s\n", count, listing, perFile(program),
                 perFile(bare), program / bare, processed == count ? "" : " (not all processed!)");
