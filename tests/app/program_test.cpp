@@ -2,6 +2,7 @@
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "app/web_link.h"
+#include "operation/replacement_journal.h"
 #include "support/fakes.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
@@ -77,6 +78,24 @@ TEST_F(Program, StartsWithoutAKeyAndGreetsANewUserOnce) {
     EXPECT_EQ(log, (Names{"fit", "clock", "show"}));
     EXPECT_EQ(engine.CallNames(), Names{"allocate_buffers"});
     EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
+}
+
+TEST_F(Program, EndsWhatAnInterruptedRunHasLeft) {
+    const std::string path = folder.Write("a.odt", "as it was");
+    {
+        ReplacementRecord record;
+        record.step = ReplacementRecord::Step::Writing;
+        record.originalPath = path;
+        ReplacementJournal journal(*fileSystem);
+        ASSERT_TRUE(journal.OpenNew(JournalPath(nextRunPath)));
+        ASSERT_TRUE(journal.Note(record));
+    }
+    user.Expect("Interrupted operation",
+                "Vaultline ZR5 was interrupted while this file was being encrypted:\r\n\r\n" +
+                    path + "\r\n\r\nThe file is as it was before.");
+    ExpectStartupMessage();
+    EXPECT_TRUE(Start());
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odt"});
 }
 
 TEST_F(Program, EndsAtOnceWhenTheEngineHasNoBuffers) {
