@@ -28,6 +28,8 @@ inline constexpr double RandomnessTooSmall = -15.0;
 /// `fr` of a file that cannot be read; any value of -11.0 or less is a failure.
 inline constexpr double RandomnessUnreadable = -20.0;
 inline constexpr double RandomnessFailureLimit = -11.0;
+/// `fr` of a file whose measuring was ended.
+inline constexpr double RandomnessStopped = -30.0;
 
 /// `purge_file`: below this the purge failed.
 inline constexpr std::int32_t PurgeFailureLimit = -3;
@@ -49,10 +51,11 @@ class FileKit {
     /// differ (a file that ends early differs at the next position); or a compare_code.
     [[nodiscard]] virtual std::int64_t compare_files(const std::string& first,
                                                      const std::string& second) = 0;
-    /// The randomness of a file, measured over its first `sampleBytes` bytes (0: over all):
-    /// 1 - 1.45 D, D being the largest shortfall from 8, in bits a byte, of the Shannon entropy
-    /// of the bytes and of their differences at distances 1, 2, 3, 4 and 8. Above 0 for
-    /// encrypted or compressed content, at most 1. RandomnessTooSmall below 1024 bytes.
+    /// The randomness of a file, measured over `sampleBytes` bytes in its middle, where no header
+    /// stands (0: over all): 1 - 1.45 D, D being the largest shortfall from 8, in bits a byte, of
+    /// the Shannon entropy of the bytes and of their differences at distances 1, 2, 3, 4 and 8.
+    /// Above 0 for encrypted or compressed content, at most 1. RandomnessTooSmall below 1024
+    /// bytes.
     [[nodiscard]] virtual double fr(const std::string& path, std::int32_t sampleBytes) = 0;
     /// The randomness of the first `length` bytes: Shannon entropy divided by
     /// log2(min(length, 256)); 0 to 1. `flag` is not used.
@@ -81,9 +84,11 @@ class FileKit {
     /// Hands in what is told the first bytes that a file is going to be overwritten with, before
     /// any is written; false leaves the file as it is. An empty function for nothing.
     virtual void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) = 0;
-    /// Hands in what is called after each piece while a file is overwritten or compared; an empty
-    /// function for nothing.
+    /// Hands in what is called after each piece while a file is overwritten or compared, or
+    /// measured over all; an empty function for nothing.
     virtual void SetProgress(ProgressFunction progress) = 0;
+    /// To be called from the progress function: `fr` ends and returns RandomnessStopped.
+    virtual void StopMeasuring() = 0;
 };
 
 } // namespace zr5

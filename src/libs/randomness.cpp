@@ -2,17 +2,32 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <functional>
 #include <numbers>
-#include <vector>
 
 namespace zr5 {
 namespace {
 
 constexpr double Steepness = 1.45;
 constexpr double MostBits = 8.0;
+/// With fewer differences of one residue the estimate of their entropy is not to be trusted.
+constexpr std::uint64_t LeastOfAResidue = 1000;
+/// Before a counter of 32 bits could overflow.
+constexpr std::uint32_t MostChunksBeforeFold = 1U << 20U;
+
+using Counts = std::array<std::uint64_t, 256>;
+
+std::uint64_t SumOf(const Counts& counts) {
+    std::uint64_t sum = 0;
+    for (const std::uint64_t count : counts)
+        sum += count;
+    return sum;
+}
 
 /// Entropy in bits of the distribution that `counts` were drawn from, as it was observed.
-double ObservedEntropy(std::span<const std::uint64_t, 256> counts, std::uint64_t total) {
+double ObservedEntropy(const Counts& counts, std::uint64_t total) {
+    if (total == 0) return 0.0;
     double sum = 0.0;
     for (const std::uint64_t count : counts) {
         if (count != 0) sum += static_cast<double>(count) * std::log2(static_cast<double>(count));
@@ -23,7 +38,7 @@ double ObservedEntropy(std::span<const std::uint64_t, 256> counts, std::uint64_t
 
 /// The observed entropy falls short on average by (m - 1) / (2 n ln 2) bits, m values having
 /// occurred among n.
-double CorrectedEntropy(std::span<const std::uint64_t, 256> counts, std::uint64_t total) {
+double CorrectedEntropy(const Counts& counts, std::uint64_t total) {
     if (total == 0) return 0.0;
     const auto values = std::ranges::count_if(counts, [](std::uint64_t c) { return c != 0; });
     const double bias =
@@ -35,7 +50,7 @@ double CorrectedEntropy(std::span<const std::uint64_t, 256> counts, std::uint64_
 
 double BufferRandomness(std::span<const std::byte> bytes) {
     if (bytes.size() < 2) return 0.0;
-    std::array<std::uint64_t, 256> counts{};
+    Counts counts{};
     for (const std::byte byte : bytes) {
         ++counts[std::to_integer<std::size_t>(byte)];
     }
@@ -43,44 +58,115 @@ double BufferRandomness(std::span<const std::byte> bytes) {
     return ObservedEntropy(counts, bytes.size()) / std::log2(possible);
 }
 
-void RandomnessMeter::Count(std::span<const std::uint8_t> bytes, std::size_t from) {
-    for (std::size_t k = 0; k < Distances.size(); ++k) {
-        const std::size_t distance = Distances[k];
-        Histogram& counts = counts_[k];
-        if (distance == 0) {
-            for (std::size_t i = from; i < bytes.size(); ++i) {
-                ++counts[bytes[i]];
-            }
-            continue;
+/// Two plain loops of known length, so that the first is done many bytes at a time.
+template <std::size_t TrackIndex>
+void RandomnessMeter::CountTrack() {
+    constexpr Track track = Tracks[TrackIndex];
+    const std::uint8_t* const bytes = window_.data() + LongestDistance;
+    std::array<std::uint8_t, ChunkBytes> values;
+    if constexpr (track.distance == 0) {
+        std::memcpy(values.data(), bytes, ChunkBytes);
+    } else {
+        const std::uint8_t* const before = bytes - track.distance;
+        for (std::size_t i = 0; i < ChunkBytes; ++i)
+            values[i] = static_cast<std::uint8_t>(bytes[i] - before[i]);
+    }
+    for (std::size_t i = 0; i < ChunkBytes; i += track.lanes) {
+        for (std::size_t lane = 0; lane < track.lanes; ++lane)
+            ++lanes_[track.firstLane + lane][values[i + lane]];
+    }
+}
+
+void RandomnessMeter::CountChunk() {
+    CountTrack<0>();
+    CountTrack<1>();
+    CountTrack<2>();
+    CountTrack<3>();
+    CountTrack<4>();
+    CountTrack<5>();
+    if (isFirstChunk_) {
+        // The first bytes have none before them: their differences are taken back.
+        for (const Track& track : Tracks) {
+            for (std::size_t i = 0; i < track.distance; ++i)
+                --lanes_[track.firstLane + i % track.lanes][window_[LongestDistance + i]];
         }
-        for (std::size_t i = std::max(from, distance); i < bytes.size(); ++i) {
-            ++counts[static_cast<std::uint8_t>(bytes[i] - bytes[i - distance])];
+        isFirstChunk_ = false;
+    }
+    std::copy_n(window_.end() - LongestDistance, LongestDistance, window_.begin());
+    filled_ = 0;
+    if (++chunksSinceFold_ == MostChunksBeforeFold) Fold();
+}
+
+void RandomnessMeter::CountRest() {
+    for (const Track& track : Tracks) {
+        for (std::size_t i = isFirstChunk_ ? track.distance : 0; i < filled_; ++i) {
+            const std::size_t at = LongestDistance + i;
+            const std::uint8_t before = track.distance == 0 ? 0 : window_[at - track.distance];
+            ++lanes_[track.firstLane + i % track.lanes]
+                    [static_cast<std::uint8_t>(window_[at] - before)];
         }
     }
+    Fold();
+}
+
+void RandomnessMeter::Fold() {
+    for (std::size_t lane = 0; lane < Lanes; ++lane) {
+        std::ranges::transform(folded_[lane], lanes_[lane], folded_[lane].begin(), std::plus<>{});
+        lanes_[lane].fill(0);
+    }
+    chunksSinceFold_ = 0;
 }
 
 void RandomnessMeter::Add(std::span<const std::byte> piece) {
-    // The bytes before the piece are put in front of it, so that differences reach back.
-    const std::size_t before =
-        static_cast<std::size_t>(std::min<std::uint64_t>(total_, LongestDistance));
-    std::vector<std::uint8_t> bytes(before + piece.size());
-    std::copy(tail_.end() - static_cast<std::ptrdiff_t>(before), tail_.end(), bytes.begin());
-    std::ranges::transform(piece, bytes.begin() + static_cast<std::ptrdiff_t>(before),
-                           [](std::byte b) { return std::to_integer<std::uint8_t>(b); });
-    Count(bytes, before);
-    total_ += piece.size();
-    const std::size_t kept = std::min(bytes.size(), LongestDistance);
-    std::copy(bytes.end() - static_cast<std::ptrdiff_t>(kept), bytes.end(),
-              tail_.end() - static_cast<std::ptrdiff_t>(kept));
+    while (!piece.empty()) {
+        const std::size_t part = std::min(piece.size(), ChunkBytes - filled_);
+        std::memcpy(window_.data() + LongestDistance + filled_, piece.data(), part);
+        filled_ += part;
+        piece = piece.subspan(part);
+        if (filled_ == ChunkBytes) CountChunk();
+    }
+}
+
+/// What the lanes of one residue of the position modulo the distance have counted.
+RandomnessMeter::Histogram RandomnessMeter::Residue(const Track& track, std::size_t residue) const {
+    Histogram counts{};
+    for (std::size_t lane = residue; lane < track.lanes;
+         lane += std::max<std::size_t>(track.distance, 1)) {
+        std::ranges::transform(counts, folded_[track.firstLane + lane], counts.begin(),
+                               std::plus<>{});
+    }
+    return counts;
+}
+
+double RandomnessMeter::LeastEntropy() const {
+    double least = MostBits;
+    for (const Track& track : Tracks) {
+        Histogram all{};
+        for (std::size_t residue = 0; residue < std::max<std::size_t>(track.distance, 1);
+             ++residue) {
+            const Histogram counts = Residue(track, residue);
+            std::ranges::transform(all, counts, all.begin(), std::plus<>{});
+            const std::uint64_t total = SumOf(counts);
+            if (total >= LeastOfAResidue) least = std::min(least, CorrectedEntropy(counts, total));
+        }
+        least = std::min(least, CorrectedEntropy(all, SumOf(all)));
+    }
+    return least;
 }
 
 double RandomnessMeter::Value() const {
-    double least = MostBits;
-    for (std::size_t k = 0; k < Distances.size(); ++k) {
-        const std::uint64_t total = total_ > Distances[k] ? total_ - Distances[k] : 0;
-        least = std::min(least, CorrectedEntropy(counts_[k], total));
-    }
-    return 1.0 - Steepness * (MostBits - least);
+    RandomnessMeter whole = *this;
+    whole.CountRest();
+    return 1.0 - Steepness * (MostBits - whole.LeastEntropy());
+}
+
+double RandomnessMeter::ByteEntropy() const {
+    RandomnessMeter whole = *this;
+    whole.CountRest();
+    Histogram bytes{};
+    for (std::size_t lane = 0; lane < Tracks[0].lanes; ++lane)
+        std::ranges::transform(bytes, whole.folded_[lane], bytes.begin(), std::plus<>{});
+    return ObservedEntropy(bytes, SumOf(bytes));
 }
 
 } // namespace zr5

@@ -1,6 +1,7 @@
 #pragma once
 
-// How random bytes look, for a file and for a short buffer.
+// How random bytes look, for a file and for a short buffer. docs/randomness.md has the formulas,
+// their sources, their limits and a calibration on real files.
 
 #include <array>
 #include <cstddef>
@@ -15,25 +16,51 @@ namespace zr5 {
 
 /// Collects a file's bytes piece by piece and measures their randomness as 1 - 1.45 D. D is the
 /// largest shortfall from 8 bits a byte of the entropy of the bytes and of their differences
-/// (modulo 256) at distances 1, 2, 3, 4 and 8, so that counters, tables and samples of sound do
-/// not pass for random. Entropy is estimated with the correction of Miller (1955) for few
-/// samples.
+/// (modulo 256) at distances 1, 2, 3, 4 and 8, so that counters, tables, pictures and samples of
+/// sound do not pass for random. At a distance d above 1 the d residues of the position modulo d
+/// are looked at one by one too, where each has enough differences: the most significant byte of
+/// a number tells more than the noise of the others. Entropy is estimated with the correction of
+/// Miller (1955) for few samples.
 class RandomnessMeter {
   public:
     void Add(std::span<const std::byte> piece);
     /// At most 1; above 0 for encrypted and compressed content.
     [[nodiscard]] double Value() const;
+    /// Shannon entropy of the bytes, in bits a byte, as observed: without any correction.
+    [[nodiscard]] double ByteEntropy() const;
 
   private:
-    static constexpr std::array<std::size_t, 6> Distances{0, 1, 2, 3, 4, 8};
+    /// The differences at one distance (0: the bytes themselves), counted apart in so many lanes
+    /// by their position: enough for the residues, and so many that equal bytes in a row do not
+    /// wait for one counter.
+    struct Track {
+        std::size_t distance;
+        std::size_t lanes;
+        std::size_t firstLane;
+    };
+    static constexpr std::array<Track, 6> Tracks{
+        {{0, 8, 0}, {1, 8, 8}, {2, 8, 16}, {3, 6, 24}, {4, 8, 30}, {8, 8, 38}}};
+    static constexpr std::size_t Lanes = 46;
     static constexpr std::size_t LongestDistance = 8;
+    static constexpr std::size_t ChunkBytes = 3072; ///< a multiple of every number of lanes
+
     using Histogram = std::array<std::uint64_t, 256>;
 
-    void Count(std::span<const std::uint8_t> bytes, std::size_t from);
+    template <std::size_t TrackIndex>
+    void CountTrack();
+    void CountChunk();
+    void CountRest();
+    void Fold();
+    [[nodiscard]] Histogram Residue(const Track& track, std::size_t residue) const;
+    [[nodiscard]] double LeastEntropy() const;
 
-    std::array<Histogram, Distances.size()> counts_{};
-    std::array<std::uint8_t, LongestDistance> tail_{}; ///< the last bytes added
-    std::uint64_t total_ = 0;
+    /// What precedes the chunk, then the chunk that is being filled.
+    std::array<std::uint8_t, LongestDistance + ChunkBytes> window_{};
+    std::size_t filled_ = 0;
+    bool isFirstChunk_ = true;
+    std::array<std::array<std::uint32_t, 256>, Lanes> lanes_{}; ///< since the last fold
+    std::uint32_t chunksSinceFold_ = 0;
+    std::array<Histogram, Lanes> folded_{};
 };
 
 } // namespace zr5

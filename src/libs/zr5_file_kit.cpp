@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <limits>
 #include <vector>
 
 namespace zr5 {
@@ -48,18 +47,25 @@ class Zr5FileKit final : public FileKit {
         const auto info = opened.file->Info();
         if (!info) return RandomnessUnreadable;
         if (info->lengthBytes < LeastMeasuredBytes) return RandomnessTooSmall;
-        std::uint64_t left = sampleBytes > 0 ? static_cast<std::uint64_t>(sampleBytes)
-                                             : std::numeric_limits<std::uint64_t>::max();
+        const std::uint64_t sample =
+            sampleBytes > 0 ? std::min(static_cast<std::uint64_t>(sampleBytes), info->lengthBytes)
+                            : info->lengthBytes;
+        if (opened.file->MoveTo((info->lengthBytes - sample) / 2) != FsStatus::Ok) {
+            return RandomnessUnreadable;
+        }
         std::vector<std::byte> piece(
-            static_cast<std::size_t>(std::min<std::uint64_t>(left, MeasuredPieceBytes)));
+            static_cast<std::size_t>(std::min<std::uint64_t>(sample, MeasuredPieceBytes)));
         RandomnessMeter meter;
-        while (left != 0) {
+        stopsMeasuring_ = false;
+        for (std::uint64_t left = sample; left != 0;) {
             const ReadResult got = opened.file->Read(std::span(piece).first(
                 static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size()))));
             if (got.status != FsStatus::Ok) return RandomnessUnreadable;
             if (got.count == 0) break;
             meter.Add(std::span(piece).first(got.count));
             left -= got.count;
+            if (progress_ && sampleBytes <= 0) progress_(sample - left, sample);
+            if (stopsMeasuring_) return RandomnessStopped;
         }
         return meter.Value();
     }
@@ -119,6 +125,7 @@ class Zr5FileKit final : public FileKit {
         beforeOverwriting_ = std::move(beforeOverwriting);
     }
     void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
+    void StopMeasuring() override { stopsMeasuring_ = true; }
 
   private:
     FileSystem& fileSystem_;
@@ -126,6 +133,7 @@ class Zr5FileKit final : public FileKit {
     ProgramTextTable texts_;
     ProgressFunction progress_;
     BeforeOverwriting beforeOverwriting_;
+    bool stopsMeasuring_ = false;
 };
 
 } // namespace

@@ -82,6 +82,10 @@ class FakeKit : public FileKit {
     };
     std::int64_t compareResult = compare_code::Identical;
     double fileRandomness = 0.5;
+    std::map<std::string, double> randomnessOf; ///< by path, where it is not fileRandomness
+    std::vector<std::pair<std::string, std::int32_t>> measured; ///< path and sample, in order
+    ProgressFunction progress;
+    bool stopped = false;
     double bufferRandomness = 0.96;
     std::int32_t purgeResult = 0;
     std::int32_t creatableResult = 1;
@@ -95,7 +99,14 @@ class FakeKit : public FileKit {
     std::int64_t compare_files(const std::string&, const std::string&) override {
         return compareResult;
     }
-    double fr(const std::string&, std::int32_t) override { return fileRandomness; }
+    double fr(const std::string& path, std::int32_t sampleBytes) override {
+        measured.emplace_back(path, sampleBytes);
+        stopped = false;
+        if (progress) progress(1, 2);
+        if (stopped) return RandomnessStopped;
+        const auto found = randomnessOf.find(path);
+        return found == randomnessOf.end() ? fileRandomness : found->second;
+    }
     double randomness_measure(std::string_view, std::int32_t, std::int16_t) override {
         return bufferRandomness;
     }
@@ -122,7 +133,8 @@ class FakeKit : public FileKit {
         return loadResult;
     }
     void SetBeforeOverwriting(BeforeOverwriting) override {}
-    void SetProgress(ProgressFunction) override {}
+    void SetProgress(ProgressFunction function) override { progress = std::move(function); }
+    void StopMeasuring() override { stopped = true; }
 };
 
 } // namespace zr5::test
