@@ -162,6 +162,17 @@ void ReportScreen::ReportBufferFull() {
     NotifyState();
 }
 
+void ReportScreen::RandomnessBufferFull() {
+    text_.CutCharacters(CutWhenFull);
+    if (view_ != nullptr) view_->TextReplaced();
+    user_.Ask(Notice("The output report buffer has been filled.\r\n"
+                     "This randomness report cannot continue and will now terminate.",
+                     "Report buffer full", BoxIcon::Exclamation));
+    AppendAlways("\r\nThe output report buffer was filled.\r\n"
+                 "This randomness report was terminated at this point.\r\n");
+    Halt();
+}
+
 void ReportScreen::PauseStep() {
     if (!pauseRequested_ || stopRequested_) return;
     SetState(State::Paused);

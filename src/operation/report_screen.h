@@ -95,6 +95,8 @@ class ReportScreen {
     /// Called when the text can take no more: cuts it, and asks whether to go on without
     /// entries for single files.
     void ReportBufferFull();
+    /// The same for a randomness report, which ends.
+    void RandomnessBufferFull();
     [[nodiscard]] bool ReportsFiles() const { return !perFileReportingOff_; }
     [[nodiscard]] bool StopRequested() const { return stopRequested_; }
     /// Between two files: waits while the user has paused.

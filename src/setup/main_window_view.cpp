@@ -83,7 +83,6 @@ MainWindowView WithFixedCaptions() {
         "For further advice click on the '" +
         *view["cmdHelp(0)"].text + "' button.";
     view["lblPerformingReliabilityTest"].visible = false;
-    view["fraRandomnessFiles"].visible = false;
     return view;
 }
 
@@ -124,6 +123,7 @@ void DeriveFrames(Pane pane, MainWindowView& view) {
     show("fraSetup", Pane::Setup);
     show("fraSaveSetup", Pane::SaveSetup);
     show("fraKey", Pane::Key);
+    show("fraRandomnessFiles", Pane::Randomness);
     for (const char* name : {"lblKeyFrom(0)", "lblKeyFrom(1)", "picKeyFrom"})
         view[name].visible = pane != Pane::Key;
 }

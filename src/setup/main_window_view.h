@@ -15,7 +15,7 @@
 namespace zr5 {
 
 /// What stands in the place of the menu. Everything but the menu disables the rest.
-enum class Pane { Menu, Setup, SaveSetup, Key };
+enum class Pane { Menu, Setup, SaveSetup, Key, Randomness };
 
 struct MainWindowState {
     OperationSetup setup;

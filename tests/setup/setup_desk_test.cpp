@@ -140,10 +140,12 @@ TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
     for (const auto& [pane, frame] : {std::pair{Pane::Menu, "fraMenu"},
                                       {Pane::Setup, "fraSetup"},
                                       {Pane::SaveSetup, "fraSaveSetup"},
-                                      {Pane::Key, "fraKey"}}) {
+                                      {Pane::Key, "fraKey"},
+                                      {Pane::Randomness, "fraRandomnessFiles"}}) {
         desk.Show(pane);
         const MainWindowView view = desk.Refresh();
-        for (const char* each : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"}) {
+        for (const char* each :
+             {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"}) {
             EXPECT_EQ(view.at(each).visible, std::string_view(each) == frame) << each;
             EXPECT_EQ(view.at(each).enabled, std::string_view(each) == frame) << each;
         }
