@@ -1,0 +1,21 @@
+#pragma once
+
+// Saving a picture as a file: which name, what is never overwritten, and what went wrong.
+
+#include "libs/file_system.h"
+#include "libs/random.h"
+#include "util/user_port.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace zr5 {
+
+/// Asks for a name (".png" is added to one without) and writes `png` there. An existing file is
+/// replaced only if the user says so, and `pictured`, the file that the picture is of, never is.
+/// Every failure is named in a box.
+void SavePicture(FileSystem& fileSystem, RandomSource& random, UserPort& user,
+                 const std::string& pictured, std::span<const std::byte> png);
+
+} // namespace zr5
