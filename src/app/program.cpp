@@ -8,7 +8,10 @@
 #include "files/specify_input_files.h"
 #include "files/specify_output_files.h"
 #include "keys/keyfile_choice.h"
+#include "operation/picture_file.h"
+#include "operation/randomness_report.h"
 #include "setup/setup_desk.h"
+#include "ui/graphic_window.h"
 #include "ui/inspect_key_window.h"
 #include "ui/key_dialog_with_display.h"
 #include "ui/key_dialog_without_display.h"
@@ -38,12 +41,14 @@ struct Program::Parts {
                   around.executablePath,
                   JournalPath(nextRunSetupPath)},
           operations(desk, key, machine, around.random),
+          randomness(desk, machine),
           window({around.user, desk, singleFile, folder, key, around.engine, operations, links,
                   [this](QWidget& parent) { TypeKeyWithDisplay(parent); },
                   [this](QWidget& parent) { TypeKeyWithoutDisplay(parent); },
                   [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); },
                   [this](QWidget& parent) { ChooseInputFiles(parent); },
-                  [this](QWidget& parent) { ChooseOutputFile(parent); }}),
+                  [this](QWidget& parent) { ChooseOutputFile(parent); }, &randomness,
+                  [this](QWidget& parent, const std::string& path) { ShowGraphic(parent, path); }}),
           random(around.random) {
         operations.SetMainWindow(&window);
     }
@@ -77,6 +82,13 @@ struct Program::Parts {
         SpecifyOutputFiles rules(program.user, program.fileSystem, desk, singleFile);
         SpecifyFilesWindow(rules, SpecifyOutputNames, &parent).exec();
     }
+    void ShowGraphic(QWidget& parent, const std::string& path) {
+        BytePairPicture rules(machine.fileSystem, machine.user, machine.clock, path);
+        const auto save = [&](std::span<const std::byte> png) {
+            SavePicture(machine.fileSystem, random, machine.user, path, png);
+        };
+        GraphicWindow(rules, save, &parent).exec();
+    }
     /// A key that the user has discarded or replaced must not live on in the engine; one that
     /// was kept is handed to it again with the next file.
     void ForgetDiscardedKey(bool wasHeld) {
@@ -92,6 +104,7 @@ struct Program::Parts {
     ProgramLinks links;
     Machine machine;
     OperationDesk operations;
+    RandomnessReport randomness;
     MainWindow window;
     RandomSource& random;
 };

@@ -89,6 +89,7 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     ConnectMenu();
     ConnectSetupFrames();
     ConnectKeyFrame();
+    ConnectRandomnessPane();
     ConnectTextBoxes();
     for (auto* button : findChildren<QPushButton*>())
         button->installEventFilter(this);
@@ -155,6 +156,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (parts_.desk.OperationRunning()) {
         closeAfterRun_ = true;
         parts_.actions.RequestStop();
+        event->ignore();
+        return;
+    }
+    if (parts_.randomness != nullptr &&
+        parts_.randomness->state() == RandomnessReport::State::Checking) {
+        closeAfterRun_ = true;
+        parts_.randomness->Close();
         event->ignore();
         return;
     }

@@ -7,6 +7,7 @@
 #include "keys/current_key.h"
 #include "keys/key_frame.h"
 #include "keys/keyfile_choice.h"
+#include "operation/randomness_report.h"
 #include "setup/setup_desk.h"
 #include "ui/main_window_actions.h"
 
@@ -37,6 +38,9 @@ struct MainWindowParts {
     /// The dialogs that specify files; each leaves its result at the desk.
     std::function<void(QWidget& parent)> specifyInputFiles = {};
     std::function<void(QWidget& parent)> specifyOutputFiles = {};
+    /// The randomness report, and the window with the picture of a file.
+    RandomnessReport* randomness = nullptr;
+    std::function<void(QWidget& parent, const std::string& path)> showGraphic = {};
 };
 
 class MainWindow : public QWidget {
@@ -68,12 +72,14 @@ class MainWindow : public QWidget {
     void ConnectMenu();
     void ConnectSetupFrames();
     void ConnectKeyFrame();
+    void ConnectRandomnessPane();
     void ConnectTextBoxes();
 
     void Apply(MainWindowView view);
     void ApplyPalette();
     bool LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving);
     bool LeaveTextBoxes();
+    void ShowRandomness();
     void HoverOver(QPushButton& button);
     void FocusLeft(QLineEdit& box, Qt::FocusReason reason);
 
@@ -89,6 +95,11 @@ class MainWindow : public QWidget {
     void OpenManual();
     void OpenMakerSite();
     void Quit();
+    void OpenRandomnessReport();
+    void CheckInputRandomness();
+    void CheckOutputRandomness();
+    void CloseRandomnessReport();
+    void DisplayGraphic();
     void OpenKeyFrame();
     void TypeKeyWithDisplay();
     void TypeKeyWithoutDisplay();

@@ -3,6 +3,7 @@
 #include "ui/appearance.h"
 #include "ui/help_window.h"
 #include "ui/main_window.h"
+#include "ui/randomness_pane.h"
 #include "ui/text_edges.h"
 
 #include <QLabel>
@@ -46,6 +47,7 @@ void MainWindow::ConnectMenu() {
     OnButton("cmdListFiles", &MainWindow::ListFiles);
     OnButton("cmdKeyFrom", &MainWindow::OpenKeyFrame);
     OnButton("cmdDoIt", &MainWindow::Perform);
+    OnButton("cmdRandomnessReport", &MainWindow::OpenRandomnessReport);
     OnButton("cmdReportScreen", &MainWindow::ViewReport);
     OnButton("cmdSetup", &MainWindow::OpenSetup);
     OnButton("cmdHelp(0)", &MainWindow::OpenManual);
@@ -68,6 +70,14 @@ void MainWindow::ConnectKeyFrame() {
     OnButton("cmdKeyFile(1)", &MainWindow::CreateKeyfile);
     OnButton("cmdEraseKey", &MainWindow::EraseKeyOnRequest);
     OnButton("cmdDontSpecifyKeyNow", &MainWindow::CloseKeyFrame);
+}
+
+void MainWindow::ConnectRandomnessPane() {
+    OnButton("cmdRandomnessFile(0)", &MainWindow::CheckInputRandomness);
+    OnButton("cmdRandomnessFile(1)", &MainWindow::CheckOutputRandomness);
+    OnButton("cmdDisplayGraphic", &MainWindow::DisplayGraphic);
+    OnButton("cmdNoRandomnessReport", &MainWindow::CloseRandomnessReport);
+    if (parts_.randomness != nullptr) parts_.randomness->SetView([this] { ShowRandomness(); });
 }
 
 void MainWindow::ConnectTextBoxes() {
@@ -150,6 +160,36 @@ void MainWindow::OpenMakerSite() {
 
 void MainWindow::Quit() {
     close();
+}
+
+void MainWindow::OpenRandomnessReport() {
+    parts_.randomness->Open();
+    OperationEnded();
+}
+
+void MainWindow::CheckInputRandomness() {
+    parts_.randomness->Check(Input);
+    OperationEnded();
+}
+
+void MainWindow::CheckOutputRandomness() {
+    parts_.randomness->Check(Output);
+    OperationEnded();
+}
+
+void MainWindow::CloseRandomnessReport() {
+    parts_.randomness->Close();
+}
+
+void MainWindow::DisplayGraphic() {
+    parts_.showGraphic(*this, parts_.randomness->Shown().path);
+}
+
+void MainWindow::ShowRandomness() {
+    Refresh();
+    Find<RandomnessPane>("fraRandomnessFiles")->Show(*parts_.randomness);
+    if (parts_.randomness->state() == RandomnessReport::State::Closed)
+        Find<QPushButton>("cmdRandomnessReport")->setFocus();
 }
 
 void MainWindow::OpenKeyFrame() {

@@ -3,6 +3,7 @@
 #include "ui/appearance.h"
 #include "ui/bold_options.h"
 #include "ui/elided_label.h"
+#include "ui/randomness_pane.h"
 #include "ui/release_button.h"
 
 #include <algorithm>
@@ -234,8 +235,7 @@ QLayout* RightColumn(QWidget* parent) {
                    {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
                     "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
         0, 0);
-    panes->addWidget(ButtonPane("fraRandomnessFiles", parent, {"cmdNoRandomnessReport", "/"}), 0,
-                     0);
+    panes->addWidget(new RandomnessPane(parent), 0, 0);
     column->addLayout(panes, 1);
     return column;
 }
@@ -273,7 +273,7 @@ void SettleMainWindow(QWidget& window) {
     int paneWidth = 0;
     for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
         paneWidth = std::max(paneWidth, window.findChild<QFrame*>(name)->sizeHint().width());
-    for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
+    for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"})
         window.findChild<QFrame*>(name)->setFixedWidth(paneWidth);
 }
 

@@ -129,7 +129,7 @@ TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
 
 TEST_F(Desk, KeepsBackWhatThisVersionDoesNotHave) {
     TakeFolder();
-    for (const char* name : {"cmdSaveSetupForNextRun", "cmdLoadSetup", "cmdRandomnessReport"}) {
+    for (const char* name : {"cmdSaveSetupForNextRun", "cmdLoadSetup"}) {
         EXPECT_FALSE(Control(name).enabled) << name;
         EXPECT_EQ(Control(name).toolTip, "Not available in this version.") << name;
     }

@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "libs/clock.h"
 #include "support/fakes.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
@@ -82,12 +83,28 @@ class MainWindowTest : public testing::Test {
     SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input file"; }};
     SingleFileChoice choice{user, *fileSystem, desk};
     FolderChoice folderChoice{user, *fileSystem, desk};
-    MainWindow window{{user, desk, choice, folderChoice, key, engine, program, program,
+    test::FakeKit kit;
+    SystemClock clock;
+    Machine machine{*fileSystem, engine, kit, user, clock, "/usr/bin/zr5e"};
+    RandomnessReport randomness{desk, machine};
+    MainWindow window{{user,
+                       desk,
+                       choice,
+                       folderChoice,
+                       key,
+                       engine,
+                       program,
+                       program,
                        [this](QWidget&) {
                            key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
                            key.keyState = key_state::Keyboard;
                        },
-                       [](QWidget&) {}}};
+                       [](QWidget&) {},
+                       {},
+                       {},
+                       {},
+                       &randomness,
+                       [this](QWidget&, const std::string& path) { program.log.push_back(path); }}};
 };
 
 TEST_F(MainWindowTest, HasEveryControlAndCaptionOnASmallScreen) {
@@ -241,6 +258,46 @@ TEST_F(MainWindowTest, ShowsTheReportOnlyWhenThereIsOne) {
     program.reportIsEmpty = false;
     Click("cmdReportScreen");
     EXPECT_EQ(program.log, std::vector<std::string>{"report"});
+}
+
+TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
+    const test::TemporaryFolder files;
+    const std::string path = files.Write("a.txt", "x");
+    desk.SetInputFile(files.Path(), "a.txt");
+    window.Refresh();
+    user.onEvents = [this] {
+        EXPECT_TRUE(The("lblCheckingFile").isVisible());
+        EXPECT_TRUE(The("lblRandomness").isHidden());
+        EXPECT_EQ(FocusName(), "cmdNoRandomnessReport");
+    };
+    Click("cmdRandomnessReport");
+    EXPECT_TRUE(The("fraMenu").isHidden());
+    EXPECT_FALSE(The("fraMain").isEnabled());
+    EXPECT_TRUE(The("lblCheckingFile").isHidden());
+    EXPECT_TRUE(The("cmdRandomnessFile(0)").isHidden());
+    EXPECT_EQ(Label("lblRandomnessFile"), "Input file: a.txt");
+    EXPECT_EQ(Label("lblFilesize"), "Filesize = 1 bytes");
+    EXPECT_EQ(Label("lblRandomness"), "Randomness = 0.500");
+    Click("cmdDisplayGraphic");
+    EXPECT_EQ(program.log, std::vector<std::string>{path});
+    Click("cmdNoRandomnessReport");
+    EXPECT_TRUE(The("fraRandomnessFiles").isHidden());
+    EXPECT_TRUE(The("fraMenu").isVisible());
+    EXPECT_EQ(FocusName(), "cmdRandomnessReport");
+
+    desk.SelectOutputMode(OutputTarget::SeparateOutput);
+    desk.SetOutputFile(files.Path(), "b.txt");
+    files.Write("b.txt", "x");
+    Click("cmdRandomnessReport");
+    EXPECT_TRUE(The("lblRandomness").isHidden());
+    Click("cmdRandomnessFile(1)");
+    EXPECT_EQ(Label("lblRandomnessFile"), "Output file: b.txt");
+    Click("cmdRandomnessFile(0)");
+    EXPECT_EQ(Label("lblRandomnessFile"), "Input file: a.txt");
+    user.onEvents = [this] { window.close(); };
+    Click("cmdRandomnessFile(0)");
+    EXPECT_EQ(program.log, (std::vector<std::string>{path, "Quit"})) << "after the measurement";
+    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(MainWindowTest, ClosesOnlyWhenTheProgramMayQuitAndThenWithItsHelpWindow) {
