@@ -14,16 +14,6 @@ constexpr std::int32_t MostLines = 499;   // more would not fit between the code
 constexpr std::size_t LargestFileBytes = std::size_t{1} << 20U;
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
-bool IsUtf8(std::string_view text) {
-    for (std::size_t at = 0; at < text.size();) {
-        char32_t codePoint = 0;
-        const std::size_t length = Utf8Sequence(text, at, codePoint);
-        if (length == 0) return false;
-        at += length;
-    }
-    return true;
-}
-
 /// "\n" becomes a line break and "\\" a backslash; any other backslash stands for itself.
 std::string Unescaped(std::string_view text) {
     std::string result;

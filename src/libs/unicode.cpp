@@ -25,4 +25,14 @@ std::size_t Utf8Sequence(std::string_view text, std::size_t at, char32_t& codePo
     return length;
 }
 
+bool IsUtf8(std::string_view text) noexcept {
+    for (std::size_t at = 0; at < text.size();) {
+        char32_t codePoint = 0;
+        const std::size_t length = Utf8Sequence(text, at, codePoint);
+        if (length == 0) return false;
+        at += length;
+    }
+    return true;
+}
+
 } // namespace zr5

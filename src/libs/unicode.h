@@ -16,4 +16,7 @@ namespace zr5 {
 [[nodiscard]] std::size_t Utf8Sequence(std::string_view text, std::size_t at,
                                        char32_t& codePoint) noexcept;
 
+/// Whether all of `text` is valid UTF-8.
+[[nodiscard]] bool IsUtf8(std::string_view text) noexcept;
+
 } // namespace zr5

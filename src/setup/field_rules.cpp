@@ -23,6 +23,13 @@ std::optional<std::int16_t> TypedMaxNumFiles(std::string_view text) {
     return static_cast<std::int16_t>(number);
 }
 
+std::int16_t StoredMaxNumFiles(std::string_view text) {
+    constexpr std::int16_t Otherwise = 100; // on purpose not the number after a reset
+    const std::int64_t number = LeadingNumber(text);
+    if (number < MaxNumFilesLower || number > MaxNumFilesUpper) return Otherwise;
+    return static_cast<std::int16_t>(number);
+}
+
 MessageBox RefusedMaxNumFilesBox() {
     return Notice("The value for the maximum number of files in a single operation "
                   "must be between 10 and 10000",

@@ -2,6 +2,7 @@
 
 // What may be typed into the two text boxes of the main window.
 
+#include "setup/operation_setup.h"
 #include "util/user_port.h"
 
 #include <cstdint>
@@ -21,6 +22,10 @@ inline constexpr std::int64_t TypedMaxNumFilesUpper = 10000;
 
 /// The value of a typed maximum number of files; empty when it is not within the limits.
 [[nodiscard]] std::optional<std::int16_t> TypedMaxNumFiles(std::string_view text);
+
+/// The value of a maximum number of files in a setup file; 100 when it is not within the limits
+/// of setup files.
+[[nodiscard]] std::int16_t StoredMaxNumFiles(std::string_view text);
 
 /// What the user reads when a typed maximum is refused.
 [[nodiscard]] MessageBox RefusedMaxNumFilesBox();

@@ -33,6 +33,12 @@ int HexValue(char c) {
     return -1;
 }
 
+/// Whether a backslash, "x" and two hexadecimal digits stand at `at`.
+bool IsEscape(std::string_view text, std::size_t at) {
+    return at + 3 < text.size() && text[at] == '\\' && text[at + 1] == 'x' &&
+           HexValue(text[at + 2]) >= 0 && HexValue(text[at + 3]) >= 0;
+}
+
 } // namespace
 
 std::string DisplayName(std::string_view name) {
@@ -51,12 +57,26 @@ std::string DisplayName(std::string_view name) {
     return shown;
 }
 
+std::string StorableName(std::string_view name) {
+    std::string stored;
+    for (std::size_t at = 0; at < name.size();) {
+        char32_t codePoint = 0;
+        const std::size_t length = Utf8Sequence(name, at, codePoint);
+        const std::string_view bytes = name.substr(at, length == 0 ? 1 : length);
+        if (length == 0 || IsEscape(name, at)) {
+            AppendEscaped(stored, bytes);
+        } else {
+            stored += bytes;
+        }
+        at += bytes.size();
+    }
+    return stored;
+}
+
 std::string NameFromDisplay(std::string_view shown) {
     std::string name;
     for (std::size_t at = 0; at < shown.size();) {
-        const bool escape = at + 3 < shown.size() && shown[at] == '\\' && shown[at + 1] == 'x' &&
-                            HexValue(shown[at + 2]) >= 0 && HexValue(shown[at + 3]) >= 0;
-        if (escape) {
+        if (IsEscape(shown, at)) {
             name += static_cast<char>(HexValue(shown[at + 2]) * 16 + HexValue(shown[at + 3]));
             at += 4;
         } else {

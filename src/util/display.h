@@ -13,7 +13,12 @@ namespace zr5 {
 /// direction of the text is written as "\x" and two hexadecimal digits a byte.
 [[nodiscard]] std::string DisplayName(std::string_view name);
 
-/// Undoes the escapes of `DisplayName`: "\x" and two hexadecimal digits become a byte.
+/// `name` as UTF-8 that can be kept in a text file: only the bytes that are not part of valid
+/// UTF-8 are escaped, and each backslash that would read as an escape. `NameFromDisplay` gives
+/// back every name.
+[[nodiscard]] std::string StorableName(std::string_view name);
+
+/// Undoes escapes: "\x" and two hexadecimal digits become a byte.
 [[nodiscard]] std::string NameFromDisplay(std::string_view shown);
 
 } // namespace zr5

@@ -1,0 +1,176 @@
+#include "setup/setup_text.h"
+
+#include "libs/unicode.h"
+#include "setup/delimited_fields.h"
+#include "setup/field_rules.h"
+#include "setup/identity.h"
+#include "setup/labels.h"
+#include "util/code_page.h"
+#include "util/display.h"
+#include "util/paths.h"
+#include "util/text.h"
+
+#include <array>
+
+namespace zr5 {
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view LineEnd = "\r\n";
+
+/// One option button: each pair stands for a field of the setup.
+struct OptionButton {
+    bool (*isSelected)(const OperationSetup&);
+    void (*select)(OperationSetup&);
+};
+
+template <auto Field, auto Value>
+constexpr OptionButton Button{[](const OperationSetup& setup) { return setup.*Field == Value; },
+                              [](OperationSetup& setup) { setup.*Field = Value; }};
+
+using S = OperationSetup;
+/// In the order of the file, the two of a pair one after the other.
+constexpr std::array OptionButtons{
+    Button<&S::Operation, Function::Encrypt>,
+    Button<&S::Operation, Function::Decrypt>,
+    Button<&S::InputMode, InputSource::SingleFile>,
+    Button<&S::InputMode, InputSource::FilesInAFolder>,
+    Button<&S::SubfolderAnswer, true>,
+    Button<&S::SubfolderAnswer, false>,
+    Button<&S::OutputMode, OutputTarget::OverwriteInput>,
+    Button<&S::OutputMode, OutputTarget::SeparateOutput>,
+};
+
+/// A backslash separates folders in a Windows-shaped path, whose names are text anyway.
+std::string StoredFolder(const std::string& folder) {
+    return IsWindowsShaped(folder) ? folder : StorableName(folder);
+}
+
+std::string FolderFromStored(std::string_view stored) {
+    return WithTrailingSeparator(IsWindowsShaped(stored) ? std::string(stored)
+                                                         : NameFromDisplay(stored));
+}
+
+bool HoldsNul(std::string_view name) {
+    return name.find('\0') != std::string_view::npos;
+}
+
+using Captions = std::array<std::string, 2>;
+
+/// Reads from `content` into `reading`; each step is false at the first field that cannot be read.
+class SetupReader {
+  public:
+    SetupReader(std::string_view text, SetupReading& reading)
+        : fields_(text), reading_(reading), setup_(reading.setup) {
+        setup_.SubfolderAnswer = false;
+    }
+
+    [[nodiscard]] bool Read() {
+        if (!ReadOptions() || !ReadPaths(Input) || !ReadPaths(Output) || !ReadLimits()) {
+            return false;
+        }
+        setup_.FolderCaption = folderCaptions_;
+        setup_.FilesCaption = filesCaptions_;
+        if (setup_.InputMode == InputSource::FilesInAFolder) CompleteFolderOperation();
+        if (setup_.FolderCaption[Input].empty()) setup_.FilesCaption[Input].clear();
+        return setup_.InputMode == InputSource::SingleFile ||
+               setup_.OutputMode == OutputTarget::OverwriteInput;
+    }
+
+  private:
+    [[nodiscard]] bool ReadOptions() {
+        const auto version = fields_.NextText();
+        if (!version) return false;
+        reading_.version = *version;
+        for (const OptionButton& button : OptionButtons) {
+            const auto selected = fields_.NextNumber();
+            if (!selected) return false;
+            if (*selected != 0) button.select(setup_);
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool ReadPaths(std::size_t index) {
+        const auto folder = fields_.NextText();
+        if (!folder) return false;
+        const std::string path = FolderFromStored(*folder);
+        if (HoldsNul(path)) return false;
+        setup_.Folder[index] = path;
+        const auto folderCaption = fields_.NextText();
+        if (!folderCaption) return false;
+        // A folder written by hand without its separator is shown as it is written.
+        folderCaptions_[index] = *folderCaption == *folder ? LabelFor(path) : *folderCaption;
+        const auto name = fields_.NextText();
+        if (!name || HoldsNul(NameFromDisplay(*name))) return false;
+        setup_.FileName[index] = NameFromDisplay(*name);
+        const auto filesCaption = fields_.NextText();
+        if (!filesCaption) return false;
+        filesCaptions_[index] = *filesCaption;
+        return true;
+    }
+
+    [[nodiscard]] bool ReadLimits() {
+        const auto pattern = fields_.NextText();
+        if (!pattern) return false;
+        if (!HasForbiddenCharacter(*pattern, Wildcards::Allowed)) {
+            setup_.FilePattern = Trim(*pattern);
+        }
+        const auto maximum = fields_.NextText();
+        if (!maximum) return false;
+        setup_.MaxNumFiles = StoredMaxNumFiles(*maximum);
+        return true;
+    }
+
+    /// The files of a folder are named by the pattern, whatever the file says.
+    void CompleteFolderOperation() {
+        if (setup_.Folder[Input].empty()) return;
+        const std::string pattern = setup_.EffectivePattern();
+        setup_.FileName = {pattern, pattern};
+        setup_.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
+    }
+
+    DelimitedFields fields_;
+    SetupReading& reading_;
+    OperationSetup& setup_;
+    Captions folderCaptions_;
+    Captions filesCaptions_;
+};
+
+} // namespace
+
+std::optional<std::string> WriteSetupText(const OperationSetup& setup) {
+    std::string text = VersionText;
+    text += LineEnd;
+    for (const OptionButton& button : OptionButtons) {
+        text += button.isSelected(setup) ? "-1" : "0";
+        text += LineEnd;
+    }
+    bool fits = true;
+    const auto addString = [&](std::string_view value) {
+        fits = fits && value.find_first_of("\"\r\n") == std::string_view::npos;
+        text += '"';
+        text += value;
+        text += '"';
+        text += LineEnd;
+    };
+    for (const std::size_t i : {Input, Output}) {
+        addString(StoredFolder(setup.Folder[i]));
+        addString(setup.FolderCaption[i]);
+        addString(StorableName(setup.FileName[i]));
+        addString(setup.FilesCaption[i]);
+    }
+    addString(setup.FilePattern);
+    addString(std::to_string(setup.MaxNumFiles));
+    if (!fits) return std::nullopt;
+    return text;
+}
+
+SetupReading ReadSetupText(std::string_view content) {
+    SetupReading reading;
+    if (content.starts_with(ByteOrderMark)) content.remove_prefix(ByteOrderMark.size());
+    const std::string text = IsUtf8(content) ? std::string(content) : FromCodePage1252(content);
+    reading.complete = SetupReader(text, reading).Read();
+    return reading;
+}
+
+} // namespace zr5

@@ -1,0 +1,227 @@
+#include "setup/setup_text.h"
+
+#include "setup/labels.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace zr5 {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// The lines of a file as it is on disk; `change` writes over one of them, counted from 1.
+class FileText {
+  public:
+    FileText& Change(std::size_t line, const std::string& text) {
+        lines_.at(line - 1) = text;
+        return *this;
+    }
+    FileText& Resize(std::size_t count) {
+        lines_.resize(count, "\"more\"");
+        return *this;
+    }
+    [[nodiscard]] std::string Text(const std::string& lineEnd = "\r\n") const {
+        std::string text;
+        for (const std::string& line : lines_)
+            text.append(line).append(lineEnd);
+        return text;
+    }
+    [[nodiscard]] SetupReading Read() const { return ReadSetupText(Text()); }
+
+  private:
+    Lines lines_{"15.00",
+                 "0",
+                 "-1",
+                 "-1",
+                 "0",
+                 "0",
+                 "-1",
+                 "0",
+                 "-1",
+                 R"("/in, and more/")",
+                 R"("/in, and more/")",
+                 R"("a.txt")",
+                 R"("a.txt")",
+                 R"("/out/")",
+                 R"("/out/")",
+                 R"("b.txt")",
+                 R"("b.txt")",
+                 R"("*.doc")",
+                 R"("50")"};
+};
+
+OperationSetup SetupOfFile() {
+    OperationSetup setup;
+    setup.Operation = Function::Decrypt;
+    setup.SubfolderAnswer = false;
+    setup.OutputMode = OutputTarget::SeparateOutput;
+    setup.Folder = setup.FolderCaption = {"/in, and more/", "/out/"};
+    setup.FileName = setup.FilesCaption = {"a.txt", "b.txt"};
+    setup.FilePattern = "*.doc";
+    setup.MaxNumFiles = 50;
+    return setup;
+}
+
+TEST(SetupText, HasItsNineteenLines) {
+    EXPECT_EQ(WriteSetupText(SetupOfFile()), FileText().Text());
+    EXPECT_EQ(WriteSetupText(OperationSetup{}),
+              "15.00\r\n-1\r\n0\r\n-1\r\n0\r\n0\r\n0\r\n-1\r\n0\r\n\"\"\r\n\"\"\r\n\"\"\r\n\"\"\r\n"
+              "\"\"\r\n\"\"\r\n\"\"\r\n\"\"\r\n\"\"\r\n\"20\"\r\n");
+    for (const char* name : {"a\"b", "a\rb", "a\nb"}) {
+        OperationSetup setup = SetupOfFile();
+        setup.FileName[Output] = name;
+        EXPECT_EQ(WriteSetupText(setup), std::nullopt) << name;
+    }
+}
+
+TEST(SetupText, GivesBackEveryName) {
+    for (const std::string name : {"caf\xC3\xA9", "caf\xE9", "\\xE9", "\\x\xE9", "\\\\xE9\xC3",
+                                   "a, b ", " ", "\x01\t", "C:\\xdir", "\xEF\xBB\xBF", "it's"}) {
+        OperationSetup setup = SetupOfFile();
+        setup.FileName = {name, name + "2"};
+        setup.Folder = {"/" + name + "/", "/in/"};
+        for (const std::size_t i : {Input, Output}) {
+            setup.FolderCaption[i] = LabelFor(setup.Folder[i]);
+            setup.FilesCaption[i] = LabelFor(setup.FileName[i]);
+        }
+        const SetupReading reading = ReadSetupText(WriteSetupText(setup).value());
+        EXPECT_TRUE(reading.complete) << name;
+        EXPECT_EQ(reading.setup.Folder, setup.Folder);
+        EXPECT_EQ(reading.setup.FileName, setup.FileName);
+        EXPECT_EQ(reading.setup.FolderCaption, setup.FolderCaption);
+        EXPECT_EQ(reading.setup.FilesCaption, setup.FilesCaption);
+    }
+    const auto windows = FileText().Change(10, R"("C:\xfer\x41\")").Read();
+    EXPECT_EQ(windows.setup.Folder[Input], "C:\\xfer\\x41\\");
+}
+
+TEST(SetupText, IsReadHoweverItWasWritten) {
+    const std::string expected = WriteSetupText(SetupOfFile()).value();
+    const std::string text = FileText().Text();
+    const std::pair<const char*, std::string> cases[] = {
+        {"CR LF", text},
+        {"LF", FileText().Text("\n")},
+        {"CR", FileText().Text("\r")},
+        {"a mark at the start", "\xEF\xBB\xBF" + text},
+        {"no line end at the end", text.substr(0, text.size() - 2)},
+        {"20 lines", FileText().Resize(20).Text()},
+        {"binary after the end", text + std::string("\0\xFF\"", 3)},
+        {"blanks",
+         FileText().Change(2, "  0 ").Change(3, "\t-1\t").Change(19, " \" 50 \"  ").Text()},
+        {"other numbers", FileText().Change(3, "7").Change(4, "32767").Text()},
+        {"unquoted", FileText().Change(12, " a.txt ").Change(1, "\"9.00\"").Text()},
+        {"commas", FileText()
+                       .Change(2, "0,-1")
+                       .Change(3, "-1")
+                       .Change(4, "0")
+                       .Change(5, "0,-1")
+                       .Change(6, "0")
+                       .Change(7, "-1")
+                       .Change(8, "\"/in, and more/\"")
+                       .Change(9, "\"/in, and more/\"")
+                       .Change(10, "a.txt, a.txt")
+                       .Change(11, "/out/")
+                       .Change(12, "/out/")
+                       .Change(13, "b.txt")
+                       .Change(14, "b.txt")
+                       .Change(15, "*.doc")
+                       .Change(16, "50")
+                       .Resize(16)
+                       .Text()},
+    };
+    for (const auto& [name, content] : cases) {
+        const SetupReading reading = ReadSetupText(content);
+        EXPECT_TRUE(reading.complete) << name;
+        EXPECT_EQ(WriteSetupText(reading.setup), expected) << name;
+    }
+    const auto old = FileText().Change(12, "\"caf\xE9\"").Change(13, "\"\x80uro\"").Read();
+    EXPECT_EQ(old.setup.FileName[Input], "caf\xC3\xA9") << "code page 1252";
+    EXPECT_EQ(old.setup.FilesCaption[Input], "\xE2\x82\xACuro");
+    EXPECT_EQ(FileText().Change(1, "9.10").Read().version, "9.10");
+}
+
+TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
+    for (const std::string& broken :
+         {std::string(), std::string("\r\n"), FileText().Resize(18).Text(),
+          FileText().Change(2, "yes").Text(), FileText().Change(2, "").Text(),
+          FileText().Change(3, "32768").Text(), FileText().Change(3, "-1 -1").Text(),
+          FileText().Change(12, "\"a\"b\"").Text(), FileText().Change(12, "a\"b").Text(),
+          FileText().Change(12, "\"open").Text(), FileText().Change(12, "\"a\" b").Text(),
+          FileText().Change(12, std::string("\"a\0b\"", 5)).Text(),
+          FileText().Change(12, "\"a\\x00b\"").Text(), FileText().Change(10, "\"/\\x00/\"").Text(),
+          std::string(5000, '\xFF'), std::string(5000, '\0')}) {
+        EXPECT_FALSE(ReadSetupText(broken).complete) << broken.substr(0, 300);
+    }
+    const OperationSetup part = FileText().Resize(12).Read().setup;
+    EXPECT_EQ(part.Operation, Function::Decrypt);
+    EXPECT_EQ(part.FilePath(Input), "/in, and more/a.txt");
+    EXPECT_EQ(part.FolderCaption[Input], "");
+    EXPECT_EQ(part.Folder[Output], "");
+    EXPECT_EQ(part.MaxNumFiles, 20);
+}
+
+TEST(SetupText, LetsTheLaterOptionOfAPairDecide) {
+    for (const char* value : {"-1", "0"}) {
+        FileText file;
+        for (std::size_t line = 2; line <= 9; ++line)
+            file.Change(line, value);
+        const bool later = std::string_view(value) == "-1";
+        if (later) file.Change(4, "-1").Change(5, "0"); // a folder with separate output is refused
+        const SetupReading reading = file.Read();
+        EXPECT_TRUE(reading.complete);
+        EXPECT_EQ(reading.setup.Operation, later ? Function::Decrypt : Function::Encrypt);
+        EXPECT_EQ(reading.setup.InputMode, InputSource::SingleFile);
+        EXPECT_EQ(reading.setup.SubfolderAnswer, false);
+        EXPECT_EQ(reading.setup.OutputMode,
+                  later ? OutputTarget::SeparateOutput : OutputTarget::OverwriteInput);
+    }
+    EXPECT_EQ(FileText().Change(5, "-1").Read().setup.InputMode, InputSource::FilesInAFolder);
+    EXPECT_FALSE(FileText().Change(5, "-1").Read().complete);
+}
+
+TEST(SetupText, ReplacesWhatNoSetupMayHave) {
+    for (const auto& [text, value] : {std::pair{"4", 100},
+                                      {"5", 5},
+                                      {"10000", 10000},
+                                      {"10001", 100},
+                                      {"20000", 100},
+                                      {"abc", 100},
+                                      {" 50 ", 50},
+                                      {"", 100},
+                                      {"70000", 100},
+                                      {"-20", 100},
+                                      {"30 files", 30}}) {
+        EXPECT_EQ(FileText().Change(19, "\"" + std::string(text) + "\"").Read().setup.MaxNumFiles,
+                  value)
+            << text;
+    }
+    EXPECT_EQ(FileText().Change(18, "\"a<b\"").Read().setup.FilePattern, "");
+    EXPECT_EQ(FileText().Change(18, "\" *.t?t \"").Read().setup.FilePattern, "*.t?t");
+    EXPECT_EQ(FileText().Change(11, "\"\"").Read().setup.FilesCaption[Input], "");
+}
+
+TEST(SetupText, NamesTheFilesOfAFolderByThePattern) {
+    const auto read = [](const char* pattern) {
+        return FileText()
+            .Change(5, "-1")
+            .Change(8, "-1")
+            .Change(9, "0")
+            .Change(10, "/in")
+            .Change(11, "/in")
+            .Change(12, "\"\"")
+            .Change(18, pattern)
+            .Read();
+    };
+    EXPECT_TRUE(read("*.doc").complete);
+    const OperationSetup setup = read("*.doc").setup;
+    EXPECT_EQ(setup.Folder[Input], "/in/");
+    EXPECT_EQ(setup.FolderCaption[Input], "/in/");
+    EXPECT_EQ(setup.FileName, (std::array<std::string, 2>{"*.doc", "*.doc"}));
+    EXPECT_EQ(setup.FilesCaption[Input], "All files matching: *.doc");
+    EXPECT_EQ(read("").setup.FileName[Input], "*.*");
+    EXPECT_EQ(read("").setup.FilesCaption[Input], "All files");
+}
+
+} // namespace
+} // namespace zr5
