@@ -12,6 +12,7 @@
 #include "operation/randomness_report.h"
 #include "setup/setup_desk.h"
 #include "ui/graphic_window.h"
+#include "setup/setup_store.h"
 #include "ui/inspect_key_window.h"
 #include "ui/key_dialog_with_display.h"
 #include "ui/key_dialog_without_display.h"
@@ -30,8 +31,10 @@ struct Program::Parts {
               [&kit = around.fileKit](std::int16_t number) { return GetProgramText(kit, number); }),
           singleFile(around.user, around.fileSystem, desk),
           folder(around.user, around.fileSystem, desk),
-          program{around.user, around.fileSystem, around.engine, around.fileKit, key, desk},
           nextRunSetupPath(NextRunSetupPath(around.fileSystem, around.configFolder)),
+          setupStore(around.user, around.fileSystem, around.random, desk, nextRunSetupPath),
+          program{around.user, around.fileSystem, around.engine, around.fileKit, key,
+                  desk,        &setupStore},
           links(program, around.executablePath, nextRunSetupPath),
           machine{around.fileSystem,
                   around.engine,
@@ -48,7 +51,8 @@ struct Program::Parts {
                   [this](QWidget& parent, KeyfileMode mode) { UseKeyfile(parent, mode); },
                   [this](QWidget& parent) { ChooseInputFiles(parent); },
                   [this](QWidget& parent) { ChooseOutputFile(parent); }, &randomness,
-                  [this](QWidget& parent, const std::string& path) { ShowGraphic(parent, path); }}),
+                  [this](QWidget& parent, const std::string& path) { ShowGraphic(parent, path); },
+                  &setupStore}),
           random(around.random) {
         operations.SetMainWindow(&window);
     }
@@ -99,8 +103,9 @@ struct Program::Parts {
     SetupDesk desk;
     SingleFileChoice singleFile;
     FolderChoice folder;
-    ProgramParts program;
     std::string nextRunSetupPath;
+    SetupStore setupStore;
+    ProgramParts program;
     ProgramLinks links;
     Machine machine;
     OperationDesk operations;

@@ -114,15 +114,16 @@ void RewriteCaptions(OperationSetup& setup, const ProgramTextLookup& programText
 int CheckConsistency(const OperationSetup& setup, const ProgramTextLookup& programText) {
     if (const int code = CheckInput(setup); code != 0) return code;
     const EqualityNotes notes = NotesFor(setup.InputMode, programText);
+    const bool overwrites = setup.OutputMode == OutputTarget::OverwriteInput;
     const auto folder = JudgeOutput(setup.FolderCaption[Output], setup.Folder[Input],
                                     setup.Folder[Output], notes.folder);
     if (folder != OutputLabel::Agrees) return folder == OutputLabel::FalseNote ? -5 : -6;
+    if (overwrites && setup.Folder[Input] != setup.Folder[Output]) return -6;
     const auto name = JudgeOutput(setup.FilesCaption[Output], setup.FileName[Input],
                                   setup.FileName[Output], notes.file);
     if (name != OutputLabel::Agrees) return name == OutputLabel::FalseNote ? -7 : -8;
-    const bool separateFolder = setup.InputMode == InputSource::FilesInAFolder &&
-                                setup.OutputMode == OutputTarget::SeparateOutput;
-    return separateFolder ? -9 : 0;
+    if (overwrites && setup.FileName[Input] != setup.FileName[Output]) return -8;
+    return setup.InputMode == InputSource::FilesInAFolder && !overwrites ? -9 : 0;
 }
 
 } // namespace zr5

@@ -48,7 +48,8 @@ void RewriteCaptions(OperationSetup& setup, const ProgramTextLookup& programText
 /// 0 when folders, names and pattern agree with the labels, else the first disagreement:
 /// -1 input folder, -2 input name, -3 "All files" with a narrower pattern, -4 pattern label,
 /// -5 "Same as" with different folders, -6 output folder, -7 "Same as" with different names,
-/// -8 output name, -9 a folder operation with separate output.
+/// -8 output name, -9 a folder operation with separate output. An output that is not the input
+/// while the input is to be overwritten is -6 or -8 too.
 [[nodiscard]] int CheckConsistency(const OperationSetup& setup,
                                    const ProgramTextLookup& programText);
 

@@ -117,6 +117,7 @@ void SetupDesk::SetOutputFile(const std::string& folder, const std::string& name
 void SetupDesk::SetInputFolder(const std::string& folder) {
     OperationSetup& setup = state_.setup;
     const std::string pattern = setup.EffectivePattern();
+    setup.OutputMode = OutputTarget::OverwriteInput;
     setup.Folder[Input] = folder;
     setup.FileName[Input] = pattern;
     setup.FolderCaption[Input] = LabelFor(folder);

@@ -11,6 +11,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zr5 {
 
@@ -26,6 +27,9 @@ class SetupDesk {
     void ResetSetup();
     /// Takes over a whole setup, captions included, without any reaction.
     void TakeOver(OperationSetup setup);
+
+    /// The operation file last loaded or saved, shown beside "Setup file:".
+    void SetSetupFileName(std::string path) { state_.setup.SetupFileName = std::move(path); }
 
     void SelectFunction(Function function);
     /// A change clears the input choice; folder operations always work in place.

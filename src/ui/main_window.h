@@ -9,6 +9,7 @@
 #include "keys/keyfile_choice.h"
 #include "operation/randomness_report.h"
 #include "setup/setup_desk.h"
+#include "setup/setup_store.h"
 #include "ui/main_window_actions.h"
 
 #include <functional>
@@ -41,6 +42,8 @@ struct MainWindowParts {
     /// The randomness report, and the window with the picture of a file.
     RandomnessReport* randomness = nullptr;
     std::function<void(QWidget& parent, const std::string& path)> showGraphic = {};
+    /// Saved setups; the buttons for them do nothing without.
+    SetupStore* setupStore = nullptr;
 };
 
 class MainWindow : public QWidget {
@@ -110,6 +113,9 @@ class MainWindow : public QWidget {
     void CloseKeyFrame();
     void OpenSetup();
     void OpenSaveSetup();
+    void LoadSetup();
+    void SaveSetupForNextRun();
+    void SaveSetupAsOperationFile();
     void CloseSetup();
     void ClearSetup();
 

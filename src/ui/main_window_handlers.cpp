@@ -57,6 +57,11 @@ void MainWindow::ConnectMenu() {
 }
 
 void MainWindow::ConnectSetupFrames() {
+    if (parts_.setupStore != nullptr) {
+        OnButton("cmdLoadSetup", &MainWindow::LoadSetup);
+        OnButton("cmdSaveSetupForNextRun", &MainWindow::SaveSetupForNextRun);
+        OnButton("cmdSaveSetupAsOperationFile", &MainWindow::SaveSetupAsOperationFile);
+    }
     OnButton("cmdSaveSetup", &MainWindow::OpenSaveSetup);
     OnButton("cmdClearSetup", &MainWindow::ClearSetup);
     OnButton("cmdKeepSetup", &MainWindow::CloseSetup);
@@ -245,6 +250,7 @@ void MainWindow::RefreshKeyLabels() {
 }
 
 void MainWindow::OpenSetup() {
+    if (!LeaveTextBoxes()) return;
     parts_.desk.Show(Pane::Setup);
     Refresh();
     Find<QPushButton>("cmdKeepSetup")->setFocus();
@@ -254,6 +260,21 @@ void MainWindow::OpenSaveSetup() {
     parts_.desk.Show(Pane::SaveSetup);
     Refresh();
     Find<QPushButton>("cmdDontSaveSetup")->setFocus();
+}
+
+void MainWindow::LoadSetup() {
+    parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); });
+    CloseSetup();
+}
+
+void MainWindow::SaveSetupForNextRun() {
+    parts_.setupStore->SaveForNextRun();
+    CloseSetup();
+}
+
+void MainWindow::SaveSetupAsOperationFile() {
+    parts_.setupStore->SaveAsOperationFile([this] { NoteDialogClosed(); });
+    CloseSetup();
 }
 
 void MainWindow::CloseSetup() {

@@ -127,15 +127,6 @@ TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
     EXPECT_EQ(desk.Setup().FilePath(Output), "/in/c.txt");
 }
 
-TEST_F(Desk, KeepsBackWhatThisVersionDoesNotHave) {
-    TakeFolder();
-    for (const char* name : {"cmdSaveSetupForNextRun", "cmdLoadSetup"}) {
-        EXPECT_FALSE(Control(name).enabled) << name;
-        EXPECT_EQ(Control(name).toolTip, "Not available in this version.") << name;
-    }
-    EXPECT_TRUE(Control("cmdDoIt").enabled);
-}
-
 TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
     for (const auto& [pane, frame] : {std::pair{Pane::Menu, "fraMenu"},
                                       {Pane::Setup, "fraSetup"},

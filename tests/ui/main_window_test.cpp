@@ -213,7 +213,6 @@ TEST_F(MainWindowTest, PutsTheSetupFramesInThePlaceOfTheMenu) {
     EXPECT_TRUE(The("fraMenu").isHidden());
     EXPECT_FALSE(The("fraMain").isEnabled());
     EXPECT_TRUE(The("fraSetup").isVisible());
-    EXPECT_EQ(The("cmdLoadSetup").toolTip(), "Not available in this version.");
     Click("cmdSaveSetup");
     EXPECT_TRUE(The("fraSetup").isHidden());
     EXPECT_TRUE(The("fraSaveSetup").isVisible());

@@ -1,0 +1,126 @@
+#include "setup/setup_store.h"
+
+#include "libs/safe_file.h"
+#include "setup/setup_text.h"
+#include "util/chosen_file.h"
+#include "util/display.h"
+#include "util/paths.h"
+
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace zr5 {
+namespace {
+
+/// Far more than the longest paths take with all their escapes.
+constexpr std::size_t LargestSetupFile = std::size_t{256} * 1024;
+
+constexpr const char* OperationFileFilter = "Operation files (*.opn) | *.opn";
+constexpr std::string_view OperationFileExtension = "opn";
+
+std::optional<std::string> ReadWhole(FileSystem& fileSystem, const std::string& path) {
+    const FirstBytes read = ReadFirstBytes(fileSystem, path, LargestSetupFile + 1);
+    if (read.status != FsStatus::Ok || read.count > LargestSetupFile) return std::nullopt;
+    return std::string(read.bytes.text().substr(0, read.count));
+}
+
+/// The file itself where `path` is a link to one.
+std::string WithoutLink(FileSystem& fileSystem, const std::string& path) {
+    const auto found = ResolveChosen(fileSystem, path);
+    return found ? found->path : path;
+}
+
+std::string WithOperationFileExtension(const std::string& path) {
+    const NameParts name = SplitName(SplitPath(path).name);
+    if (!name.base.empty() && !name.extension.empty()) return path;
+    const bool endsInDot = name.hasDot && name.extension.empty();
+    return path + (endsInDot ? "" : ".") + std::string(OperationFileExtension);
+}
+
+} // namespace
+
+SetupStore::SetupStore(UserPort& user, FileSystem& fileSystem, RandomSource& random,
+                       SetupDesk& desk, std::string nextRunSetupPath)
+    : user_(user),
+      fileSystem_(fileSystem),
+      random_(random),
+      desk_(desk),
+      nextRunSetupPath_(std::move(nextRunSetupPath)) {}
+
+bool SetupStore::LoadSetup(const std::string& path) {
+    desk_.ResetSetup();
+    const auto content = ReadWhole(fileSystem_, WithoutLink(fileSystem_, path));
+    if (!content) return false;
+    SetupReading reading = ReadSetupText(*content);
+    desk_.TakeOver(std::move(reading.setup));
+    if (!reading.complete) {
+        desk_.RewriteLabels();
+        return false;
+    }
+    // Overwriting needs no output in the file; the labels are to say what it means.
+    const OperationSetup& setup = desk_.Setup();
+    if (setup.OutputMode == OutputTarget::OverwriteInput && setup.Folder[Output].empty()) {
+        desk_.SelectOutputMode(OutputTarget::OverwriteInput);
+    }
+    return true;
+}
+
+bool SetupStore::SaveSetup(const std::string& path) {
+    desk_.RewriteLabels();
+    if (desk_.CheckLabels() != 0) return false;
+    const auto text = WriteSetupText(desk_.Setup());
+    return text && WriteSafely(fileSystem_, random_, WithoutLink(fileSystem_, path),
+                               std::as_bytes(std::span(*text)), IfThere::Replace) == FsStatus::Ok;
+}
+
+void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed) {
+    const auto chosen =
+        user_.PickFile({.kind = FilePicker::Kind::Open,
+                        .title = "Specify operation file to be loaded",
+                        .filter = OperationFileFilter,
+                        .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
+    pickerClosed();
+    if (!chosen || chosen->empty()) return;
+    const std::string path = MeantPath(fileSystem_, *chosen);
+    if (LoadSetup(path)) {
+        desk_.SetSetupFileName(path);
+        return;
+    }
+    const auto question =
+        Question("Error when attempting to load setup from file\r\n" + DisplayName(path) +
+                     "\r\n\r\nDo you wish to clear the setup?",
+                 "Error", BoxIcon::Exclamation);
+    if (user_.Ask(question) == Answer::Yes) desk_.ResetSetup();
+}
+
+void SetupStore::SaveAsOperationFile(const std::function<void()>& pickerClosed) {
+    const auto chosen =
+        user_.PickFile({.kind = FilePicker::Kind::Save,
+                        .title = "Specify operation file to be saved",
+                        .filter = OperationFileFilter,
+                        .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
+    pickerClosed();
+    if (!chosen || chosen->empty()) return;
+    const std::string path =
+        MeantPath(fileSystem_, WithOperationFileExtension(MeantPath(fileSystem_, *chosen)));
+    const std::string shown = DisplayName(path);
+    if (fileSystem_.Info(path) &&
+        user_.Ask({"Overwrite existing file " + shown + "?", "File exists", BoxIcon::Question,
+                   BoxButtons::YesNoCancel, Answer::No}) != Answer::Yes) {
+        return;
+    }
+    if (SaveSetup(path)) {
+        desk_.SetSetupFileName(path);
+    } else {
+        user_.Ask(Notice("Error when attempting to save setup in operation file " + shown, "Error",
+                         BoxIcon::Exclamation));
+    }
+}
+
+void SetupStore::SaveForNextRun() {
+    if (SaveSetup(nextRunSetupPath_)) return;
+    user_.Ask(Notice("Cannot save setup!", "Error", BoxIcon::Exclamation));
+}
+
+} // namespace zr5

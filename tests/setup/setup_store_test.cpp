@@ -1,0 +1,212 @@
+#include "setup/setup_store.h"
+
+#include "setup/setup_text.h"
+#include "support/faulty_file_system.h"
+#include "support/scripted_user.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace zr5 {
+namespace {
+
+using test::FaultyFileSystem;
+using test::FsCall;
+using test::ScriptedUser;
+using enum SetupDesk::Leaving;
+
+std::string Texts(std::int16_t number) {
+    return number == TextSameAsInputFolder ? "Same as input folder"
+           : number == TextSameAsInputFile ? "Same as input file"
+                                           : "Same as input files";
+}
+
+class Store : public testing::Test {
+  protected:
+    Store() {
+        desk.ResetSetup();
+        desk.FinishStartup();
+    }
+    /// The text that stands in a setup file for what is on the desk.
+    std::string Content() { return WriteSetupText(desk.Setup()).value_or("cannot be written"); }
+    void Load(
+        const std::string& name, const std::function<void()>& thenExpect = [] {}) {
+        user.ExpectFile("Specify operation file to be loaded", folder / name);
+        thenExpect();
+        store.LoadOperationFile([this] { ++pickersClosed; });
+    }
+    void SaveAs(
+        const std::string& name, const std::function<void()>& thenExpect = [] {}) {
+        user.ExpectFile("Specify operation file to be saved", folder / name);
+        thenExpect();
+        store.SaveAsOperationFile([this] { ++pickersClosed; });
+    }
+
+    test::TemporaryFolder folder;
+    ScriptedUser user;
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    FaultyFileSystem disk{*system};
+    SystemRandom random;
+    SetupDesk desk{user, disk, Texts};
+    SetupStore store{user, disk, random, desk, folder / "zr5e.opn"};
+    int pickersClosed = 0;
+};
+
+TEST_F(Store, BringsBackEverySetupWithItsLabels) {
+    const std::string unspeakable = "/vanished/not \xFF utf-8/" + std::string(90, 'n') + "/";
+    const std::function<void()> setups[] = {
+        [&] { desk.SetInputFile(unspeakable, "caf\xE9" + std::string(200, 'x')); },
+        [&] {
+            desk.SelectFunction(Function::Decrypt);
+            desk.SelectOutputMode(OutputTarget::SeparateOutput);
+            desk.SetInputFile("/in/", "a.txt");
+            desk.SetOutputFile("/in/", "b.txt");
+        },
+        [&] { desk.SelectOutputMode(OutputTarget::SeparateOutput); },
+        [&] {
+            std::filesystem::create_directories(folder / "in/sub");
+            desk.SelectInputMode(InputSource::FilesInAFolder);
+            desk.SetInputFolder(folder / "in/");
+            desk.AnswerSubfolders(true);
+            desk.LeaveMaxNumFiles("10000", Speaking);
+            desk.LeaveFilePattern("a longer pattern.t?t", Speaking);
+            desk.SetInputFolder(folder / "in/"); // the label has a colon now, as after a load
+        },
+    };
+    for (const auto& set : setups) {
+        desk.ResetSetup();
+        set();
+        store.SaveForNextRun();
+        const std::string saved = folder.Read("zr5e.opn");
+        EXPECT_EQ(saved, Content());
+        const MainWindowView before = desk.Refresh();
+        desk.ResetSetup();
+        folder.Remove("in");
+        EXPECT_TRUE(store.LoadSetup(folder / "zr5e.opn"));
+        EXPECT_EQ(desk.CheckLabels(), 0);
+        EXPECT_EQ(Content(), saved);
+        for (const auto& [name, control] : desk.Refresh()) {
+            EXPECT_EQ(control.text, before.at(name).text) << name;
+            EXPECT_EQ(control.checked, before.at(name).checked) << name;
+            EXPECT_EQ(control.toolTip, before.at(name).toolTip) << name;
+        }
+    }
+    EXPECT_EQ(std::filesystem::status(folder / "zr5e.opn").permissions(),
+              std::filesystem::perms(0600));
+}
+
+TEST_F(Store, LeavesTheOldFileWhenItCannotSave) {
+    const auto failed = Notice("Cannot save setup!", "Error", BoxIcon::Exclamation);
+    folder.Write("zr5e.opn", "old");
+    desk.SetInputFile("/in/", "it's \"quoted\"");
+    user.Expect(failed);
+    store.SaveForNextRun();
+    desk.SetInputFile("/in/", "a.txt");
+    for (const FsCall call : {FsCall::Create, FsCall::Reserve, FsCall::Write, FsCall::Flush}) {
+        disk.Fail(call, 1, FsStatus::NoSpace);
+        user.Expect(failed);
+        store.SaveForNextRun();
+    }
+    OperationSetup contradiction = desk.Setup();
+    contradiction.FileName[Output] = "other.txt"; // but the input is to be overwritten
+    desk.TakeOver(contradiction);
+    user.Expect(failed);
+    store.SaveForNextRun();
+    EXPECT_EQ(folder.Read("zr5e.opn"), "old");
+
+    desk.SetInputFile("/in/", "a.txt");
+    SaveAs("none/a", [&] {
+        user.Expect(Notice("Error when attempting to save setup in operation file " +
+                               (folder / "none/a.opn"),
+                           "Error", BoxIcon::Exclamation));
+    });
+    EXPECT_EQ(desk.Setup().SetupFileName, "");
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"zr5e.opn"});
+}
+
+TEST_F(Store, AsksBeforeItReplacesAnOperationFile) {
+    SaveAs("plain");
+    SaveAs("with.ext");
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"plain.opn", "with.ext"}));
+    EXPECT_EQ(desk.Setup().SetupFileName, folder / "with.ext");
+    std::filesystem::create_symlink(folder / "plain.opn", folder / "link.opn");
+    for (const Answer answer : {Answer::No, Answer::Cancel, Answer::Yes}) {
+        folder.Write("plain.opn", "old");
+        SaveAs("link", [&] {
+            user.Expect({"Overwrite existing file " + (folder / "link.opn") + "?", "File exists",
+                         BoxIcon::Question, BoxButtons::YesNoCancel, Answer::No},
+                        answer);
+        });
+        EXPECT_EQ(folder.Read("plain.opn"), answer == Answer::Yes ? Content() : "old");
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.opn"));
+    Load("link.opn");
+    EXPECT_EQ(desk.Setup().SetupFileName, folder / "link.opn");
+    user.ExpectFile("Specify operation file to be loaded", std::nullopt);
+    store.LoadOperationFile([this] { ++pickersClosed; });
+    EXPECT_EQ(desk.Setup().SetupFileName, folder / "link.opn") << "cancelled";
+    EXPECT_EQ(pickersClosed, 7);
+}
+
+TEST_F(Store, OffersToClearTheSetupAfterAFileThatIsNone) {
+    folder.Write("whole.opn", "");
+    folder.MakeSpecials("whole.opn");
+    const auto load = [&](const std::string& name, Answer answer) {
+        desk.SetInputFile("/in/", "a.txt");
+        Load(name, [&] {
+            user.Expect(Question("Error when attempting to load setup from file\r\n" +
+                                     (folder / name) + "\r\n\r\nDo you wish to clear the setup?",
+                                 "Error", BoxIcon::Exclamation),
+                        answer);
+        });
+        EXPECT_EQ(desk.Setup().SetupFileName, "");
+    };
+    for (const char* name : {"whole.opn", "folder", "pipe", "dangling", "nothing"})
+        load(name, Answer::No);
+    disk.Fail(FsCall::Open, 1, FsStatus::NotPermitted);
+    load("whole.opn", Answer::Yes);
+    disk.Fail(FsCall::Read, 1);
+    load("whole.opn", Answer::No);
+    EXPECT_FALSE(desk.InputIsChosen());
+
+    desk.SetInputFile("/in/", "a.txt");
+    const std::string whole = Content();
+    folder.Write("huge.opn", whole);
+    std::filesystem::resize_file(folder / "huge.opn", std::uintmax_t{1} << 30U);
+    load("huge.opn", Answer::No);
+    EXPECT_FALSE(desk.InputIsChosen());
+    folder.Write("short.opn", whole.substr(0, whole.find("\"20\"")));
+    load("short.opn", Answer::No);
+    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a.txt") << "what was read stays";
+    EXPECT_EQ(desk.CheckLabels(), 0) << "and is shown";
+    load("short.opn", Answer::Yes);
+    EXPECT_EQ(desk.Setup().FilePath(Input), "");
+}
+
+TEST_F(Store, NeverTurnsASetupIntoOneThatOverwrites) {
+    desk.SelectInputMode(InputSource::FilesInAFolder);
+    desk.SetInputFolder("/in/");
+    OperationSetup setup = desk.Setup();
+    setup.OutputMode = OutputTarget::SeparateOutput;
+    folder.Write("separate.opn", WriteSetupText(setup).value());
+    EXPECT_FALSE(store.LoadSetup(folder / "separate.opn"));
+    user.Expect("Specify folder", "Please specify the output folder.");
+    EXPECT_FALSE(desk.ReadyToPerform());
+
+    setup = OperationSetup{};
+    setup.Folder = setup.FolderCaption = {"/in/", "/out/"};
+    setup.FileName = setup.FilesCaption = {"a", "b"};
+    folder.Write("elsewhere.opn", WriteSetupText(setup).value());
+    EXPECT_TRUE(store.LoadSetup(folder / "elsewhere.opn"));
+    EXPECT_EQ(desk.CheckLabels(), -6);
+    setup.Folder[Output] = setup.FolderCaption[Output] = "";
+    setup.FileName[Output] = setup.FilesCaption[Output] = "";
+    folder.Write("none.opn", WriteSetupText(setup).value());
+    EXPECT_TRUE(store.LoadSetup(folder / "none.opn"));
+    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a") << "overwriting needs no output in the file";
+    EXPECT_EQ(desk.CheckLabels(), 0);
+}
+
+} // namespace
+} // namespace zr5
