@@ -1,7 +1,11 @@
 #include "operation/checks.h"
 
+#include "operation/disk_space.h"
+#include "operation/extension_lists.h"
 #include "operation/work_list.h"
 #include "setup/verb_form.h"
+#include "util/display.h"
+#include "util/paths.h"
 #include "util/program_text.h"
 
 #include <optional>
@@ -34,11 +38,21 @@ std::string TooManyText(const OperationSetup& setup, std::uint64_t files) {
            std::to_string(setup.MaxNumFiles) + ") in a single operation.";
 }
 
-std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, FileKit& fileKit,
+bool CanBeRead(FileSystem& fileSystem, const std::string& folder) {
+    const auto canonical = fileSystem.CanonicalPath(folder);
+    return canonical && fileSystem.ListFolder(*canonical);
+}
+
+std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, Machine& machine,
                                            const FileCount& count) {
+    const std::string& folder = setup.Folder[Input];
+    if (count.files == 0 && !CanBeRead(machine.fileSystem, folder)) {
+        return Notice("Error when attempting to count files in " + DisplayName(folder) + ".",
+                      "Error", BoxIcon::Exclamation);
+    }
     if (count.files == 0) {
-        return Notice(NothingToDoText(setup, fileKit) + count.unreadableNote, "Nothing to do",
-                      BoxIcon::Exclamation);
+        return Notice(NothingToDoText(setup, machine.fileKit) + count.unreadableNote,
+                      "Nothing to do", BoxIcon::Exclamation);
     }
     if (setup.InputMode == InputSource::FilesInAFolder &&
         count.files > static_cast<std::uint64_t>(setup.MaxNumFiles)) {
@@ -46,6 +60,43 @@ std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, FileKit&
                       BoxIcon::Exclamation);
     }
     return std::nullopt;
+}
+
+/// Nothing when there is nothing to fear, or the question whether to go on all the same.
+std::optional<MessageBox> AntiVirusQuestion(const OperationSetup& setup) {
+    if (setup.InputMode != InputSource::SingleFile || setup.Operation != Function::Encrypt ||
+        !IsInPlaceExcludedExtension(ExtensionOf(setup.FileName[Input]))) {
+        return std::nullopt;
+    }
+    return Question("The file extension of the input file may cause any anti-virus software "
+                    "present to issue a warning and may possibly halt program execution. "
+                    "If any anti-virus software is present, it is recommended to disable it now."
+                    "\r\n\r\nDo you wish to proceed with this operation?",
+                    "Warning!", BoxIcon::Exclamation, Answer::No);
+}
+
+std::optional<MessageBox> ProblemWithKeyOrOutput(const OperationSetup& setup,
+                                                 const CurrentKey& key) {
+    if (!key.IsHeld()) {
+        return Notice("Please specify the " + VerbForm(setup.Operation, "encryption") + " key.",
+                      VerbForm(setup.Operation, "Encryption") + " key not specified");
+    }
+    if (setup.OutputMode == OutputTarget::SeparateOutput && setup.FileName[Output].empty()) {
+        return Notice("Output file not specified.", "Output file", BoxIcon::Information);
+    }
+    return std::nullopt;
+}
+
+/// What stands in the way of an operation whose input was counted: nothing to encrypt, or no room
+/// for the result. The length of a file that cannot be read is left to the report.
+std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSystem& fileSystem,
+                                          const FileCount& count) {
+    if (!count.totalBytes) return std::nullopt;
+    if (*count.totalBytes == 0) {
+        return Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
+    }
+    const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
+    return ProblemWithSpace(fileSystem, setup.Folder[separate ? Output : Input], *count.totalBytes);
 }
 
 } // namespace
@@ -61,20 +112,17 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
         return refuse(Notice(GetProgramText(machine.fileKit, OutputIsInputText),
                              PerformCaption(setup.Operation), BoxIcon::Information));
     }
+    if (const auto question = AntiVirusQuestion(setup);
+        question && user.Ask(*question) != Answer::Yes) {
+        return false;
+    }
     const FileCount count = CountFiles(setup, machine, stopped);
     if (stopped()) return false;
-    if (const auto problem = ProblemWithCount(setup, machine.fileKit, count)) {
-        return refuse(*problem);
-    }
-    if (!key.IsHeld()) {
-        return refuse(
-            Notice("Please specify the " + VerbForm(setup.Operation, "encryption") + " key.",
-                   VerbForm(setup.Operation, "Encryption") + " key not specified"));
-    }
-    if (setup.OutputMode == OutputTarget::SeparateOutput && setup.FileName[Output].empty()) {
-        return refuse(Notice("Output file not specified.", "Output file"));
-    }
-    return view.Confirm(ConfirmationFor(setup, key, count));
+    if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
+    if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
+    if (!view.Confirm(ConfirmationFor(setup, key, count))) return false;
+    const auto problem = ProblemWithSize(setup, machine.fileSystem, count);
+    return problem ? refuse(*problem) : true;
 }
 
 } // namespace zr5

@@ -9,8 +9,9 @@
 
 namespace zr5 {
 
-/// Whether the operation may start: the output is not the input, there is something to do and
-/// not too much, there is a key, an output is chosen, and the user confirms. No once `stopped`.
+/// Whether the operation may start: the output is not the input, the user does not shrink from
+/// anti-virus programs, there is something to do and not too much, there is a key, an output is
+/// chosen, the user confirms, and there is room for the result. No once `stopped`.
 [[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
                             ConfirmationView& view, const StopAsked& stopped);
 

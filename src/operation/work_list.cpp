@@ -95,12 +95,17 @@ WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
 FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAsked& stopped) {
     Counter counter(setup, machine, stopped);
     if (setup.InputMode == InputSource::SingleFile) {
-        counter.MeetFile(setup.FilePath(Input));
-        return {1, counter.EncryptedAlready(), {}};
+        const std::string path = setup.FilePath(Input);
+        counter.MeetFile(path);
+        FileCount one{1, counter.EncryptedAlready(), {}, {}};
+        const auto info = machine.fileSystem.Info(path);
+        if (info && info->kind == FileKind::Regular) one.totalBytes = info->lengthBytes;
+        return one;
     }
-    const auto limit = static_cast<std::uint64_t>(setup.MaxNumFiles) + 1;
-    const WalkResult walked = WalkFolder(machine.fileSystem, WalkRequestFor(setup, limit), counter);
-    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked)};
+    WalkRequest request = WalkRequestFor(setup, static_cast<std::uint64_t>(setup.MaxNumFiles) + 1);
+    request.addsUpSizes = true;
+    const WalkResult walked = WalkFolder(machine.fileSystem, request, counter);
+    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked), walked.totalBytes};
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,

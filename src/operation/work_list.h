@@ -17,6 +17,8 @@ struct FileCount {
     std::uint64_t files = 0;
     std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
     std::string unreadableNote;         ///< of the walk (`UnreadableNote`)
+    /// Of all that could be read; nothing when the single file cannot.
+    std::optional<std::uint64_t> totalBytes;
 };
 
 /// How many files the operation has; counting stops one above the maximum of the setup. Lets the

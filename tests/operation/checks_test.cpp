@@ -1,5 +1,6 @@
 #include "operation/checks.h"
 
+#include "operation/disk_space.h"
 #include "operation/operation_fixture.h"
 
 #include <filesystem>
@@ -50,9 +51,11 @@ TEST_F(Checks, DescribeADifferentOutput) {
     EXPECT_TRUE(May());
     EXPECT_EQ(view.asked.back().output,
               "The output file is specified as b.txt in the same folder.");
-    setup.Folder[Output] = "/elsewhere/";
+    const TemporaryFolder elsewhere;
+    setup.Folder[Output] = elsewhere.Path();
     EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().output, "The output file is specified as /elsewhere/b.txt.");
+    EXPECT_EQ(view.asked.back().output,
+              "The output file is specified as " + (elsewhere / "b.txt") + ".");
     setup.FileName[Output] = "a.txt";
     EXPECT_TRUE(May());
     EXPECT_EQ(view.asked.back().output, "The output file will have the same name.");
@@ -77,7 +80,7 @@ TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     user.Expect(Notice("Please specify the decryption key.", "Decryption key not specified"));
     EXPECT_FALSE(May());
     key.keyState = key_state::Keyboard;
-    user.Expect(Notice("Output file not specified.", "Output file"));
+    user.Expect(Notice("Output file not specified.", "Output file", BoxIcon::Information));
     EXPECT_FALSE(May());
     EXPECT_TRUE(view.asked.empty());
 }
@@ -122,6 +125,88 @@ TEST_F(Checks, AskNothingOnceTheUserStopsTheCounting) {
     EXPECT_TRUE(view.asked.empty());
 }
 
+TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {
+    const auto question =
+        Question("The file extension of the input file may cause any anti-virus software present "
+                 "to issue a warning and may possibly halt program execution. "
+                 "If any anti-virus software is present, it is recommended to disable it now."
+                 "\r\n\r\nDo you wish to proceed with this operation?",
+                 "Warning!", BoxIcon::Exclamation, Answer::No);
+    folder.Write("TOOL.Exe", "abc");
+    ChooseInput("TOOL.Exe");
+    key.keyState = key_state::NoKey;
+    user.Expect(question, Answer::No);
+    EXPECT_FALSE(May());
+    key.keyState = key_state::Keyboard;
+    user.Expect(question, Answer::Yes);
+    EXPECT_TRUE(May());
+    setup.Operation = Function::Decrypt;
+    EXPECT_TRUE(May());
+    setup.Operation = Function::Encrypt;
+    setup.InputMode = InputSource::FilesInAFolder;
+    EXPECT_TRUE(May());
+}
+
+TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
+    FaultyFileSystem full(*disk);
+    Machine machineOnIt{full, engine, kit, user, clock, "/usr/bin/zr5e"};
+    const std::string drive = DriveOf(*disk, folder.Path());
+    constexpr std::uint64_t Kb = 1024;
+    constexpr std::uint64_t Mb = Kb * Kb;
+    const struct {
+        std::uint64_t needed, free;
+        std::string amounts; ///< empty: it fits
+    } cases[] = {
+        {5 * Kb, 5 * Kb, ""},
+        {5 * Kb + 1, 5 * Kb, "5 KB, but there is only  5 KB"},
+        {5 * Kb, 5 * Kb - 512, ""}, // rounded to whole kilobytes
+        {5 * Kb, 5 * Kb - 513, "5 KB, but there is only  4 KB"},
+        {1, 0, "0 KB, but there is only  0 KB"},
+        {1024 * Kb, 1023 * Kb, "1 MB, but there is only  1023 KB"},
+        {1537 * Kb, 1536 * Kb, "1.6 MB, but there is only  1.5 MB"},
+        {2048 * Mb, 1 * Mb, "2,048 MB, but there is only  1 MB"},
+    };
+    for (const auto& each : cases) {
+        std::filesystem::resize_file(folder / "a.txt", each.needed);
+        full.freeBytes = each.free;
+        if (!each.amounts.empty()) {
+            user.Expect(Notice("Estimated space required on drive " + drive + " is " +
+                                   each.amounts + " available.",
+                               "Insufficient disk space", BoxIcon::Exclamation));
+        }
+        EXPECT_EQ(MayStart(setup, key, machineOnIt, view, [] { return false; }),
+                  each.amounts.empty())
+            << each.needed;
+    }
+    EXPECT_EQ(view.asked.size(), std::size(cases));
+
+    full.freeBytes = std::optional<std::uint64_t>{};
+    setup.OutputMode = OutputTarget::SeparateOutput;
+    setup.Folder[Output] = "/proc/vanished/";
+    user.Expect(
+        Notice("Error when attempting to access drive /proc", "Error", BoxIcon::Exclamation));
+    EXPECT_FALSE(MayStart(setup, key, machineOnIt, view, [] { return false; }));
+    EXPECT_EQ(DriveOf(*disk, "D:\\out\\"), "D:");
+    EXPECT_EQ(DriveOf(*disk, "/"), "/");
+    EXPECT_EQ(DriveOf(*disk, "/proc/self/"), "/proc");
+}
+
+TEST_F(Checks, RefuseFilesThatAreAllEmptyButLeaveAVanishedOneToTheReport) {
+    const auto refused = Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
+    folder.Write("a.txt", "");
+    user.Expect(refused);
+    EXPECT_FALSE(May());
+    setup.InputMode = InputSource::FilesInAFolder;
+    folder.Write("b.txt", "");
+    user.Expect(refused);
+    EXPECT_FALSE(May());
+    folder.Write("b.txt", "x");
+    EXPECT_TRUE(May());
+    setup.InputMode = InputSource::SingleFile;
+    folder.Remove("a.txt");
+    EXPECT_TRUE(May());
+}
+
 TEST_F(Checks, SayWhenThereIsNothingToDo) {
     kit.texts[51] = "none in subfolders";
     kit.texts[52] = "none";
@@ -138,6 +223,10 @@ TEST_F(Checks, SayWhenThereIsNothingToDo) {
     setup.FilePattern = "";
     folder.Remove("a.txt");
     expect("The input folder is empty.");
+    setup.Folder[Input] += "gone/";
+    user.Expect(Notice("Error when attempting to count files in " + setup.Folder[Input] + ".",
+                       "Error", BoxIcon::Exclamation));
+    EXPECT_FALSE(May());
 }
 
 TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {

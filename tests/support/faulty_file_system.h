@@ -81,8 +81,11 @@ class FaultyFileSystem : public FileSystem {
         return inner_.CanonicalPath(path);
     }
     std::optional<std::uint64_t> FreeBytes(const std::string& path) override {
+        if (freeBytes) return *freeBytes;
         return inner_.FreeBytes(path);
     }
+    /// What FreeBytes answers, a failure included; not set: the truth.
+    std::optional<std::optional<std::uint64_t>> freeBytes;
     std::size_t LongestName(const std::string& path) override { return inner_.LongestName(path); }
 
   private:
