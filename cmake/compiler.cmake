@@ -3,16 +3,20 @@
 add_library(zr5_compiler INTERFACE)
 target_compile_options(zr5_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion
-    -Wno-restrict
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wswitch-enum
     -fstack-protector-strong)
 target_link_options(zr5_compiler INTERFACE -Wl,-z,relro,-z,now)
 
 option(ZR5_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(ZR5_FUZZ "Also prepare the code for the fuzzers, which need clang" OFF)
 if(ZR5_SANITIZE)
     target_compile_options(zr5_compiler INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(zr5_compiler INTERFACE -fsanitize=address,undefined)
+    if(ZR5_FUZZ)
+        target_compile_options(zr5_compiler INTERFACE -fsanitize=fuzzer-no-link)
+    endif()
 elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     target_compile_options(zr5_compiler INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
