@@ -4,21 +4,23 @@
 #include "ui/text_edges.h"
 #include "ui/wrapping_label.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
 
 constexpr int TextWidth = 480;
+constexpr int WarningIconSize = 24;
 
 QLabel* Paragraph(const char* name, const std::string& text, QWidget* parent) {
     auto* label = new WrappingLabel(ToQt(text), parent);
     label->setObjectName(QLatin1String(name));
     label->setMinimumWidth(TextWidth);
-    label->setVisible(!text.empty());
     return label;
 }
 
@@ -26,6 +28,40 @@ void Embolden(QLabel& label) {
     QFont font = label.font();
     font.setBold(true);
     label.setFont(font);
+}
+
+/// The two sentences that matter, side by side with what they are about.
+QFrame* InputAndOutput(const Confirmation& confirmation, QWidget* parent) {
+    auto* frame = new QFrame(parent);
+    frame->setFrameShape(QFrame::StyledPanel);
+    auto* grid = new QGridLayout(frame);
+    grid->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
+    grid->setHorizontalSpacing(GroupSpacing);
+    grid->setVerticalSpacing(RowSpacing);
+    grid->setColumnStretch(1, 1);
+    const auto addRow = [&](const char* caption, QLabel* sentence) {
+        auto* label = new QLabel(QLatin1String(caption), frame);
+        Soften(*label, parent->palette());
+        const int row = grid->rowCount();
+        grid->addWidget(label, row, 0, Qt::AlignTop);
+        grid->addWidget(sentence, row, 1);
+    };
+    addRow("Input:", Paragraph("lblInput", confirmation.input, frame));
+    addRow("Output:", Paragraph("lblOutput", confirmation.output, frame));
+    return frame;
+}
+
+QLayout* Warning(const std::string& text, QWidget* parent) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(RowSpacing);
+    auto* picture = new QLabel(parent);
+    picture->setPixmap(
+        parent->style()
+            ->standardIcon(QStyle::SP_MessageBoxWarning)
+            .pixmap(QSize(WarningIconSize, WarningIconSize), parent->devicePixelRatioF()));
+    row->addWidget(picture, 0, Qt::AlignTop);
+    row->addWidget(Paragraph("lblWarning", text, parent), 1, Qt::AlignVCenter);
+    return row;
 }
 
 } // namespace
@@ -57,10 +93,10 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
     layout->setSpacing(GroupSpacing);
     layout->addWidget(operation);
-    layout->addWidget(Paragraph("lblInput", confirmation.input, this));
-    layout->addWidget(Paragraph("lblOutput", confirmation.output, this));
-    layout->addWidget(Paragraph("lblWarning", confirmation.warning, this));
-    layout->addWidget(Paragraph("lblReminder", confirmation.reminder, this));
+    layout->addWidget(InputAndOutput(confirmation, this));
+    if (!confirmation.warning.empty()) layout->addLayout(Warning(confirmation.warning, this));
+    if (!confirmation.reminder.empty())
+        layout->addWidget(Paragraph("lblReminder", confirmation.reminder, this));
     layout->addWidget(question);
     layout->addStretch(1);
     layout->addLayout(buttons);
