@@ -39,8 +39,7 @@ class EndToEnd : public testing::Test {
 
     EndToEnd() {
         std::filesystem::copy_file(PROGRAM_TEXTS, home / "zr5e.dat");
-        program = std::make_unique<Program>(Program::Surroundings{
-            user, *system, *engine, *kit, clock, random, home / "zr5e", home.Path() + "config"});
+        MakeProgram();
         user.Expect("Startup", "1. Select 'Encrypt' or 'Decrypt'\r\n"
                                "2. Select 'Single file' or 'Files in a folder'\r\n"
                                "3. Select the input file or folder\r\n\r\n"
@@ -48,6 +47,10 @@ class EndToEnd : public testing::Test {
         EXPECT_TRUE(program->Start());
     }
 
+    void MakeProgram() {
+        program = std::make_unique<Program>(Program::Surroundings{
+            user, *system, *engine, *kit, clock, random, home / "zr5e", home.Path() + "config"});
+    }
     QWidget& Main() { return program->Window(); }
     void Choose(const char* option) { Control<QRadioButton>(Main(), option).click(); }
     void ChooseInput(const std::string& name, bool decrypts = false) {
@@ -325,6 +328,61 @@ TEST_F(EndToEnd, CreatesARandomKeyfileAndDecryptsWithIt) {
     EXPECT_EQ(labels(), "Key specified (apparently random key in keyfile)");
     static_cast<void>(Perform());
     EXPECT_EQ(folder.Read("a.odg"), "content");
+}
+
+TEST_F(EndToEnd, TakesUpItsSetupAgainAndWritesNothingOfTheKey) {
+    const std::string key = PatternBytes(64, 7);
+    folder.Write("KeyOfAnna", key);
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    user.ExpectFile("Get encryption key from keyfile", folder / "KeyOfAnna");
+    user.Expect(folder / "KeyOfAnna", "Inspect the key?", Answer::No);
+    Press(Main(), "cmdKeyFrom");
+    Press(Main(), "cmdKeyFile(0)");
+    EXPECT_TRUE(Reports("Number of files encrypted: 1\n"));
+    Choose("optDecrypt");
+    for (const char* button : {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile"}) {
+        Press(Main(), "cmdSetup");
+        Press(Main(), "cmdSaveSetup");
+        if (std::string_view(button).ends_with("File"))
+            user.ExpectFile("Specify operation file to be saved", folder / "anna");
+        Press(Main(), button);
+        EXPECT_TRUE(Control(Main(), "fraMain").isEnabled());
+    }
+    EXPECT_EQ(Control<QLabel>(Main(), "lblFiles(2)").text().toStdString(), folder / "anna.opn");
+    const std::string checksum = std::to_string(program->Key().checksum);
+    program.reset();
+
+    std::size_t searched = 0;
+    folder.Remove("KeyOfAnna");
+    for (const std::string& root : {home.Path(), folder.Path()}) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+            if (!entry.is_regular_file() || entry.path().extension() == ".dat") continue;
+            ++searched;
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string content(std::istreambuf_iterator<char>(file), {});
+            EXPECT_NE(content, "");
+            for (const std::string& secret : {std::string("KeyOfAnna"), checksum})
+                EXPECT_EQ(content.find(secret), std::string::npos) << entry.path() << secret;
+            for (std::size_t at = 0; at + 8 <= key.size(); ++at)
+                EXPECT_EQ(content.find(key.substr(at, 8)), std::string::npos) << entry.path();
+        }
+    }
+    EXPECT_EQ(searched, 3U) << "the encrypted file and both setups";
+
+    MakeProgram();
+    EXPECT_TRUE(program->Start()) << "without the startup message";
+    EXPECT_EQ(Control<QLabel>(Main(), "lblFiles(0)").text(), "a.odg");
+    EXPECT_EQ(Control<QLabel>(Main(), "lblFiles(1)").text(), "Same as input file");
+    EXPECT_TRUE(Control<QRadioButton>(Main(), "optDecrypt").isChecked());
+    Choose("optEncrypt");
+    Press(Main(), "cmdSetup");
+    user.ExpectFile("Specify operation file to be loaded", folder / "anna.opn");
+    Press(Main(), "cmdLoadSetup");
+    EXPECT_TRUE(Control<QRadioButton>(Main(), "optDecrypt").isChecked());
+    EXPECT_TRUE(Control(Main(), "lblSetupFilename").isVisible());
+    Press(Main(), "cmdHelp(1)");
+    EXPECT_EQ(TopWindow("frmHelp"), nullptr) << "deaf to the picker's double-click";
 }
 
 TEST_F(EndToEnd, SpecifiesFilesByTheirExtension) {
