@@ -41,14 +41,19 @@ constexpr std::array OptionButtons{
     Button<&S::OutputMode, OutputTarget::SeparateOutput>,
 };
 
-/// A backslash separates folders in a Windows-shaped path, whose names are text anyway.
+/// Only folders of POSIX shape have escapes: elsewhere a backslash separates folders, and all names
+/// are text. The first character decides, which no escape changes.
+bool HasEscapes(std::string_view folder) {
+    return folder.starts_with('/');
+}
+
 std::string StoredFolder(const std::string& folder) {
-    return IsWindowsShaped(folder) ? folder : StorableName(folder);
+    return HasEscapes(folder) ? StorableName(folder) : folder;
 }
 
 std::string FolderFromStored(std::string_view stored) {
-    return WithTrailingSeparator(IsWindowsShaped(stored) ? std::string(stored)
-                                                         : NameFromDisplay(stored));
+    return WithTrailingSeparator(HasEscapes(stored) ? NameFromDisplay(stored)
+                                                    : std::string(stored));
 }
 
 bool HoldsNul(std::string_view name) {
@@ -147,7 +152,7 @@ std::optional<std::string> WriteSetupText(const OperationSetup& setup) {
     }
     bool fits = true;
     const auto addString = [&](std::string_view value) {
-        fits = fits && value.find_first_of("\"\r\n") == std::string_view::npos;
+        fits = fits && IsUtf8(value) && value.find_first_of("\"\r\n") == std::string_view::npos;
         text += '"';
         text += value;
         text += '"';

@@ -12,7 +12,8 @@
 namespace zr5 {
 
 /// The text of a setup file, UTF-8 with CR LF line ends; nothing when one of the strings holds
-/// what the format cannot: a quote, CR or LF.
+/// what the format cannot: a quote, CR or LF, or a folder that is no UTF-8 and does not begin with
+/// "/".
 [[nodiscard]] std::optional<std::string> WriteSetupText(const OperationSetup& setup);
 
 struct SetupReading {

@@ -59,6 +59,9 @@ TEST(SetupText, HasItsNineteenLines) {
         setup.FileName[Output] = name;
         EXPECT_EQ(WriteSetupText(setup), std::nullopt) << name;
     }
+    OperationSetup noText = SetupOfFile();
+    noText.Folder[Input] = "\\\\host\\\xFF\\";
+    EXPECT_EQ(WriteSetupText(noText), std::nullopt);
 }
 
 TEST(SetupText, GivesBackEveryName) {
