@@ -6,14 +6,10 @@
 #include "util/display.h"
 #include "util/numbers.h"
 
-#include <algorithm>
 #include <array>
 
 namespace zr5 {
 namespace {
-
-/// The controls of everything that is still to come. A line goes when its feature arrives.
-constexpr std::array<std::string_view, 0> NotInThisVersion{};
 
 struct Caption {
     const char* name;
@@ -182,16 +178,7 @@ MainWindowView DeriveMainWindow(const MainWindowState& state) {
     DeriveFrames(state.pane, view);
     DeriveChoices(state, view);
     DeriveLabels(state, view);
-    for (const std::string_view name : NotInThisVersion) {
-        ControlView& control = view[std::string(name)];
-        control.enabled = false;
-        control.toolTip = NotInThisVersionHint;
-    }
     return view;
-}
-
-bool IsNotInThisVersion(std::string_view controlName) {
-    return std::ranges::find(NotInThisVersion, controlName) != NotInThisVersion.end();
 }
 
 } // namespace zr5

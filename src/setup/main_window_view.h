@@ -39,9 +39,4 @@ using MainWindowView = std::map<std::string, ControlView, std::less<>>;
 
 [[nodiscard]] MainWindowView DeriveMainWindow(const MainWindowState& state);
 
-/// Shown by every control that belongs to a later version.
-inline constexpr std::string_view NotInThisVersionHint = "Not available in this version.";
-/// Whether a control leads to something that this version does not have.
-[[nodiscard]] bool IsNotInThisVersion(std::string_view controlName);
-
 } // namespace zr5

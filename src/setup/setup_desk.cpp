@@ -158,8 +158,8 @@ void SetupDesk::RewriteLabels() {
 MainWindowView SetupDesk::Refresh() {
     WriteEqualityNotes(state_.setup, programText_);
     MainWindowView view = DeriveMainWindow(state_);
-    state_.listFilesWasEnabled = Setup().InputMode == InputSource::FilesInAFolder &&
-                                 InputIsChosen() && !IsNotInThisVersion("cmdListFiles");
+    state_.listFilesWasEnabled =
+        Setup().InputMode == InputSource::FilesInAFolder && InputIsChosen();
     return view;
 }
 
