@@ -409,7 +409,11 @@ class PosixFileSystem final : public FileSystem {
         if (descriptor < 0) return {StatusOf(errno), nullptr};
         auto file = std::make_unique<PosixFile>(descriptor);
         struct stat raw {};
-        if (fstat(descriptor, &raw) != 0) return {StatusOf(errno), nullptr};
+        if (fstat(descriptor, &raw) != 0) {
+            const FsStatus status = StatusOf(errno);
+            if ((flags & O_EXCL) != 0) unlink(path.c_str()); // it was made just now
+            return {status, nullptr};
+        }
         if (!S_ISREG(raw.st_mode)) return {FsStatus::NotRegularFile, nullptr};
         posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
         return {FsStatus::Ok, std::move(file)};
