@@ -1,6 +1,8 @@
 // Many small files, encrypted in place, overwritten and flushed, through the report window, beside
-// a bare loop that makes the same system calls without encrypting. Usage: FOLDER [FILES ...]
+// a bare loop that makes the same system calls without encrypting, in rounds. Usage: FOLDER [ROUNDS
+// [FILES ...]]
 
+#include "figures.h"
 #include "libs/random.h"
 #include "libs/zr5_engine.h"
 #include "libs/zr5_file_kit.h"
@@ -14,6 +16,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <QApplication>
 #include <string>
 #include <vector>
@@ -26,6 +29,7 @@ constexpr std::size_t FileBytes = 4096;
 constexpr std::size_t SealedBytes = FileBytes + 84 + 16;
 constexpr std::size_t JournalBytes = 400;
 constexpr std::size_t FilesInFolder = 500;
+constexpr std::size_t MostFiles = 10'000;
 
 double Seconds(const std::function<void()>& work) {
     const auto begin = std::chrono::steady_clock::now();
@@ -89,13 +93,21 @@ void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
     note();
 }
 
-void Compare(const std::string& folder, std::size_t count) {
+struct Figures {
+    std::vector<double> listing; ///< s
+    std::vector<double> program; ///< s, as all below
+    std::vector<double> bare;
+    std::vector<double> ratio;
+};
+
+/// Lists the files and takes them through a whole operation; false when one was not processed.
+bool RunProgram(const std::string& folder, std::size_t count, Figures& figures) {
     SystemClock clock;
     SystemRandom random;
     const auto disk = MakeSystemFileSystem();
     const auto engine = MakeCipherEngine(*disk, clock, random);
     const auto kit = MakeFileKit(*disk, random);
-    if (engine->allocate_buffers() == 0) return;
+    if (engine->allocate_buffers() == 0) return false;
     QtUserPort user;
     Machine machine{*disk, *engine, *kit, user, clock, "/proc/self/exe", folder + ".journal"};
     ReportScreen screen(user, clock);
@@ -111,35 +123,62 @@ void Compare(const std::string& folder, std::size_t count) {
 
     MakeFiles(folder, count);
     window.ShowAtEnd();
-    const double listing = Seconds([&] {
+    figures.listing.push_back(Seconds([&] {
         ListFiles(
             setup, machine, screen, "", [] { return false; }, [] {});
-    });
-    const double program = Seconds([&] {
+    }));
+    figures.program.push_back(Seconds([&] {
         const ListedFiles listed = MakeWorkList(
             setup, machine, [](std::uint64_t) {}, [] { return false; });
         RunOperation({setup, key, listed.list, machine}, screen,
                      {0, listed.wasCutShort, listed.randomness});
-    });
-    const auto processed = screen.counters.filesProcessed;
+    }));
+    return screen.counters.filesProcessed == count;
+}
 
+void RunBareLoop(const std::string& folder, std::size_t count, Figures& figures) {
+    const auto disk = MakeSystemFileSystem();
     MakeFiles(folder, count);
     std::vector<std::byte> buffer(SealedBytes);
-    const double bare = Seconds([&] {
-        const OpenResult journal = disk->OpenLocked(folder + ".journal");
+    const std::string journalPath = folder + ".journal";
+    figures.bare.push_back(Seconds([&] {
+        const OpenResult journal = disk->OpenLocked(journalPath);
         Check(journal.file->Write(std::vector<std::byte>(2 * FileBytes)));
         Check(journal.file->Flush());
         for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-            if (entry.is_regular_file())
+            if (entry.is_regular_file()) {
                 BareFile(*disk, *journal.file, entry.path().native(), buffer);
+            }
         }
-    });
+    }));
+    std::filesystem::remove(journalPath);
+}
+
+/// Microseconds that a file costs the program, beyond what the operation costs once.
+double Compare(const std::string& folder, std::size_t count, std::size_t rounds) {
+    Figures figures;
+    bool complete = true;
+    for (std::size_t i = 0; i < rounds; ++i) {
+        if (i % 2 == 1) RunBareLoop(folder, count, figures);
+        complete = RunProgram(folder, count, figures) && complete;
+        if (i % 2 == 0) RunBareLoop(folder, count, figures);
+        figures.ratio.push_back(figures.program.back() / figures.bare.back());
+    }
     std::filesystem::remove_all(folder);
-    std::filesystem::remove(folder + ".journal");
     const auto perFile = [&](double seconds) { return seconds * 1e6 / static_cast<double>(count); };
-    std::printf("| %6zu | %9.3f | %10.0f | %10.0f | %5.2f |%s\n", count, listing, perFile(program),
-                perFile(bare), program / bare, processed == count ? "" : " (not all processed!)");
+    const double program = perFile(bench::Median(figures.program));
+    const double listing = bench::Median(figures.listing);
+    const double ratio = bench::Median(figures.ratio);
+    std::printf("| %6zu | %9.3f | %10.0f | %10.0f | %5.2f |%s\n", count, listing, program,
+                perFile(bench::Median(figures.bare)), ratio,
+                complete ? "" : " (not all processed!)");
+    if (count == MostFiles) {
+        bench::PrintFigure("10,000 files of 4 KiB in place, times a bare loop", "at most 1.5",
+                           ratio, complete && ratio <= 1.5);
+        bench::PrintFigure("listing 10,000 files, s", "at most 0.5", listing, listing <= 0.5);
+    }
     std::fflush(stdout);
+    return program;
 }
 
 } // namespace
@@ -148,14 +187,21 @@ int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     const std::string folder = std::string(argc > 1 ? argv[1] : "/tmp") + "/zr5-small-files";
+    const std::size_t rounds = argc > 2 ? std::stoul(argv[2]) : 5;
     std::vector<std::size_t> counts;
-    for (int i = 2; i < argc; ++i) {
+    for (int i = 3; i < argc; ++i) {
         counts.push_back(std::stoul(argv[i]));
     }
-    if (counts.empty()) counts = {100, 1000, 10'000};
-    std::puts("| files  | listing, s | program, us/file | bare loop, us/file | ratio |\n"
-              "|---|---|---|---|---|");
+    if (counts.empty()) counts = {100, 1000, MostFiles};
+    std::printf("Medians of %zu rounds\n\n"
+                "| files  | listing, s | program, us/file | bare loop, us/file | ratio |\n"
+                "|---|---|---|---|---|\n",
+                rounds);
+    std::vector<double> perFile;
     for (const std::size_t count : counts) {
-        Compare(folder, count);
+        perFile.push_back(Compare(folder, count, rounds));
     }
+    const double growth = perFile.back() / perFile.front();
+    bench::PrintFigure("cost of a file among 10,000, times that among 100", "flat", growth,
+                       growth <= 1.2);
 }

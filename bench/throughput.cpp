@@ -1,6 +1,7 @@
 // One large file through the engine, through other programs and through a plain flushed copy, in
 // rounds, so that a change of the disk's mood hits all of them.
 
+#include "figures.h"
 #include "libs/cipher_engine.h"
 #include "libs/clock.h"
 #include "libs/file_system.h"
@@ -25,6 +26,8 @@
 namespace {
 
 namespace fs = std::filesystem;
+using zr5::bench::Median;
+using zr5::bench::PrintFigure;
 using Bytes = std::vector<std::byte>;
 
 constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
@@ -39,12 +42,6 @@ double SecondsOf(const std::function<void()>& work) {
     const auto start = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-    std::ranges::sort(values);
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
 void Flush(const std::string& path) {
@@ -205,26 +202,46 @@ void RunRound(std::vector<Contender>& contenders, const Paths& paths, std::size_
     }
 }
 
-/// Seconds, and the ratios to the copy and to the engine in the same round.
-void PrintFigures(const std::vector<double>& own, const std::vector<double>& copy,
-                  const std::vector<double>& engine) {
-    const auto ratioTo = [&](const std::vector<double>& other) {
-        std::vector<double> ratios(own.size());
-        std::ranges::transform(own, other, ratios.begin(), std::divides<>());
-        return Median(ratios);
-    };
-    std::printf(" %5.2f | %5.2f | %5.2f |", Median(own), ratioTo(copy), ratioTo(engine));
+double MedianRatio(const std::vector<double>& own, const std::vector<double>& other) {
+    std::vector<double> ratios(own.size());
+    std::ranges::transform(own, other, ratios.begin(), std::divides<>());
+    return Median(ratios);
 }
 
+/// Seconds, and the ratios to the copy and to the engine in the same round.
 void PrintTable(const std::vector<Contender>& all) {
+    const auto print = [](const std::vector<double>& own, const std::vector<double>& copy,
+                          const std::vector<double>& engine) {
+        std::printf(" %5.2f | %5.2f | %5.2f |", Median(own), MedianRatio(own, copy),
+                    MedianRatio(own, engine));
+    };
     std::printf("| | encryption, s | : copy | : engine | decryption, s | : copy | : engine |\n");
     std::printf("|---|---|---|---|---|---|---|\n");
     for (const Contender& contender : all) {
         std::printf("| %-24s |", contender.name.c_str());
-        PrintFigures(contender.encryptSeconds, all[0].encryptSeconds, all[1].encryptSeconds);
-        PrintFigures(contender.decryptSeconds, all[0].decryptSeconds, all[1].decryptSeconds);
+        print(contender.encryptSeconds, all[0].encryptSeconds, all[1].encryptSeconds);
+        print(contender.decryptSeconds, all[0].decryptSeconds, all[1].decryptSeconds);
         std::printf("\n");
     }
+}
+
+/// The engine against the copy, and every other program against the engine.
+void PrintFigures(const std::vector<Contender>& all) {
+    constexpr double MostTimesACopy = 1.25;
+    const auto print = [&](const char* direction, const auto& seconds) {
+        const double copy = MedianRatio(all[1].*seconds, all[0].*seconds);
+        PrintFigure((std::string(direction) + ", times a flushed copy").c_str(), "at most 1.25",
+                    copy, copy <= MostTimesACopy);
+        for (std::size_t i = 2; i < all.size(); ++i) {
+            const bool wantsTwice = all[i].needs == "gpg" || all[i].needs == "7z";
+            const double ratio = MedianRatio(all[i].*seconds, all[1].*seconds);
+            PrintFigure((std::string(direction) + ", " + all[i].name + " : engine").c_str(),
+                        wantsTwice ? "more than 2" : "more than 1", ratio,
+                        ratio > (wantsTwice ? 2.0 : 1.0));
+        }
+    };
+    print("encryption", &Contender::encryptSeconds);
+    print("decryption", &Contender::decryptSeconds);
 }
 
 /// Peak memory in KiB of a child that runs `work`.
@@ -269,8 +286,10 @@ int main(int count, char** arguments) {
     }
     std::printf("%zu MiB of random bytes, medians of %zu rounds\n\n", mebibytes, rounds);
     PrintTable(contenders);
-    std::printf("\nPeak memory of the engine beyond the bare program: %.1f MiB\n",
-                static_cast<double>(engine - nothing) / 1024.0);
+    PrintFigures(contenders);
+    const double mebibytesUsed = static_cast<double>(engine - nothing) / 1024.0;
+    PrintFigure("peak memory beyond the bare program, MiB", "at most 100", mebibytesUsed,
+                mebibytesUsed <= 100.0);
     fs::remove_all(folder);
     return 0;
 }
