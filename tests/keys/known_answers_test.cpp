@@ -1,0 +1,79 @@
+#include "libs/clock.h"
+#include "libs/md5.h"
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "support/known_answers.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+// The files of tests/data: what was encrypted once opens for good, with the same key typed or
+// read from the same keyfile, and the format does not change unnoticed.
+
+namespace zr5::test {
+namespace {
+
+const std::filesystem::path Data = KNOWN_ANSWERS;
+
+std::string Stored(const std::string& name) {
+    std::ifstream file(Data / name, std::ios::binary);
+    EXPECT_TRUE(file) << name;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Md5Text(std::string_view bytes) {
+    std::string text;
+    for (const unsigned byte : MD5Digest(bytes)) {
+        constexpr std::string_view Digits = "0123456789abcdef";
+        text += Digits[byte >> 4U];
+        text += Digits[byte & 0xFU];
+    }
+    return text;
+}
+
+TEST(KnownAnswers, OpenAsTheTableSays) {
+    const auto system = MakeSystemFileSystem();
+    SystemClock clock;
+    SystemRandom random;
+    const auto engine = MakeCipherEngine(*system, clock, random);
+    ASSERT_NE(engine->allocate_buffers(), 0);
+    std::istringstream table(Stored("known_answers.txt"));
+    std::set<std::string> named;
+    for (std::string line; std::getline(table, line);) {
+        if (line.empty() || line.starts_with('#')) continue;
+        SCOPED_TRACE(line);
+        std::istringstream row(line);
+        std::string name, key, digest;
+        std::int32_t code = 1;
+        std::size_t bytes = 0;
+        ASSERT_TRUE(row >> name >> key >> code >> bytes >> digest);
+        const TemporaryFolder folder;
+        engine->operation_initialization(KnownKey(key).text(), EngineDecrypt, 0, 0);
+        EXPECT_EQ(engine->decrypt_file(folder.Write("in", Stored(name)), folder / "out"), code);
+        const std::string out = folder.Has("out") ? folder.Read("out") : "";
+        EXPECT_EQ(out.size(), bytes);
+        EXPECT_EQ(folder.Has("out") ? Md5Text(out) : "-", digest);
+        if (code == engine_code::Success) {
+            EXPECT_TRUE(out == CountedLines(bytes));
+        }
+        named.insert(name);
+    }
+    for (const auto& file : std::filesystem::directory_iterator(Data)) {
+        const std::string name = file.path().filename();
+        EXPECT_EQ(named.contains(name), name.ends_with(".zr5")) << name;
+    }
+}
+
+TEST(KnownAnswers, AreMadeAgainToTheByte) {
+    for (const auto& [name, bytes] : MakeKnownFiles()) {
+        EXPECT_TRUE(Stored(name) == bytes) << name;
+    }
+}
+
+} // namespace
+} // namespace zr5::test
