@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace zr5 {
 namespace {
@@ -22,8 +23,9 @@ class Comparison {
             const auto expected = job_.sealedBuffer.first(length);
             const ReadResult got = plain_.Read(expected);
             if (got.status != FsStatus::Ok) return engine_code::ReadError;
+            // Many times as fast as a loop over bytes.
             if (got.count != length ||
-                !std::ranges::equal(expected, job_.plainBuffer.first(length))) {
+                std::memcmp(expected.data(), job_.plainBuffer.data(), length) != 0) {
                 return engine_code::WriteError;
             }
             done += length;
