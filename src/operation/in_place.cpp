@@ -50,28 +50,8 @@ class NoteOutput final : public OutputObserver {
     ReplacementRecord& record_;
 };
 
-/// Whatever the journal holds of a file is over when this ends.
-class NoteEnd {
-  public:
-    explicit NoteEnd(ReplacementJournal* journal) : journal_(journal) {}
-    ~NoteEnd() {
-        if (journal_ != nullptr) static_cast<void>(journal_->Note({}));
-    }
-    NoteEnd(const NoteEnd&) = delete;
-    NoteEnd& operator=(const NoteEnd&) = delete;
-
-  private:
-    ReplacementJournal* journal_;
-};
-
-} // namespace
-
-unsigned InPlacePasses(Function operation) {
-    return operation == Function::Encrypt ? 3 : 1; // encrypting, verifying, overwriting
-}
-
-InPlaceResult ProcessInPlace(const OperationContext& operation, const std::string& path,
-                             const InPlaceHooks& hooks) {
+InPlaceResult Replace(const OperationContext& operation, const std::string& path,
+                      const InPlaceHooks& hooks) {
     FileSystem& fileSystem = operation.machine.fileSystem;
     FileKit& fileKit = operation.machine.fileKit;
     CipherEngine& engine = operation.machine.engine;
@@ -86,7 +66,6 @@ InPlaceResult ProcessInPlace(const OperationContext& operation, const std::strin
     record.originalPath = path;
     record.resultPath = temporary;
     if (before) record.original = MarkOf(*before);
-    const NoteEnd noteEnd(operation.journal);
     std::int16_t code = 0;
     {
         const NoteOutput noteOutput(engine, operation.journal, record);
@@ -108,6 +87,20 @@ InPlaceResult ProcessInPlace(const OperationContext& operation, const std::strin
     record.result = MarkOf(*result);
     if (!ReplaceOriginal(fileSystem, fileKit, operation.journal, record)) return leftBeside;
     return {0, path};
+}
+
+} // namespace
+
+unsigned InPlacePasses(Function operation) {
+    return operation == Function::Encrypt ? 3 : 1; // encrypting, verifying, overwriting
+}
+
+InPlaceResult ProcessInPlace(const OperationContext& operation, const std::string& path,
+                             const InPlaceHooks& hooks) {
+    InPlaceResult result = Replace(operation, path, hooks);
+    // Only here: what an exception interrupts is left to the next start.
+    if (operation.journal != nullptr) static_cast<void>(operation.journal->Note({}));
+    return result;
 }
 
 } // namespace zr5

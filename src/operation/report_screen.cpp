@@ -21,6 +21,13 @@ std::string HoursAndMinutes(std::chrono::milliseconds timeOfDay) {
 
 } // namespace
 
+MessageBox OutOfMemoryBox() {
+    return Notice("There is not enough memory to go on.\r\n\r\nNothing is lost: the report names "
+                  "the files that are done. Please close other programs and start Vaultline ZR5 "
+                  "again, which completes what was interrupted.",
+                  "Out of memory", BoxIcon::Critical);
+}
+
 ReportScreen::ReportScreen(UserPort& user, const Clock& clock, std::size_t capacity)
     : user_(user), clock_(clock), text_(capacity) {}
 

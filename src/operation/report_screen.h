@@ -40,6 +40,9 @@ struct OperationCounters {
     std::uint64_t reportLines = 0;
 };
 
+/// What a person reads when a run ends for want of memory.
+[[nodiscard]] MessageBox OutOfMemoryBox();
+
 class ReportScreen {
   public:
     enum class State { Idle, Running, Paused, Stopped, Done };

@@ -9,6 +9,7 @@
 #include "ui/confirm_window.h"
 #include "ui/reliability_test_window.h"
 
+#include <new>
 #include <QPointer>
 
 namespace zr5 {
@@ -75,7 +76,15 @@ OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& m
 void OperationDesk::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
     const OutOfUse outOfUse(setup_, mainWindow_);
     stopRequested_ = false;
-    work([this] { return stopRequested_; });
+    try {
+        work([this] { return stopRequested_; });
+    } catch (const std::bad_alloc&) {
+        if (screen_.IsRunning()) {
+            screen_.Halt();
+            screen_.EndRun();
+        }
+        machine_.user.Ask(OutOfMemoryBox());
+    }
 }
 
 void OperationDesk::Perform() {
