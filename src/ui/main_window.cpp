@@ -198,7 +198,8 @@ void MainWindow::HoverOver(QPushButton& button) {
 void MainWindow::FocusLeft(QLineEdit& box, Qt::FocusReason reason) {
     if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
     if (hovering_) {
-        LeaveTextBox(box, SetupDesk::Leaving::Silently);
+        const QString typed = box.text();
+        if (!LeaveTextBox(box, SetupDesk::Leaving::Silently)) putBack_[&box] = typed;
         return;
     }
     QMetaObject::invokeMethod(
@@ -220,9 +221,17 @@ bool MainWindow::LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving) {
     return accepted;
 }
 
+/// What hovering has put back is refused now, before anything is done with the value in force.
+bool MainWindow::LeaveTextBoxSpeaking(QLineEdit& box) {
+    const auto typed = putBack_.constFind(&box);
+    if (typed != putBack_.constEnd()) box.setText(typed.value());
+    putBack_.remove(&box);
+    return LeaveTextBox(box, SetupDesk::Leaving::Speaking);
+}
+
 bool MainWindow::LeaveTextBoxes() {
     for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
-        if (!LeaveTextBox(*Find<QLineEdit>(name), SetupDesk::Leaving::Speaking)) return false;
+        if (!LeaveTextBoxSpeaking(*Find<QLineEdit>(name))) return false;
     }
     return true;
 }

@@ -82,6 +82,7 @@ class MainWindow : public QWidget {
     void ApplyPalette();
     bool LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving);
     bool LeaveTextBoxes();
+    bool LeaveTextBoxSpeaking(QLineEdit& box);
     void ShowRandomness();
     void HoverOver(QPushButton& button);
     void FocusLeft(QLineEdit& box, Qt::FocusReason reason);
@@ -132,6 +133,7 @@ class MainWindow : public QWidget {
     KeyFrame keyFrame_;
     KeyLabels keyLabels_ = NoKeyLabels();
     bool hovering_ = false;
+    QHash<QLineEdit*, QString> putBack_; ///< what hovering has put back without a word
     bool closeAfterRun_ = false;
 };
 

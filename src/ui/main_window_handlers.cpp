@@ -89,6 +89,7 @@ void MainWindow::ConnectTextBoxes() {
     for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
         auto* box = Find<QLineEdit>(name);
         box->installEventFilter(this);
+        connect(box, &QLineEdit::textEdited, this, [this, box] { putBack_.remove(box); });
         connect(box, &QLineEdit::returnPressed, this,
                 [this, box] { LeaveTextBox(*box, SetupDesk::Leaving::Speaking); });
     }

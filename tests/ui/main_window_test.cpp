@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "libs/clock.h"
+#include "setup/field_rules.h"
 #include "support/fakes.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
@@ -188,6 +189,9 @@ TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
     EXPECT_EQ(box.text(), "20") << "put back, and no box was asked for";
     Hover("cmdRandomnessReport");
     EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
+    user.Expect(RefusedMaxNumFilesBox());
+    Click("cmdDoIt"); // the user meant 3
+    EXPECT_TRUE(program.log.empty()) << "nothing has begun";
 }
 
 TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
