@@ -55,7 +55,7 @@ bool MatchesPart(const std::u32string& name, const std::u32string& pattern) {
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
     pattern = Trim(pattern);
-    if (pattern == EveryName) return true;
+    if (pattern == EveryName || pattern == "*") return true; // without a dot: "*" and ".*"
     if (name.find_first_of(NeverMatched) != std::string_view::npos) return false;
     const NameParts nameParts = SplitName(Trim(name));
     const NameParts wanted = SplitName(pattern);

@@ -14,8 +14,7 @@ void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked
     const std::string judged = fileSystem_.CanonicalPath(folder).value_or(folder);
     if (const auto forbidden =
             ForbiddenFolders(fileSystem_).NameOf(WithTrailingSeparator(judged))) {
-        user_.Ask(Notice("A '" + *forbidden + "' folder cannot be selected.", buttonCaption,
-                         BoxIcon::Information));
+        user_.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
         return;
     }
     ConsiderateVisitor visitor(user_, stopped);

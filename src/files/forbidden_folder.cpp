@@ -112,4 +112,15 @@ std::optional<std::string> ForbiddenFolders::NameOf(const std::string& path) con
     return found->second;
 }
 
+std::optional<std::string> ForbiddenInput(const OperationSetup& setup, FileSystem& fileSystem) {
+    if (setup.InputMode != InputSource::FilesInAFolder) return std::nullopt;
+    const std::string& folder = setup.Folder[Input];
+    return ForbiddenFolders(fileSystem)
+        .NameOf(WithTrailingSeparator(fileSystem.CanonicalPath(folder).value_or(folder)));
+}
+
+MessageBox ForbiddenFolderBox(const std::string& name, const std::string& title) {
+    return Notice("A '" + name + "' folder cannot be selected.", title, BoxIcon::Information);
+}
+
 } // namespace zr5

@@ -3,6 +3,8 @@
 // Folders that are never worked on: the system's own, and the trash.
 
 #include "libs/file_system.h"
+#include "setup/operation_setup.h"
+#include "util/user_port.h"
 
 #include <optional>
 #include <string>
@@ -31,5 +33,12 @@ class ForbiddenFolders {
     FileSystem& fileSystem_;
     std::vector<std::pair<FileIdentity, std::string>> systemFolders_;
 };
+
+/// The name of the input folder when it is forbidden, as one from a setup file may be.
+[[nodiscard]] std::optional<std::string> ForbiddenInput(const OperationSetup& setup,
+                                                        FileSystem& fileSystem);
+
+/// What a person reads when a forbidden folder is chosen.
+[[nodiscard]] MessageBox ForbiddenFolderBox(const std::string& name, const std::string& title);
 
 } // namespace zr5

@@ -1,8 +1,10 @@
 #include "operation/checks.h"
 
+#include "files/forbidden_folder.h"
 #include "operation/disk_space.h"
 #include "operation/extension_lists.h"
 #include "operation/work_list.h"
+#include "setup/reliability_condition.h"
 #include "setup/verb_form.h"
 #include "util/display.h"
 #include "util/paths.h"
@@ -23,10 +25,19 @@ bool OutputIsInput(const OperationSetup& setup, FileSystem& fileSystem) {
            SameFile(fileSystem, setup.FilePath(Input), setup.FilePath(Output));
 }
 
-/// The text when nothing matches; the texts of a program-text file name the pattern.
+/// A box without words helps nobody: `otherwise` where there is no program-text file.
+std::string TextOr(FileKit& fileKit, std::int16_t number, const char* otherwise) {
+    std::string text = GetProgramText(fileKit, number);
+    return text.empty() ? otherwise : text;
+}
+
 std::string NothingToDoText(const OperationSetup& setup, FileKit& fileKit) {
-    if (setup.IncludeSubfolders()) return GetProgramText(fileKit, NoMatchInSubfoldersText);
-    if (setup.EffectivePattern() != AllFilesPattern) return GetProgramText(fileKit, NoMatchText);
+    if (setup.IncludeSubfolders()) {
+        return TextOr(fileKit, NoMatchInSubfoldersText, "No files match the file pattern.");
+    }
+    if (setup.EffectivePattern() != AllFilesPattern) {
+        return TextOr(fileKit, NoMatchText, "No files match the file pattern.");
+    }
     return "The input folder is empty.";
 }
 
@@ -96,7 +107,9 @@ std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSyste
         return Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
     }
     const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
-    return ProblemWithSpace(fileSystem, setup.Folder[separate ? Output : Input], *count.totalBytes);
+    // The reliability test makes an encrypted and a decrypted copy.
+    const std::uint64_t neededBytes = *count.totalBytes * (IsReliabilityTest(setup) ? 2 : 1);
+    return ProblemWithSpace(fileSystem, setup.Folder[separate ? Output : Input], neededBytes);
 }
 
 } // namespace
@@ -109,8 +122,12 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
         return false;
     };
     if (OutputIsInput(setup, machine.fileSystem)) {
-        return refuse(Notice(GetProgramText(machine.fileKit, OutputIsInputText),
-                             PerformCaption(setup.Operation), BoxIcon::Information));
+        return refuse(
+            Notice(TextOr(machine.fileKit, OutputIsInputText, "The output file is the input file."),
+                   PerformCaption(setup.Operation), BoxIcon::Information));
+    }
+    if (const auto forbidden = ForbiddenInput(setup, machine.fileSystem)) {
+        return refuse(ForbiddenFolderBox(*forbidden, PerformCaption(setup.Operation)));
     }
     if (const auto question = AntiVirusQuestion(setup);
         question && user.Ask(*question) != Answer::Yes) {
@@ -120,7 +137,9 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     if (stopped()) return false;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
-    if (!view.Confirm(ConfirmationFor(setup, key, count))) return false;
+    const bool outputIsThere = setup.OutputMode == OutputTarget::SeparateOutput &&
+                               machine.fileSystem.Info(setup.FilePath(Output)).has_value();
+    if (!view.Confirm(ConfirmationFor(setup, key, count, outputIsThere))) return false;
     const auto problem = ProblemWithSize(setup, machine.fileSystem, count);
     return problem ? refuse(*problem) : true;
 }

@@ -55,7 +55,7 @@ std::string TwiceSentence(const FileCount& count) {
 } // namespace
 
 Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
-                             const FileCount& count) {
+                             const FileCount& count, bool outputIsThere) {
     const std::string encryption = VerbForm(setup.Operation, "encryption");
     Confirmation confirmation;
     confirmation.operation =
@@ -68,6 +68,10 @@ Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
     } else {
         confirmation.output = OutputSentence(setup);
         confirmation.warning = TwiceSentence(count);
+        if (outputIsThere) {
+            confirmation.warning += confirmation.warning.empty() ? "" : " ";
+            confirmation.warning += "The output file exists already. It will be overwritten.";
+        }
     }
     if (setup.InputMode == InputSource::FilesInAFolder) {
         confirmation.reminder = "It is advisable to list the files before performing "

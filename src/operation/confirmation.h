@@ -16,13 +16,14 @@ struct Confirmation {
     std::string operation; ///< which operation, and the key's checksum
     std::string input;     ///< which files, and how many
     std::string output;    ///< where the result goes
-    std::string warning;   ///< of files that would be encrypted a second time
+    std::string warning;   ///< of files that would be overwritten or encrypted a second time
     std::string reminder;  ///< to list the files first; for folders
     std::string question;
 };
 
+/// `outputIsThere`: a separate output exists already.
 [[nodiscard]] Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
-                                           const FileCount& count);
+                                           const FileCount& count, bool outputIsThere);
 
 /// The window that asks. Anything but Yes is no.
 class ConfirmationView {

@@ -25,6 +25,7 @@ bool CopiesFolder::Make(const std::string& parent) {
     std::string path;
     for (int number = 1; number <= LastNumber && status == FsStatus::AlreadyExists; ++number) {
         path = parent + NameWithNumber(number);
+        hasNumber_ = number > 1;
         status = fileSystem_.MakeFolder(path);
     }
     if (status != FsStatus::Ok) return false;

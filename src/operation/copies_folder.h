@@ -22,6 +22,8 @@ class CopiesFolder {
     /// "zr5test-copies-2", to "-999". False when that cannot be done; nothing is left then.
     [[nodiscard]] bool Make(const std::string& parent);
 
+    /// Whether it got a number because the name without one was taken.
+    [[nodiscard]] bool HasNumber() const { return hasNumber_; }
     /// These end in a separator and are set once it is made.
     [[nodiscard]] const std::string& Path() const { return path_; }
     [[nodiscard]] const std::string& Encrypted() const { return encrypted_; }
@@ -41,6 +43,7 @@ class CopiesFolder {
     std::string path_;
     std::string encrypted_;
     std::string decrypted_;
+    bool hasNumber_ = false;
     bool mayRemove_ = false;
 };
 

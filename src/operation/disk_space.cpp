@@ -67,7 +67,7 @@ std::optional<MessageBox> ProblemWithSpace(FileSystem& fileSystem, const std::st
                       (neededKilobytes == freeKilobytes && totalBytes % KilobyteBytes == 0);
     if (fits) return std::nullopt;
     return Notice("Estimated space required on drive " + drive + " is" +
-                      Amount(neededKilobytes, Rounding::Up) + ", but there is only " +
+                      Amount(neededKilobytes, Rounding::Up) + ", but there is only" +
                       Amount(freeKilobytes, Rounding::Down) + " available.",
                   "Insufficient disk space", BoxIcon::Exclamation);
 }

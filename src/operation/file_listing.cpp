@@ -1,5 +1,6 @@
 #include "operation/file_listing.h"
 
+#include "files/forbidden_folder.h"
 #include "operation/anti_virus_warning.h"
 #include "operation/extension_lists.h"
 #include "operation/randomness_tally.h"
@@ -98,6 +99,10 @@ std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingF
 void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
                const std::string& buttonCaption, const StopAsked& stopped,
                const std::function<void()>& show) {
+    if (const auto forbidden = ForbiddenInput(setup, machine.fileSystem)) {
+        machine.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
+        return;
+    }
     ConsiderateVisitor first(machine.user, stopped); // only as far as the first file
     const WalkResult found = WalkFolder(machine.fileSystem, WalkRequestFor(setup, 1), first);
     if (found.files == 0) {

@@ -25,7 +25,7 @@ std::string PurgeWarning::MessageFor(const std::string& path) const {
            "before running Vaultline ZR5 or during a run (like now)."
            "\r\n\r\n"
            "For more secure purging of files Velmora Systems' Shredline is recommended\r\n"
-           "(see the online user manual).";
+           "(see Velmora Systems' web page for this product).";
 }
 
 } // namespace zr5

@@ -1,20 +1,11 @@
 #include "operation/reliability_rules.h"
 
-#include "util/paths.h"
 #include "util/text.h"
 
 #include <charconv>
 
 namespace zr5 {
 namespace {
-
-constexpr std::string_view FolderName = "zr5test";
-constexpr std::string_view Pattern = "*.tst";
-
-std::string OwnName(std::string_view folder) {
-    if (!folder.empty() && IsSeparatorIn(folder, folder.back())) folder.remove_suffix(1);
-    return SplitPath(folder).name;
-}
 
 /// The number that `typed` is, blanks around it aside; empty when it is anything else.
 std::optional<int> WholeNumber(std::string_view typed) {
@@ -26,16 +17,6 @@ std::optional<int> WholeNumber(std::string_view typed) {
 }
 
 } // namespace
-
-bool IsReliabilityTest(const OperationSetup& setup) {
-    if (setup.Operation != Function::Encrypt || setup.InputMode != InputSource::FilesInAFolder ||
-        setup.IncludeSubfolders() || setup.EffectivePattern() != Pattern) {
-        return false;
-    }
-    const std::string name = OwnName(setup.Folder[Input]);
-    return name == FolderName ||
-           (IsWindowsShaped(setup.Folder[Input]) && LowerCaseWithAccents(name) == FolderName);
-}
 
 std::string ReliabilityTestForm::Text() {
     return "You have chosen to encrypt files with .tst extension in a subfolder "

@@ -1,9 +1,9 @@
 #pragma once
 
-// When an encryption is the reliability test, and the rules of the window `frmReliabilityTest`
-// that asks how often it is to be performed.
+// The rules of the window `frmReliabilityTest`, which asks how often the reliability test is to be
+// performed.
 
-#include "setup/operation_setup.h"
+#include "setup/reliability_condition.h"
 #include "util/user_port.h"
 
 #include <optional>
@@ -11,10 +11,6 @@
 #include <string_view>
 
 namespace zr5 {
-
-/// Encrypting the files "*.tst" of a folder, without its subfolders, whose own name is "zr5test".
-/// Capitals count in the pattern; in the name of the folder only where they do for the system.
-[[nodiscard]] bool IsReliabilityTest(const OperationSetup& setup);
 
 class ReliabilityTestForm {
   public:

@@ -16,11 +16,11 @@ struct ReliabilityRequest {
     RandomSource& random;
 };
 
-/// Runs the test on the files of the list, which `IsReliabilityTest` (reliability_rules.h) was
+/// Runs the test on the files of the list, which `IsReliabilityTest` (reliability_condition.h) was
 /// true of, from the head of the report to its closing summary, to its end, to the first failure
 /// or to the user's stop. Files, setup and key stay as they are. The copies are removed in every
-/// case but one: when a decrypted copy differs from its original, all are kept, and the report
-/// says where. The engine holds no key afterwards.
+/// case but one: when a comparison fails, all are kept, and the report says where. The engine holds
+/// no key afterwards.
 void RunReliabilityTest(const OperationContext& operation, const ReliabilityRequest& request,
                         ReportScreen& screen, const ListingSummary& listing = {});
 

@@ -1,6 +1,7 @@
 #include "setup/main_window_view.h"
 
 #include "setup/labels.h"
+#include "setup/reliability_condition.h"
 #include "setup/verb_form.h"
 #include "setup/words.h"
 #include "util/display.h"
@@ -81,7 +82,9 @@ void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
     view["cmdKeyFrom"].text = "Specify " + verb("encryption") + " key";
     view["cmdDoIt"].text = PerformCaption(setup.Operation);
     view["cmdListFiles"].text = "List files to be " + verb("encrypted");
-    view["lblFilesInAFolder"].text = "Files will be " + verb("encrypted") + " 'in place'.";
+    view["lblFilesInAFolder"].text = IsReliabilityTest(setup)
+                                         ? "Copies of the files will be tested."
+                                         : "Files will be " + verb("encrypted") + " 'in place'.";
     view["lblInputFile"].text = InputOutputFileWord(Input, setup.InputMode) + ":";
     view["lblOutputFile"].text = InputOutputFileWord(Output, setup.InputMode) + ":";
 }

@@ -16,6 +16,10 @@ MessageBox PromptBox(Prompt prompt, InputSource source) {
         return box("Specify " + word, "Please specify the input " + word + ".");
     case Prompt::SpecifyOutput:
         return box("Specify " + word, "Please specify the output " + word + ".");
+    case Prompt::ChooseAnew:
+        return box("Specify " + word, "The output of this setup does not fit its other options.\r\n"
+                                      "Please select the input " +
+                                          word + " anew, or clear the setup.");
     }
     return {};
 }

@@ -12,6 +12,7 @@ enum class Prompt {
     MissingOutput, ///< "Please specify output file."
     SpecifyInput,  ///< "Please specify the input file."
     SpecifyOutput, ///< "Please specify the output file."
+    ChooseAnew,    ///< the output does not fit, and no control of the window is for it
 };
 
 /// The prompt's box; "file" becomes "folder" when the input is a folder.

@@ -51,6 +51,7 @@ bool SetupDesk::AnswerSubfolders(bool include) {
         return false;
     }
     if (include && !HasSubfolders()) {
+        state_.setup.SubfolderAnswer = false;
         user_.Ask(Notice(DisplayName(state_.setup.Folder[Input]) + " has no subfolders.",
                          "Subfolders?", BoxIcon::Information));
         return false;
@@ -138,7 +139,11 @@ bool SetupDesk::ReadyToPerform() {
     RewriteLabels();
     const int disagreement = CheckLabels();
     if (disagreement == 0) return true;
-    Ask(disagreement >= -4 ? Prompt::SpecifyInput : Prompt::SpecifyOutput);
+    const bool outputIsChosenApart = setup.InputMode == InputSource::SingleFile &&
+                                     setup.OutputMode == OutputTarget::SeparateOutput;
+    Ask(disagreement >= -4    ? Prompt::SpecifyInput
+        : outputIsChosenApart ? Prompt::SpecifyOutput
+                              : Prompt::ChooseAnew);
     return false;
 }
 

@@ -84,6 +84,7 @@ void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed) {
     if (!chosen || chosen->empty()) return;
     const std::string path = MeantPath(fileSystem_, *chosen);
     if (LoadSetup(path)) {
+        desk_.RewriteLabels(); // a file written by hand may show other paths than it means
         desk_.SetSetupFileName(path);
         return;
     }

@@ -72,6 +72,7 @@ class SetupReader {
 
     [[nodiscard]] bool Read() {
         if (!ReadOptions() || !ReadPaths(Input) || !ReadPaths(Output) || !ReadLimits()) {
+            if (!patternWasRead_) StayNarrow();
             return false;
         }
         setup_.FolderCaption = folderCaptions_;
@@ -117,6 +118,7 @@ class SetupReader {
     [[nodiscard]] bool ReadLimits() {
         const auto pattern = fields_.NextText();
         if (!pattern) return false;
+        patternWasRead_ = true;
         if (!HasForbiddenCharacter(*pattern, Wildcards::Allowed)) {
             setup_.FilePattern = Trim(*pattern);
         }
@@ -124,6 +126,17 @@ class SetupReader {
         if (!maximum) return false;
         setup_.MaxNumFiles = StoredMaxNumFiles(*maximum);
         return true;
+    }
+
+    /// A file that ends before its pattern must not come to mean all files.
+    void StayNarrow() {
+        if (setup_.InputMode != InputSource::FilesInAFolder) return;
+        const std::string& name = setup_.FileName[Input];
+        if (name.empty() || HasForbiddenCharacter(name, Wildcards::Allowed)) {
+            setup_.Folder[Input].clear();
+        } else {
+            setup_.FilePattern = name;
+        }
     }
 
     /// The files of a folder are named by the pattern, whatever the file says.
@@ -139,6 +152,7 @@ class SetupReader {
     OperationSetup& setup_;
     Captions folderCaptions_;
     Captions filesCaptions_;
+    bool patternWasRead_ = false;
 };
 
 } // namespace

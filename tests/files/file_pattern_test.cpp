@@ -22,7 +22,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(PatternCase{"notes.txt", "*.txt", true},
                     PatternCase{"notes.txt", "*.TXT", false}, PatternCase{"notes", "*.txt", false},
                     PatternCase{"notes", "*.*", true}, PatternCase{"what?", "*.*", true},
-                    PatternCase{"what?", "*", false}, PatternCase{"a:b.txt", "*.txt", false},
+                    PatternCase{"what?", "*", true}, PatternCase{"a:b.txt", "*.txt", false},
                     PatternCase{"report1.txt", "report?.txt", true},
                     PatternCase{"report.txt", "report?.txt", false},
                     PatternCase{"report12.txt", "report?.txt", false},

@@ -45,12 +45,24 @@ TEST_F(Checks, PassOnceTheUserConfirms) {
     EXPECT_EQ(view.asked[0].question, "Perform this encryption operation?");
 }
 
+TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.Folder = {"/usr/share/", "/usr/share/"};
+    user.Expect(Notice("A 'usr' folder cannot be selected.", "Perform the encryption",
+                       BoxIcon::Information));
+    EXPECT_FALSE(May());
+}
+
 TEST_F(Checks, DescribeADifferentOutput) {
     setup.Operation = Function::Decrypt;
     ChooseOutput("b.txt");
     EXPECT_TRUE(May());
     EXPECT_EQ(view.asked.back().output,
               "The output file is specified as b.txt in the same folder.");
+    EXPECT_EQ(view.asked.back().warning, "");
+    folder.Write("b.txt", "of an earlier run");
+    EXPECT_TRUE(May());
+    EXPECT_EQ(view.asked.back().warning, "The output file exists already. It will be overwritten.");
     const TemporaryFolder elsewhere;
     setup.Folder[Output] = elsewhere.Path();
     EXPECT_TRUE(May());
@@ -158,13 +170,13 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
         std::string amounts; ///< empty: it fits
     } cases[] = {
         {5 * Kb, 5 * Kb, ""},
-        {5 * Kb + 1, 5 * Kb, "5 KB, but there is only  5 KB"},
+        {5 * Kb + 1, 5 * Kb, "5 KB, but there is only 5 KB"},
         {5 * Kb, 5 * Kb - 512, ""}, // rounded to whole kilobytes
-        {5 * Kb, 5 * Kb - 513, "5 KB, but there is only  4 KB"},
-        {1, 0, "0 KB, but there is only  0 KB"},
-        {1024 * Kb, 1023 * Kb, "1 MB, but there is only  1023 KB"},
-        {1537 * Kb, 1536 * Kb, "1.6 MB, but there is only  1.5 MB"},
-        {2048 * Mb, 1 * Mb, "2,048 MB, but there is only  1 MB"},
+        {5 * Kb, 5 * Kb - 513, "5 KB, but there is only 4 KB"},
+        {1, 0, "0 KB, but there is only 0 KB"},
+        {1024 * Kb, 1023 * Kb, "1 MB, but there is only 1023 KB"},
+        {1537 * Kb, 1536 * Kb, "1.6 MB, but there is only 1.5 MB"},
+        {2048 * Mb, 1 * Mb, "2,048 MB, but there is only 1 MB"},
     };
     for (const auto& each : cases) {
         std::filesystem::resize_file(folder / "a.txt", each.needed);

@@ -235,7 +235,8 @@ TEST_F(Desk, RefusesAFolderOperationWithSeparateOutput) {
     OperationSetup setup = desk.Setup();
     setup.OutputMode = OutputTarget::SeparateOutput;
     desk.TakeOver(setup);
-    user.Expect("Specify folder", "Please specify the output folder.");
+    user.Expect("Specify folder", "The output of this setup does not fit its other options.\r\n"
+                                  "Please select the input folder anew, or clear the setup.");
     EXPECT_FALSE(desk.ReadyToPerform());
 }
 

@@ -191,7 +191,8 @@ TEST_F(Store, NeverTurnsASetupIntoOneThatOverwrites) {
     setup.OutputMode = OutputTarget::SeparateOutput;
     folder.Write("separate.opn", WriteSetupText(setup).value());
     EXPECT_FALSE(store.LoadSetup(folder / "separate.opn"));
-    user.Expect("Specify folder", "Please specify the output folder.");
+    user.Expect("Specify folder", "The output of this setup does not fit its other options.\r\n"
+                                  "Please select the input folder anew, or clear the setup.");
     EXPECT_FALSE(desk.ReadyToPerform());
 
     setup = OperationSetup{};

@@ -120,6 +120,10 @@ TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
           std::string(5000, '\xFF'), std::string(5000, '\0')}) {
         EXPECT_FALSE(ReadSetupText(broken).complete) << broken.substr(0, 300);
     }
+    FileText folder;
+    folder.Change(4, "0").Change(5, "-1").Change(12, "\"*.txt\"");
+    EXPECT_EQ(folder.Resize(17).Read().setup.EffectivePattern(), "*.txt") << "never all files";
+    EXPECT_EQ(folder.Resize(11).Read().setup.Folder[Input], "");
     const OperationSetup part = FileText().Resize(12).Read().setup;
     EXPECT_EQ(part.Operation, Function::Decrypt);
     EXPECT_EQ(part.FilePath(Input), "/in, and more/a.txt");
