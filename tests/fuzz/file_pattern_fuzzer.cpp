@@ -72,7 +72,7 @@ std::string_view WithoutBlanks(std::string_view text) {
 
 bool Matches(std::string_view name, std::string_view pattern) {
     pattern = WithoutBlanks(pattern);
-    if (pattern == "*.*") return true;
+    if (pattern == "*.*" || pattern == "*") return true;
     if (name.find_first_of("?*:\\") != std::string_view::npos) return false;
     name = WithoutBlanks(name);
     const auto base = [](std::string_view text) { return text.substr(0, text.rfind('.')); };
