@@ -81,7 +81,7 @@ InPlaceResult Replace(const OperationContext& operation, const std::string& path
         }
     }
     if (hooks.beforePurge) hooks.beforePurge();
-    const InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
+    InPlaceResult leftBeside{NotRenamedOutcome(path), temporary};
     const auto result = fileSystem.Info(temporary);
     if (!before || !result || !IsSameContent(*before, fileSystem.Info(path))) return leftBeside;
     record.result = MarkOf(*result);
