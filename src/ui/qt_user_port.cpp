@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QSettings>
 #include <QUrl>
 
 namespace zr5 {
@@ -65,6 +66,13 @@ QMessageBox::StandardButton ButtonOf(Answer answer) {
     return QMessageBox::NoButton;
 }
 
+/// The toolkit's picker keeps the folders that were visited, a keyfile's among them, in a file of
+/// its settings. Where no file can be, it neither finds nor leaves any.
+void KeepNoHistory() {
+    for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})
+        QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null/settings"));
+}
+
 /// "Any file | *.*" reads "Any file" and lets every name through.
 QString NameFilter(const std::string& filter) {
     return ToQt(filter).section('|', 0, 0).trimmed() + QStringLiteral(" (*)");
@@ -72,7 +80,9 @@ QString NameFilter(const std::string& filter) {
 
 } // namespace
 
-QtUserPort::QtUserPort() : lastFolder_(QDir::homePath()) {}
+QtUserPort::QtUserPort() : lastFolder_(QDir::homePath()) {
+    KeepNoHistory();
+}
 
 Answer QtUserPort::Ask(const MessageBox& box) {
     QMessageBox window(QApplication::activeWindow());

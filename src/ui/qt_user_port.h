@@ -10,7 +10,8 @@ namespace zr5 {
 
 class NamePicker;
 
-/// Boxes and pickers belong to the window that is active when they open.
+/// Boxes and pickers belong to the window that is active when they open. From the making of it on
+/// the toolkit keeps no settings of this user, so that no picker leaves a trace.
 class QtUserPort final : public UserPort {
   public:
     QtUserPort();

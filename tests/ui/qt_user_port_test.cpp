@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSettings>
 #include <QTest>
 #include <QTimer>
 
@@ -104,6 +105,11 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
 TEST_F(Pickers, GiveNothingWhenCancelled) {
     InNext<QFileDialog>([](QFileDialog&) {});
     EXPECT_EQ(Pick(FilePicker::Kind::Open), std::nullopt);
+}
+
+TEST_F(Pickers, LeaveNoHistory) {
+    const QSettings history(QSettings::UserScope, "QtProject");
+    EXPECT_FALSE(history.isWritable()) << history.fileName().toStdString();
 }
 
 TEST_F(Pickers, AskBeforeAnExistingOutputIsChosen) {
