@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QSettings>
 #include <QUrl>
@@ -80,7 +81,7 @@ QString NameFilter(const std::string& filter) {
 
 } // namespace
 
-QtUserPort::QtUserPort() : lastFolder_(QDir::homePath()) {
+QtUserPort::QtUserPort() {
     KeepNoHistory();
 }
 
@@ -124,11 +125,13 @@ std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
 }
 
 std::optional<std::string> QtUserPort::Run(NamePicker& dialog, const std::string& startFolder) {
+    QString& lastFolder = lastFolders_[dialog.windowTitle()];
+    if (lastFolder.isEmpty()) lastFolder = QDir::homePath();
     dialog.setDirectory(startFolder.empty()
-                            ? lastFolder_
+                            ? lastFolder
                             : QFile::decodeName(QByteArray::fromStdString(startFolder)));
     if (dialog.exec() != QDialog::Accepted || dialog.Chosen().isEmpty()) return std::nullopt;
-    lastFolder_ = dialog.directory().absolutePath();
+    lastFolder = QFileInfo(dialog.Chosen()).absolutePath();
     return QFile::encodeName(dialog.Chosen()).toStdString();
 }
 

@@ -4,6 +4,7 @@
 
 #include "util/user_port.h"
 
+#include <QHash>
 #include <QString>
 
 namespace zr5 {
@@ -27,7 +28,9 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
 
-    QString lastFolder_; ///< where the user was last; home at first
+    /// By the title of the picker, where the user was last with it: somebody who saves a setup is
+    /// not to be led to the keyfile.
+    QHash<QString, QString> lastFolders_;
 };
 
 } // namespace zr5

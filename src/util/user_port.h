@@ -45,7 +45,7 @@ struct FilePicker {
     Kind kind = Kind::Open;
     std::string title;
     std::string filter;
-    std::string startFolder;            ///< empty: where the user was last
+    std::string startFolder; ///< empty: where the user was with this title; home at first
     bool asksBeforeOverwriting = false; ///< the picker's own question, for Kind::Save
 };
 
