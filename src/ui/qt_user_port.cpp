@@ -74,6 +74,11 @@ void KeepNoHistory() {
         QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null/settings"));
 }
 
+/// The toolkit reads "[*]" in a title as a mark of its own, and twice as itself.
+QString TitleOf(const MessageBox& box) {
+    return ToQt(box.title).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
 /// "Any file | *.*" reads "Any file" and lets every name through.
 QString NameFilter(const std::string& filter) {
     return ToQt(filter).section('|', 0, 0).trimmed() + QStringLiteral(" (*)");
@@ -87,8 +92,7 @@ QtUserPort::QtUserPort() {
 
 Answer QtUserPort::Ask(const MessageBox& box) {
     QMessageBox window(QApplication::activeWindow());
-    window.setTextFormat(Qt::PlainText);
-    window.setWindowTitle(ToQt(box.title));
+    window.setWindowTitle(TitleOf(box));
     window.setText(ToQt(box.text));
     window.setIcon(IconOf(box.icon));
     window.setStandardButtons(ButtonsOf(box.buttons));

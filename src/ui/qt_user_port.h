@@ -2,6 +2,7 @@
 
 // The user, reached through the toolkit: message boxes, pickers, clipboard and web browser.
 
+#include "ui/message_boxes.h"
 #include "util/user_port.h"
 
 #include <QHash>
@@ -28,6 +29,7 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
 
+    MessageBoxDresser dresser_;
     /// By the title of the picker, where the user was last with it: somebody who saves a setup is
     /// not to be led to the keyfile.
     QHash<QString, QString> lastFolders_;

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
@@ -62,6 +63,23 @@ TEST(MessageBoxes, ShowNamesAsTheyAreAndLinesAsLines) {
     EXPECT_EQ(user.Ask(Notice("<b>a.txt</b>\r\nb", "Title", BoxIcon::Critical)), Answer::Ok);
 }
 
+TEST(MessageBoxes, ShowLongNamesAndTitlesWhole) {
+    QtUserPort user;
+    InNext<QMessageBox>([](QMessageBox& window) {
+        const auto* text = window.findChild<QLabel*>("lblText");
+        ASSERT_NE(text, nullptr);
+        EXPECT_TRUE(window.rect().contains(text->geometry()));
+        EXPECT_GE(text->height(), text->heightForWidth(text->width()));
+        EXPECT_GE(text->height(), 3 * text->fontMetrics().height());
+    });
+    EXPECT_EQ(user.Ask(Notice(std::string(200, 'W'), "Title")), Answer::Ok);
+    InNext<QMessageBox>([](QMessageBox& window) {
+        const int title = window.fontMetrics().horizontalAdvance(window.windowTitle());
+        EXPECT_GT(window.width(), title + 100);
+    });
+    EXPECT_EQ(user.Ask(Notice("?", "A title longer than the text")), Answer::Ok);
+}
+
 TEST(Clipboard, GetsTheLineEndsOfTheDesktop) {
     QtUserPort user;
     user.CopyToClipboard("one\r\ntwo \xc3\xa9");
@@ -93,7 +111,8 @@ class Pickers : public testing::Test {
 
 TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
     folder.Write("without a dot", "x");
-    for (const std::string name : {"without a dot", "missing", "caf\\xE9", "say \"hi\".txt"}) {
+    for (const std::string name :
+         {"without a dot", "missing", "tmp/missing", "caf\\xE9", "say \"hi\".txt"}) {
         TypeInNext(name);
         EXPECT_EQ(Pick(FilePicker::Kind::Open), folder / name);
         EXPECT_EQ(title, "Pick");
@@ -127,7 +146,7 @@ TEST_F(Pickers, LeaveNoHistory) {
 }
 
 TEST_F(Pickers, AskBeforeAnExistingOutputIsChosen) {
-    for (const char* name : {"old.zr5", "old \"one\".zr5"}) {
+    for (const char* name : {"<b>old.zr5", "old \"one\".zr5"}) {
         folder.Write(name, "x");
         bool asked = false;
         InNext<QFileDialog>([&](QFileDialog& dialog) {
@@ -135,7 +154,7 @@ TEST_F(Pickers, AskBeforeAnExistingOutputIsChosen) {
             ASSERT_NE(box, nullptr);
             box->setText(name);
             InNext<QMessageBox>([&](QMessageBox& question) {
-                asked = true;
+                asked = question.textFormat() == Qt::PlainText;
                 Press(question, Qt::Key_Escape);
             });
             QTest::keyClick(box, Qt::Key_Return);
