@@ -213,6 +213,7 @@ void ReportScreen::ShowPass(std::uint64_t done, std::uint64_t total) {
 void ReportScreen::NextPass() {
     ++progress_.file.passesDone;
     progress_.file.ofPass = 0.0;
+    NotifyState();
 }
 
 void ReportScreen::EndFile(std::uint64_t listedBytes) {
