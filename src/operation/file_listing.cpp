@@ -51,7 +51,9 @@ class ListingVisitor : public ConsiderateVisitor {
     }
 
     bool GoesOn() override {
-        return ConsiderateVisitor::GoesOn() && !thereAreMore_ && !screen_.IsFull();
+        if (!ConsiderateVisitor::GoesOn() || thereAreMore_ || screen_.IsFull()) return false;
+        screen_.PauseStep();
+        return !screen_.StopRequested();
     }
 
     [[nodiscard]] std::uint64_t Files() const { return files_; }

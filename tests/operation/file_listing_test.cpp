@@ -51,7 +51,7 @@ TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
     EXPECT_EQ(screen.PausedDoneText(), "Done");
 }
 
-TEST_F(Listing, EndsAtTheMaximumOrWhenStopped) {
+TEST_F(Listing, EndsAtTheMaximumOrWhenStoppedInAPause) {
     setup.MaxNumFiles = 5;
     for (int i = 0; i < 8; ++i) {
         folder.Write(std::to_string(i), "x");
@@ -59,10 +59,12 @@ TEST_F(Listing, EndsAtTheMaximumOrWhenStopped) {
     EXPECT_NE(List().find("\r\nNumber of files to this point: 5\r\n"), std::string::npos);
     int events = 0;
     user.onEvents = [&] {
-        if (screen.IsRunning() && ++events == 2) screen.StopPressed();
+        if (screen.state() == ReportScreen::State::Paused) screen.StopPressed();
+        if (screen.IsRunning() && ++events == 2) screen.PauseContinuePressed();
     };
     EXPECT_NE(List().find("\r\nNumber of files to this point: 2\r\n"), std::string::npos);
     EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+    EXPECT_EQ(events, 3);
 }
 
 TEST_F(Listing, SaysWhenThereIsNothingToList) {
