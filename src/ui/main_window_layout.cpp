@@ -101,8 +101,8 @@ QFrame* FolderFrame(QWidget* parent) {
     grid->addWidget(Button("cmdSpecifyDirectory", frame), 0, 0);
 
     auto* subfolders = new QHBoxLayout;
+    subfolders->setSpacing(GroupSpacing);
     subfolders->addWidget(Text("lblIncludeAllSubfolders", frame));
-    subfolders->addSpacing(RowSpacing);
     AddOptions(frame, subfolders, {"optSubfolders", "optNotSubfolders"});
     subfolders->addStretch(1);
     grid->addLayout(subfolders, 0, 1, 1, 2);
