@@ -5,6 +5,7 @@
 #include "ui/elided_label.h"
 #include "ui/text_edges.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -50,6 +51,7 @@ QRadioButton* SpecifyFilesWindow::AddOption(const char* name, std::size_t option
     button->setObjectName(QLatin1String(name));
     button->setChecked(rules_.Selected() == option);
     ReserveRoomForBold(*button);
+    button->installEventFilter(this);
     connect(button, &QRadioButton::clicked, this, [this, option] {
         rules_.Select(option);
         ShowSelection();
@@ -101,6 +103,19 @@ void SpecifyFilesWindow::LayOut() {
         setTabOrder(before, next);
         before = next;
     }
+}
+
+/// A click on the option that asks for an extension leads to its box; the keys go on from option to
+/// option.
+bool SpecifyFilesWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease &&
+        watched == options_[SpecifyFiles::ByExtension]) {
+        const auto goOn = [this] {
+            if (rules_.ExtensionIsEnabled()) extension_->setFocus();
+        };
+        QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection); // the option comes first
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void SpecifyFilesWindow::ShowSelection() {

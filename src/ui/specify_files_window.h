@@ -29,6 +29,9 @@ class SpecifyFilesWindow final : public QDialog {
     SpecifyFilesWindow(SpecifyFiles& rules, const SpecifyFilesNames& names,
                        QWidget* parent = nullptr);
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     QRadioButton* AddOption(const char* name, std::size_t option);
     QPushButton* AddButton(const char* name, const char* caption);

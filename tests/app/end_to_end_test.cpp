@@ -390,8 +390,11 @@ TEST_F(EndToEnd, SpecifiesFilesByTheirExtension) {
     const auto specify = [this](const char* button, const char* window, const char* option) {
         WhenDialogOpens(Main(), window, [option](QWidget& dialog) {
             auto& box = Control<QLineEdit>(dialog, "txbExtension");
-            Control<QRadioButton>(dialog, option).click();
-            EXPECT_TRUE(Control<QRadioButton>(dialog, option).font().bold());
+            auto& choice = Control<QRadioButton>(dialog, option);
+            QTest::mouseClick(&choice, Qt::LeftButton, {}, QPoint(8, choice.height() / 2));
+            EXPECT_TRUE(choice.font().bold());
+            QApplication::processEvents();
+            EXPECT_EQ(dialog.focusWidget(), &box);
             box.setText(QStringLiteral("*.odg.1"));
             Press(dialog, "cmdAccept");
             EXPECT_TRUE(dialog.isVisible());
