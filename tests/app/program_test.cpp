@@ -3,20 +3,14 @@
 #include "app/startup.h"
 #include "app/web_link.h"
 #include "operation/replacement_journal.h"
+#include "support/desk_fixture.h"
 #include "support/fakes.h"
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
-using test::FakeEngine;
-using test::FakeKit;
-using test::ScriptedUser;
-using test::TemporaryFolder;
 using Names = std::vector<std::string>;
 
 class FakeSetupFiles : public SetupFiles {
@@ -35,7 +29,7 @@ class FakeSetupFiles : public SetupFiles {
     SetupDesk& desk_;
 };
 
-class Program : public testing::Test {
+class ProgramTest : public DeskTest {
   protected:
     bool Start() {
         const WindowSteps steps{[this] { log.push_back("fit"); },
@@ -55,23 +49,18 @@ class Program : public testing::Test {
         key.keyState = key_state::Keyboard;
     }
 
-    TemporaryFolder folder;
     std::string nextRunPath = folder / "zr5e.opn";
-    ScriptedUser user;
     FakeEngine engine;
     FakeKit kit;
     CurrentKey key;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input"; }};
     FakeSetupFiles setupFiles{desk};
-    ProgramParts parts{user, *fileSystem, engine, kit, key, desk};
+    ProgramParts parts{user, disk, engine, kit, key, desk};
     Names log;
 };
 
-TEST_F(Program, StartsWithoutAKeyAndGreetsANewUserOnce) {
+TEST_F(ProgramTest, StartsWithoutAKeyAndGreetsANewUserOnce) {
     HoldKey();
     ExpectStartupMessage();
-    EXPECT_FALSE(desk.StartupDone());
     EXPECT_TRUE(Start());
     EXPECT_TRUE(desk.StartupDone());
     EXPECT_FALSE(key.IsHeld());
@@ -80,13 +69,13 @@ TEST_F(Program, StartsWithoutAKeyAndGreetsANewUserOnce) {
     EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
 }
 
-TEST_F(Program, EndsWhatAnInterruptedRunHasLeft) {
+TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
     const std::string path = folder.Write("a.odt", "as it was");
     {
         ReplacementRecord record;
         record.step = ReplacementRecord::Step::Writing;
         record.originalPath = path;
-        ReplacementJournal journal(*fileSystem);
+        ReplacementJournal journal(disk);
         ASSERT_TRUE(journal.OpenNew(JournalPath(nextRunPath)));
         ASSERT_TRUE(journal.Note(record));
     }
@@ -98,7 +87,7 @@ TEST_F(Program, EndsWhatAnInterruptedRunHasLeft) {
     EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odt"});
 }
 
-TEST_F(Program, EndsAtOnceWhenTheEngineHasNoBuffers) {
+TEST_F(ProgramTest, EndsAtOnceWhenTheEngineHasNoBuffers) {
     engine.allocateResult = 0;
     user.Expect(
         Notice("Attempt to allocate buffers was unsuccessful!", "Fatal error", BoxIcon::Critical));
@@ -106,13 +95,12 @@ TEST_F(Program, EndsAtOnceWhenTheEngineHasNoBuffers) {
     EXPECT_EQ(log, (Names{"fit", "clock"})) << "the window is never shown";
 }
 
-TEST_F(Program, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLabels) {
+TEST_F(ProgramTest, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLabels) {
     folder.Write("zr5e.opn", "x");
     parts.setupFiles = &setupFiles;
-    setupFiles.content.Folder = {"/in/", "/in/"};
-    setupFiles.content.FileName = {"a", "a"};
-    setupFiles.content.FolderCaption = {"/in/", "Same as input"};
-    setupFiles.content.FilesCaption = {"a", "Same as input"};
+    desk.SetInputFile("/in/", "a");
+    desk.RewriteLabels();
+    setupFiles.content = desk.Setup();
     EXPECT_TRUE(Start()) << "without a message";
     EXPECT_EQ(setupFiles.loaded, Names{nextRunPath});
     EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a");
@@ -127,27 +115,22 @@ TEST_F(Program, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLa
     }
 }
 
-TEST_F(Program, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
-    desk.ResetSetup();
+TEST_F(ProgramTest, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
     EXPECT_TRUE(Quit()) << "nothing is chosen, nothing is asked";
     engine.calls.clear();
     desk.SetInputFile("/in/", "a");
     user.Expect(Question("Really quit?", "Quit"), Answer::No);
     EXPECT_FALSE(Quit());
-    HoldKey();
-    const auto withKey =
-        Question("The key will be erased from memory on quit.\r\n\r\nReally quit?", "Quit");
-    user.Expect(withKey, Answer::No);
-    EXPECT_FALSE(Quit());
-    EXPECT_TRUE(key.IsHeld());
     EXPECT_TRUE(engine.calls.empty()) << "the engine goes on when the user stays";
-    user.Expect(withKey, Answer::Yes);
+    HoldKey();
+    user.Expect(Question("The key will be erased from memory on quit.\r\n\r\nReally quit?", "Quit"),
+                Answer::Yes);
     EXPECT_TRUE(Quit());
     EXPECT_FALSE(key.IsHeld());
     EXPECT_EQ(engine.CallNames(), Names{"deallocate_buffers"});
 }
 
-TEST_F(Program, OffersToWipeTheSetupFileAndKeepsItByDefault) {
+TEST_F(ProgramTest, OffersToWipeTheSetupFileAndKeepsItByDefault) {
     folder.Write("zr5e.opn", "x");
     const auto question = Question("A setup-for-next-run file exists on disk.\r\n"
                                    "Do you wish to wipe this file?",
@@ -168,7 +151,7 @@ TEST_F(Program, OffersToWipeTheSetupFileAndKeepsItByDefault) {
     EXPECT_TRUE(Quit());
 }
 
-TEST_F(Program, FindsItsTextsBesideTheExecutable) {
+TEST_F(ProgramTest, FindsItsTextsBesideTheExecutable) {
     LoadTextsBesideExecutable(user, kit, "/opt/Zr5/ZR5E");
     EXPECT_EQ(kit.loaded, Names{"/opt/Zr5/zr5e.dat"});
     EXPECT_EQ(ProgramTextFileName("ZR5E.EXE"), "zr5e.dat");
@@ -198,8 +181,7 @@ TEST(WebLink, OpensTheSecureAddressOrExplainsWhyTheBrowserDidNotStart) {
                  {31, start + "31.\r\n\r\nFile extension 'html' is not associated with any "
                               "application program."},
                  {8, start + "8.\r\n\r\nOut of memory."},
-                 {2, start + "2.\r\n\r\nPlease try once more."},
-                 {0, start + "0."}};
+                 {2, start + "2.\r\n\r\nPlease try once more."}};
     for (const auto& [code, text] : cases) {
         ScriptedUser user;
         user.openAddressResult = code;
@@ -221,4 +203,4 @@ TEST(WebLink, SpellsFilesSoThatEveryByteSurvives) {
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

@@ -1,18 +1,15 @@
 #include "files/folder_choice.h"
 
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
+#include "support/desk_fixture.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
-class InputFolder : public testing::Test {
+class InputFolder : public DeskTest {
   protected:
     InputFolder() {
-        desk.ResetSetup();
         desk.SelectInputMode(InputSource::FilesInAFolder);
         std::filesystem::create_directories(folder / "sub/deep");
     }
@@ -21,11 +18,7 @@ class InputFolder : public testing::Test {
         choice.ChooseInput("Select input folder", [this] { return stopped; });
     }
     bool stopped = false;
-    test::TemporaryFolder folder;
-    test::ScriptedUser user;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input folder"; }};
-    FolderChoice choice{user, *fileSystem, desk};
+    FolderChoice choice{user, disk, desk};
 };
 
 TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
@@ -33,12 +26,12 @@ TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
     Choose(folder / "sub");
     EXPECT_EQ(desk.Setup().Folder[Input], folder / "sub/");
     EXPECT_EQ(desk.Setup().Folder[Output], folder / "sub/");
-    EXPECT_EQ(desk.Refresh().at("lblFiles(0)").text, "All files");
+    EXPECT_EQ(Text("lblFiles(0)"), "All files");
     EXPECT_EQ(desk.CheckLabels(), 0);
     EXPECT_TRUE(desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking));
-    EXPECT_EQ(desk.Refresh().at("lblFiles(0)").text, "All files matching *.txt");
+    EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
     Choose(folder / "sub");
-    EXPECT_EQ(desk.Refresh().at("lblFiles(0)").text, "All files matching: *.txt");
+    EXPECT_EQ(Text("lblFiles(0)"), "All files matching: *.txt");
     EXPECT_EQ(desk.Setup().FileName[Output], "*.txt");
 }
 
@@ -61,4 +54,4 @@ TEST_F(InputFolder, IsRefusedWhenItIsForbiddenOrHoldsNoFile) {
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

@@ -34,33 +34,46 @@ class Recorder : public WalkVisitor {
     bool GoesOn() override { return files.size() < most; }
 };
 
+/// A disk on which a system folder is mounted a second time, at `place`.
+class MountedTwice : public test::FaultyFileSystem {
+  public:
+    using FaultyFileSystem::FaultyFileSystem;
+    std::string place;
+    std::optional<FileIdentity> IdentityOf(const std::string& path) override {
+        return FaultyFileSystem::IdentityOf(path == place ? "/etc" : path);
+    }
+};
+
 class FolderWalk : public testing::Test {
   protected:
     void Make(const std::string& name) {
         fs::create_directories(fs::path(folder / name).parent_path());
         folder.Write(name, "12345");
     }
+    WalkResult WalkIn(const std::string& path, std::uint64_t limit = 0) {
+        seen = {};
+        return WalkFolder(disk, {path, "*.*", true, false, limit}, seen);
+    }
     WalkResult Walk(const std::string& pattern = "*.*", bool subfolders = true,
                     std::uint64_t limit = 0) {
         seen = {};
-        return WalkFolder(*system, {folder.Path(), pattern, subfolders, true, limit}, seen);
+        return WalkFolder(disk, {folder.Path(), pattern, subfolders, true, limit}, seen);
     }
     std::set<std::string> Names() {
         std::set<std::string> names;
-        for (const std::string& path : seen.files) {
+        for (const std::string& path : seen.files)
             names.insert(path.substr(folder.Path().size()));
-        }
         return names;
     }
     test::TemporaryFolder folder;
     std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    MountedTwice disk{*system};
     Recorder seen;
 };
 
 TEST_F(FolderWalk, TakesEachFoldersFilesBeforeItsSubfolders) {
-    for (const char* name : {"a.txt", "b.doc", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt"}) {
+    for (const char* name : {"a.txt", "b.doc", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt"})
         Make(name);
-    }
     const WalkResult all = Walk("*.txt");
     EXPECT_EQ(all.files, 4U);
     EXPECT_EQ(all.totalBytes, 20U);
@@ -89,43 +102,26 @@ TEST_F(FolderWalk, PassesForbiddenFoldersByAlsoBehindALinkToTheFolder) {
     Make("in/.Trash-1000/b");
     Make("in/$RECYCLE.BIN/c");
     fs::create_directory_symlink(folder / "in", folder / "way");
-    seen = {};
-    const WalkResult result =
-        WalkFolder(*system, {folder.Path() + "way/", "*.*", true, false, 0}, seen);
-    EXPECT_EQ(result.files, 1U);
+    EXPECT_EQ(WalkIn(folder / "way/").files, 1U);
     EXPECT_EQ(seen.files, std::vector<std::string>{folder / "way/a"});
     EXPECT_EQ(seen.prohibited,
               (std::set<std::string>{folder / "way/.Trash-1000/", folder / "way/$RECYCLE.BIN/"}));
-    seen = {};
-    EXPECT_EQ(WalkFolder(*system, {"/usr/share/", "*.*", true, false, 1}, seen).files, 0U);
+    EXPECT_EQ(WalkIn("/usr/share/", 1).files, 0U);
     EXPECT_EQ(seen.prohibited, std::set<std::string>{"/usr/share/"});
 }
-
-/// A disk on which a system folder is mounted a second time.
-class MountedTwice : public test::FaultyFileSystem {
-  public:
-    using FaultyFileSystem::FaultyFileSystem;
-    std::string place;
-    std::optional<FileIdentity> IdentityOf(const std::string& path) override {
-        return FaultyFileSystem::IdentityOf(path == place ? "/etc" : path);
-    }
-};
 
 TEST_F(FolderWalk, PassesASystemFolderByUnderAnyName) {
     Make("a");
     Make("settings/b");
-    MountedTwice disk(*system);
     disk.place = folder / "settings/";
-    seen = {};
-    EXPECT_EQ(WalkFolder(disk, {folder.Path(), "*.*", true, false, 0}, seen).files, 1U);
+    EXPECT_EQ(WalkIn(folder.Path()).files, 1U);
     EXPECT_EQ(seen.prohibited, std::set<std::string>{disk.place});
     EXPECT_EQ(ForbiddenFolders(disk).NameOf(disk.place), "etc");
 }
 
 TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {
-    for (int i = 0; i < 25; ++i) {
+    for (int i = 0; i < 25; ++i)
         Make("f" + std::to_string(i));
-    }
     Make("sub/last");
     EXPECT_EQ(Walk("*.*", true, 10).files, 10U);
     EXPECT_EQ(seen.files.size(), 10U);
@@ -133,28 +129,56 @@ TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {
     EXPECT_FALSE(Walk("*.*", true, 27).cutShort);
     Recorder impatient;
     impatient.most = 3;
-    const WalkResult result =
-        WalkFolder(*system, {folder.Path(), "*.*", true, false, 0}, impatient);
+    const WalkResult result = WalkFolder(disk, {folder.Path(), "*.*", true, false, 0}, impatient);
     EXPECT_EQ(result.files, 3U);
     EXPECT_TRUE(result.cutShort);
 }
 
 TEST_F(FolderWalk, GoesOnPastFoldersThatCannotBeReadAndNamesThem) {
-    const WalkResult gone =
-        WalkFolder(*system, {folder.Path() + "gone/", "*.*", true, false, 0}, seen);
+    const WalkResult gone = WalkIn(folder / "gone/");
     EXPECT_EQ(gone.files, 0U);
     EXPECT_FALSE(gone.cutShort);
     EXPECT_EQ(UnreadableNote(gone), "\r\n(One folder could not be read.)");
     Make("a");
     Make("sub/b");
-    test::FaultyFileSystem disk(*system);
     disk.Fail(test::FsCall::ListFolder, 2, FsStatus::NotPermitted);
-    seen = {};
-    const WalkResult part = WalkFolder(disk, {folder.Path(), "*.*", true, false, 0}, seen);
+    const WalkResult part = WalkIn(folder.Path());
     EXPECT_EQ(seen.files, std::vector<std::string>{folder / "a"});
     EXPECT_EQ(seen.unreadable, std::vector<std::string>{folder / "sub/"});
     EXPECT_EQ(part.unreadable, 1U);
     EXPECT_EQ(UnreadableNote(Walk()), "");
+}
+
+TEST(Folder, IsForbiddenUnderTheNameThatIsReported) {
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"C:\\Users\\someone\\Documents\\", "Users"},
+        {"C:\\$Recycle.Bin\\", "Recycle Bin"},
+        {"d:\\recycler", "Recycle Bin"},
+        {"C:\\windows2\\", "Windows"},
+        {"C:\\Program Files (x86)\\a\\", "Program Files"},
+        {"C:\\System Volume Information\\", "System Volume Information"},
+        {"C:\\data\\Windows\\", ""},
+        {"C:\\", ""},
+        {"C:", ""},
+        {"/usr", "usr"},
+        {"/usr/share/doc/", "usr"},
+        {"/USR/", ""},
+        {"/usrlocal/", ""},
+        {"/lib64/", "lib64"},
+        {"/var/lib/x/", "lib"},
+        {"/var/log/", ""},
+        {"/home/a/usr/", ""},
+        {"/home/a/.local/share/Trash/files/", "Recycle Bin"},
+        {"/home/a/Trash/", ""},
+        {"/media/stick/.Trash-1000/", "Recycle Bin"},
+        {"/media/stick/$RECYCLE.BIN/", "Recycle Bin"},
+        {"/mnt/d/System Volume Information/", "System Volume Information"},
+        {"/home/", ""},
+        {"/root/a/", ""},
+        {"/tmp/", ""},
+        {"/", ""}};
+    for (const auto& [path, reported] : cases)
+        EXPECT_EQ(ForbiddenFolderName(path).value_or(""), reported) << path;
 }
 
 } // namespace

@@ -1,12 +1,10 @@
 #include "files/single_file_choice.h"
 
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
+#include "support/desk_fixture.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -14,54 +12,33 @@ namespace fs = std::filesystem;
 constexpr const char* InputButton = "Select input file";
 constexpr const char* OutputButton = "Specify output file";
 
-/// Remembers what the pickers were asked for.
-class PickingUser : public test::ScriptedUser {
-  public:
-    std::optional<std::string> PickFile(const FilePicker& picker) override {
-        lastPicker = picker;
-        return ScriptedUser::PickFile(picker);
-    }
-    FilePicker lastPicker;
-};
-
-class SingleFile : public testing::Test {
+class SingleFile : public DeskTest {
   protected:
-    SingleFile() {
-        desk.ResetSetup();
-        folder.Write("a.txt", "content");
-    }
+    SingleFile() { folder.Write("a.txt", "content"); }
     /// Picks a file of the folder; with a reason, it is to be refused.
     void Choose(const std::string& name, const std::string& refusal = {}) {
-        user.ExpectFile("Select file to be encrypted", folder / name);
-        ExpectRefusal(name, refusal, InputButton);
+        ExpectPick("Select file to be encrypted", name, refusal, InputButton);
         choice.ChooseInput(InputButton);
     }
     void ChooseForOutput(const std::string& name, const std::string& refusal = {}) {
-        user.ExpectFile("Specify output file for the encrypted file", folder / name);
-        ExpectRefusal(name, refusal, OutputButton);
+        ExpectPick("Specify output file for the encrypted file", name, refusal, OutputButton);
         choice.ChooseOutput(OutputButton);
     }
-    void ExpectRefusal(const std::string& name, const std::string& reason, const char* button) {
-        if (reason.empty()) return;
-        user.Expect(Notice((folder / name) + "\r\n" + reason, button, BoxIcon::Information));
+    void ExpectPick(const char* title, const std::string& name, const std::string& refusal,
+                    const char* button) {
+        user.ExpectFile(title, folder / name);
+        if (refusal.empty()) return;
+        user.Expect(Notice((folder / name) + "\r\n" + refusal, button, BoxIcon::Information));
     }
-    [[nodiscard]] std::string InputPath() const { return desk.Setup().FilePath(Input); }
-    [[nodiscard]] std::string OutputPath() const { return desk.Setup().FilePath(Output); }
-
-    test::TemporaryFolder folder;
-    PickingUser user;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input"; }};
-    SingleFileChoice choice{user, *fileSystem, desk};
+    SingleFileChoice choice{user, disk, desk};
 };
 
 TEST_F(SingleFile, IsTakenAsChosenAndItsSizeShown) {
     Choose("a.txt");
     EXPECT_EQ(user.lastPicker.filter, "Any file | *.*");
-    EXPECT_EQ(desk.Setup().Folder[Input], folder.Path());
-    EXPECT_EQ(desk.Setup().FileName[Input], "a.txt");
+    EXPECT_EQ(InputPath(), folder / "a.txt");
     EXPECT_EQ(OutputPath(), InputPath());
-    EXPECT_EQ(desk.Refresh().at("lblSize").text, "Size: 7 bytes");
+    EXPECT_EQ(Text("lblSize"), "Size: 7 bytes");
 }
 
 TEST_F(SingleFile, IsAskedForInTheWordsOfTheFunctionAndStaysWhenThePickerIsCancelled) {
@@ -98,7 +75,7 @@ TEST_F(SingleFile, IsResolvedWhenItIsALinkAndMayHaveANameThatIsNoText) {
     const std::string path = folder.Write("caf\xe9", "x");
     Choose("caf\\xE9");
     EXPECT_EQ(InputPath(), path);
-    EXPECT_EQ(desk.Refresh().at("lblFiles(0)").text, "caf\\xE9");
+    EXPECT_EQ(Text("lblFiles(0)"), "caf\\xE9");
     // A file whose name really reads like an escape comes first.
     folder.Write("caf\\xE9", "y");
     Choose("caf\\xE9");
@@ -123,6 +100,10 @@ TEST_F(OutputFile, MayBeNewOrExistAndThePickerAsksBeforeOverwriting) {
     folder.Write("old.zr5", "x");
     ChooseForOutput("old.zr5");
     EXPECT_EQ(OutputPath(), folder / "old.zr5");
+    folder.MakeSpecials("a.txt");
+    for (const char* name : {"folder", "new/"})
+        ChooseForOutput(name, "is a folder, not a file.");
+    EXPECT_EQ(OutputPath(), folder / "old.zr5");
 }
 
 TEST_F(OutputFile, CountsAsTheInputByWhateverNameItIsReached) {
@@ -135,24 +116,15 @@ TEST_F(OutputFile, CountsAsTheInputByWhateverNameItIsReached) {
     }
 }
 
-TEST_F(OutputFile, IsRefusedWhenItIsAFolder) {
-    folder.MakeSpecials("a.txt");
-    ChooseForOutput("folder", "is a folder, not a file.");
-    ChooseForOutput("new/", "is a folder, not a file.");
-    EXPECT_EQ(OutputPath(), "");
-}
-
 TEST_F(OutputFile, IsAskedAboutWhenAnEscapedNameHidesAnExistingFile) {
     const std::string path = folder.Write("caf\xe9", "x");
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         user.ExpectFile("Specify output file for the encrypted file", folder / "caf\\xE9");
-        user.Expect(Question("Overwrite existing file " + folder.Path() + "caf\\xE9?",
-                             "File exists already.", BoxIcon::Question, Answer::No),
-                    answer);
+        user.Expect(OverwriteQuestion(folder.Path() + "caf\\xE9"), answer);
         choice.ChooseOutput(OutputButton);
         EXPECT_EQ(OutputPath(), answer == Answer::No ? "" : path);
     }
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

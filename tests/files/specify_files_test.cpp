@@ -1,14 +1,12 @@
 #include "files/extension_rule.h"
 #include "files/specify_input_files.h"
 #include "files/specify_output_files.h"
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
+#include "support/desk_fixture.h"
 
 #include <array>
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
 constexpr std::size_t ByExtension = SpecifyFiles::ByExtension;
@@ -26,26 +24,21 @@ TEST(Extension, IsTakenWithoutWhatPrecedesItOrRefused) {
           {"*.", "", "Please specify an extension."},
           {"a/b", "a/b", forbidden},
           {"*.*", "*", forbidden}}) {
-        test::ScriptedUser user;
+        ScriptedUser user;
         if (!refusal.empty()) user.Expect(Notice(refusal, "Error", BoxIcon::Exclamation));
         EXPECT_EQ(TidyExtension(typed), tidy);
         EXPECT_EQ(AcceptsExtension(user, tidy), refusal.empty()) << typed;
     }
 }
 
-class SpecifyDialogs : public testing::Test {
+class SpecifyDialogs : public DeskTest {
   protected:
-    SpecifyDialogs() { desk.ResetSetup(); }
     bool Accept(SpecifyFiles&& rules, std::size_t option, const char* extension = "") {
         rules.Select(option);
         rules.SetExtension(extension);
         return rules.Accept();
     }
-    test::TemporaryFolder folder;
-    test::ScriptedUser user;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input"; }};
-    SingleFileChoice choice{user, *fileSystem, desk};
+    SingleFileChoice choice{user, disk, desk};
 };
 
 TEST_F(SpecifyDialogs, ForTheInputSetPatternAndSubfoldersAndShowThemAgain) {
@@ -58,7 +51,6 @@ TEST_F(SpecifyDialogs, ForTheInputSetPatternAndSubfoldersAndShowThemAgain) {
     EXPECT_EQ(desk.Setup().FilePattern, "*.doc");
     EXPECT_EQ(dialog().Selected(), ByExtension);
     EXPECT_EQ(dialog().Extension(), "doc");
-
     user.Expect(Notice(folder.Path() + " has no subfolders.", "Subfolders?", BoxIcon::Information));
     EXPECT_FALSE(Accept(dialog(), withSubfolders));
     EXPECT_EQ(desk.Setup().FilePattern, "*.doc") << "a refusal changes nothing";
@@ -78,20 +70,17 @@ TEST_F(SpecifyDialogs, ForTheOutputNameItByExtensionAndAskAboutWhatExists) {
     const std::string old = folder.Write("a.b.enc", "x");
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
     desk.SetInputFile(folder.Path(), "a.b.txt");
-    const auto dialog = [&] { return SpecifyOutputFiles(user, *fileSystem, desk, choice); };
-    const auto output = [&] { return desk.Setup().FilePath(Output); };
+    const auto dialog = [&] { return SpecifyOutputFiles(user, disk, desk, choice); };
     EXPECT_TRUE(Accept(dialog(), ByExtension, ".zr5"));
-    EXPECT_EQ(output(), folder / "a.b.zr5");
+    EXPECT_EQ(OutputPath(), folder / "a.b.zr5");
     EXPECT_EQ(dialog().Extension(), "zr5");
     for (const Answer answer : {Answer::No, Answer::Yes}) {
-        user.Expect(Question("Overwrite existing file " + old + "?", "File exists already.",
-                             BoxIcon::Question, Answer::No),
-                    answer);
+        user.Expect(OverwriteQuestion(old), answer);
         EXPECT_EQ(Accept(dialog(), ByExtension, "enc"), answer == Answer::Yes);
-        EXPECT_EQ(output(), answer == Answer::Yes ? old : folder / "a.b.zr5");
+        EXPECT_EQ(OutputPath(), answer == Answer::Yes ? old : folder / "a.b.zr5");
     }
     EXPECT_TRUE(Accept(dialog(), ByExtension, "txt"));
-    EXPECT_EQ(output(), desk.Setup().FilePath(Input));
+    EXPECT_EQ(OutputPath(), InputPath());
 
     const auto pick = [&](std::size_t option, std::optional<std::string> path) {
         user.ExpectFile("Specify output file for the encrypted file", std::move(path));
@@ -99,13 +88,13 @@ TEST_F(SpecifyDialogs, ForTheOutputNameItByExtensionAndAskAboutWhatExists) {
     };
     EXPECT_TRUE(pick(SpecifyOutputFiles::ExistingFile, old));
     EXPECT_FALSE(pick(SpecifyOutputFiles::NewFile, std::nullopt)) << "stays open after a cancel";
-    EXPECT_EQ(output(), old);
+    EXPECT_EQ(OutputPath(), old);
     EXPECT_TRUE(pick(SpecifyOutputFiles::NewFile, folder / "new"));
     EXPECT_EQ(dialog().Selected(), SpecifyOutputFiles::NewFile);
     desk.SetInputFile(folder.Path(), ".profile");
     EXPECT_TRUE(Accept(dialog(), ByExtension, "enc"));
-    EXPECT_EQ(output(), folder / ".profile.enc");
+    EXPECT_EQ(OutputPath(), folder / ".profile.enc");
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

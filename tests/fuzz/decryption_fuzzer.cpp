@@ -32,9 +32,8 @@ void Require(bool condition) {
 class CountingRandom final : public RandomSource {
   public:
     void Fill(std::span<std::byte> into) override {
-        for (std::byte& byte : into) {
+        for (std::byte& byte : into)
             byte = static_cast<std::byte>(next_++ * 0x9E3779B9U >> 24U);
-        }
     }
 
   private:
@@ -115,9 +114,8 @@ void ChangeBits(std::string& file, Steps& steps) {
 void PutBytes(std::string& file, Steps& steps) {
     const std::size_t at = steps.Place(file);
     std::string bytes(steps.Byte(), '\0');
-    for (char& byte : bytes) {
+    for (char& byte : bytes)
         byte = static_cast<char>(steps.Byte());
-    }
     file.replace(at, bytes.size(), bytes);
 }
 
@@ -186,13 +184,12 @@ Outcome Expected(const std::string& file) {
             lastIsDamaged = isLast;
         }
     }
-    if (endIsWrong || (damaged == 1 && lastIsDamaged)) {
+    if (endIsWrong || (damaged == 1 && lastIsDamaged))
         outcome.code = engine_code::CorruptEndPartial;
-    } else if (damaged == 0) {
+    else if (damaged == 0)
         outcome.code = engine_code::Success;
-    } else {
+    else
         outcome.code = engine_code::OneDamagedBlock + 1 - std::min(damaged, 9);
-    }
     return outcome;
 }
 

@@ -2,7 +2,9 @@
 // prefixes of the one against all of the other, and is done in time.
 
 #include "files/file_pattern.h"
+#include "libs/unicode.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -13,34 +15,13 @@ namespace {
 
 using Characters = std::vector<std::string>;
 
-/// Well-formed UTF-8 as in table 3-7 of the Unicode standard; every other byte by itself.
-std::size_t CharacterLength(std::string_view text) {
-    const auto at = [&](std::size_t i) {
-        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-    };
-    const auto follows = [&](std::size_t i, unsigned low = 0x80, unsigned high = 0xBF) {
-        return at(i) >= low && at(i) <= high;
-    };
-    const unsigned first = at(0);
-    if (first >= 0xC2 && first <= 0xDF && follows(1)) return 2;
-    const bool second3 = first == 0xE0   ? follows(1, 0xA0)
-                         : first == 0xED ? follows(1, 0x80, 0x9F)
-                                         : follows(1);
-    if (first >= 0xE0 && first <= 0xEF && second3 && follows(2)) return 3;
-    const bool second4 = first == 0xF0   ? follows(1, 0x90)
-                         : first == 0xF4 ? follows(1, 0x80, 0x8F)
-                                         : follows(1);
-    if (first >= 0xF0 && first <= 0xF4 && second4 && follows(2) && follows(3)) return 4;
-    return 1;
-}
-
+/// Every byte that is no UTF-8 is a character by itself.
 Characters Split(std::string_view text) {
     Characters characters;
-    while (!text.empty()) {
-        const std::size_t length = CharacterLength(text);
-        characters.emplace_back(text.substr(0, length));
-        text.remove_prefix(length);
-    }
+    char32_t ignored = 0;
+    for (std::size_t at = 0; at < text.size(); at += characters.back().size())
+        characters.emplace_back(
+            text.substr(at, std::max<std::size_t>(1, zr5::Utf8Sequence(text, at, ignored))));
     return characters;
 }
 

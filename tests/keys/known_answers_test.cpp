@@ -1,5 +1,4 @@
 #include "libs/clock.h"
-#include "libs/md5.h"
 #include "libs/random.h"
 #include "libs/zr5_engine.h"
 #include "support/known_answers.h"
@@ -24,16 +23,6 @@ std::string Stored(const std::string& name) {
     std::ifstream file(Data / name, std::ios::binary);
     EXPECT_TRUE(file) << name;
     return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string Md5Text(std::string_view bytes) {
-    std::string text;
-    for (const unsigned byte : MD5Digest(bytes)) {
-        constexpr std::string_view Digits = "0123456789abcdef";
-        text += Digits[byte >> 4U];
-        text += Digits[byte & 0xFU];
-    }
-    return text;
 }
 
 TEST(KnownAnswers, OpenAsTheTableSays) {
@@ -70,9 +59,8 @@ TEST(KnownAnswers, OpenAsTheTableSays) {
 }
 
 TEST(KnownAnswers, AreMadeAgainToTheByte) {
-    for (const auto& [name, bytes] : MakeKnownFiles()) {
+    for (const auto& [name, bytes] : MakeKnownFiles())
         EXPECT_TRUE(Stored(name) == bytes) << name;
-    }
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
-#include <vector>
 
 // What a file is besides its content goes with it through the cipher, and nobody else can read
 // it on the way.
@@ -63,32 +62,21 @@ TEST_F(Attributes, ExtendedOnesGoThroughBothDirections) {
     }
 }
 
-/// One entry of an access list as the file system keeps it: tag, permissions, user or group.
-void AddAclEntry(std::vector<unsigned char>& list, unsigned tag, unsigned permissions,
-                 unsigned id) {
-    for (const unsigned part : {tag & 0xFFU, tag >> 8U, permissions, 0U, id & 0xFFU,
-                                (id >> 8U) & 0xFFU, (id >> 16U) & 0xFFU, id >> 24U}) {
-        list.push_back(static_cast<unsigned char>(part));
-    }
-}
-
 TEST_F(Attributes, AccessListsGoThroughBothDirections) {
     constexpr const char* Name = "system.posix_acl_access";
-    constexpr unsigned Nobody = ~0U;
-    std::vector<unsigned char> list{2, 0, 0, 0};
-    AddAclEntry(list, 0x01, 6, Nobody); // the owner reads and writes
-    AddAclEntry(list, 0x02, 4, 12345);  // this user reads
-    AddAclEntry(list, 0x04, 0, Nobody); // the group nothing
-    AddAclEntry(list, 0x10, 4, Nobody); // at most reading
-    AddAclEntry(list, 0x20, 0, Nobody); // others nothing
+    // As the file system keeps it: a version; then tag, permissions, user or group of each entry:
+    // the owner reads and writes, user 12345 reads, the group nothing, at most reading, others
+    // nothing.
+    const std::string list(
+        "\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\4\0\x39\x30\0\0\4\0\0\0\xFF\xFF\xFF\xFF"
+        "\x10\0\4\0\xFF\xFF\xFF\xFF\x20\0\0\0\xFF\xFF\xFF\xFF",
+        44);
     const std::string plain = folder.Write("plain", "content");
-    if (setxattr(plain.c_str(), Name, list.data(), list.size(), 0) != 0) {
+    if (setxattr(plain.c_str(), Name, list.data(), list.size(), 0) != 0)
         GTEST_SKIP() << "the temporary folder's file system has no access lists";
-    }
-    const std::string expected(list.begin(), list.end());
     GoThroughBoth();
-    EXPECT_EQ(AttributeOf(folder / "sealed", Name), expected);
-    EXPECT_EQ(AttributeOf(folder / "back", Name), expected);
+    EXPECT_EQ(AttributeOf(folder / "sealed", Name), list);
+    EXPECT_EQ(AttributeOf(folder / "back", Name), list);
 
     // What a folder gives to new files must not make the result readable for more people.
     ASSERT_EQ(

@@ -51,9 +51,8 @@ class Damage : public EngineTest {
     [[nodiscard]] static std::string Joined(const std::string& header,
                                             std::initializer_list<std::string> blocks) {
         std::string bytes = header.substr(0, HeaderBytes);
-        for (const std::string& block : blocks) {
+        for (const std::string& block : blocks)
             bytes += block;
-        }
         return bytes;
     }
 };
@@ -64,16 +63,14 @@ TEST_F(Damage, OfAnyByteOfASmallFileAndByCuttingItOffAnywhereIsFound) {
         SCOPED_TRACE(at);
         const std::string damaged = Flipped(sealed, at, static_cast<unsigned>(at % 8));
         const std::string cut = sealed.substr(0, at);
-        if (at < HeaderBytes) {
+        if (at < HeaderBytes)
             ExpectRejected(damaged);
-        } else {
+        else
             ExpectResult(damaged, CorruptEndPartial, std::string(20, '\0'));
-        }
-        if (at <= HeaderBytes + TagBytes) {
+        if (at <= HeaderBytes + TagBytes)
             ExpectRejected(cut);
-        } else {
+        else
             ExpectResult(cut, CorruptEndPartial, std::string(at - HeaderBytes - TagBytes, '\0'));
-        }
     }
 }
 
@@ -109,15 +106,14 @@ TEST_F(Damage, ByCuttingOffIsToldFromDamageInside) {
     const std::string plain = PatternBytes(3 * BlockBytes);
     const std::string sealed = Sealed(plain);
     const std::string two = plain.substr(0, 2 * BlockBytes);
-    for (const auto& [length, expected] : {
-             std::pair{BlockAt(3) - 1, Without(plain.substr(0, plain.size() - 1), {2})},
-             {BlockAt(2) + TagBytes + 1, two + '\0'},
-             {BlockAt(2) + TagBytes, two},
-             {BlockAt(2) + 1, two},
-             {BlockAt(2), two},
-             {BlockAt(2) - 1, Without(two.substr(0, two.size() - 1), {1})},
-             {BlockAt(1), plain.substr(0, BlockBytes)},
-         }) {
+    for (const auto& [length, expected] :
+         {std::pair{BlockAt(3) - 1, Without(plain.substr(0, plain.size() - 1), {2})},
+          {BlockAt(2) + TagBytes + 1, two + '\0'},
+          {BlockAt(2) + TagBytes, two},
+          {BlockAt(2) + 1, two},
+          {BlockAt(2), two},
+          {BlockAt(2) - 1, Without(two.substr(0, two.size() - 1), {1})},
+          {BlockAt(1), plain.substr(0, BlockBytes)}}) {
         SCOPED_TRACE(length);
         ExpectResult(sealed.substr(0, length), CorruptEndPartial, expected);
     }
@@ -162,8 +158,7 @@ TEST_F(Damage, ByMovingBlocksIsFound) {
         {"last repeated", Joined(sealed, {a, b, c, c}), -18, plain + std::string(BlockBytes, '\0')},
         {"of another file", Joined(sealed, {a, Block(other, 1), c}), -21, Without(plain, {1})},
         {"last of another file", Joined(sealed, {a, b, Block(other, 2)}), -18, Without(plain, {2})},
-        {"under another header", Joined(other, {a, b, c}), -23, Without(plain, {0, 1, 2})},
-    };
+        {"under another header", Joined(other, {a, b, c}), -23, Without(plain, {0, 1, 2})}};
     for (const auto& entry : cases) {
         SCOPED_TRACE(entry.what);
         ExpectResult(entry.bytes, entry.code, entry.expected);

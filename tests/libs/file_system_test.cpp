@@ -1,4 +1,7 @@
 #include "libs/file_system.h"
+#include "libs/safe_file.h"
+
+#include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
 #include <filesystem>
@@ -65,28 +68,71 @@ TEST_F(SystemFiles, HaveOneIdentityUnderAllTheirNames) {
         bool same;
     };
     const auto path = [&](const char* name) { return folder / name; };
-    for (const Case& entry : {
-             Case{path("file"), path("file"), true},
-             Case{path("file"), path("hard"), true},
-             Case{path("file"), path("soft"), true},
-             Case{path("file"), path("./below/..//file"), true},
-             Case{path("file"), path("below/up/file"), true},
-             Case{path("file"), path("other"), false},
-             Case{path("file"), path("FILE"), false},
-             Case{path("file"), path("none"), false},
-             Case{path("none"), path("./none"), true}, // neither is there
-             Case{path("none"), path("nine"), false},
-             Case{"C:\\Text\\a.TXT", "c:\\text\\A.txt", true},
-             Case{"C:\\Text\\\xC3\x84.txt", "c:\\text\\\xC3\xA4.txt", true},
-             Case{"C:\\a.txt", "D:\\a.txt", false},
-             Case{"\\\\Server\\a", "\\\\SERVER\\A", true},
-             Case{"C:\\a\xFF", "c:\\A\xFF", true}, // not UTF-8
-             Case{"C:\\a", path("file"), false},
-         }) {
+    for (const Case& entry :
+         {Case{path("file"), path("file"), true}, Case{path("file"), path("hard"), true},
+          Case{path("file"), path("soft"), true},
+          Case{path("file"), path("./below/..//file"), true},
+          Case{path("file"), path("below/up/file"), true}, Case{path("file"), path("other"), false},
+          Case{path("file"), path("FILE"), false}, Case{path("file"), path("none"), false},
+          Case{path("none"), path("./none"), true}, // neither is there
+          Case{path("none"), path("nine"), false}, Case{"C:\\Text\\a.TXT", "c:\\text\\A.txt", true},
+          Case{"C:\\Text\\\xC3\x84.txt", "c:\\text\\\xC3\xA4.txt", true},
+          Case{"C:\\a.txt", "D:\\a.txt", false}, Case{"\\\\Server\\a", "\\\\SERVER\\A", true},
+          Case{"C:\\a\xFF", "c:\\A\xFF", true}, // not UTF-8
+          Case{"C:\\a", path("file"), false}}) {
         SCOPED_TRACE(entry.a + " and " + entry.b);
         EXPECT_EQ(SameFile(*disk, entry.a, entry.b), entry.same);
         EXPECT_EQ(SameFile(*disk, entry.b, entry.a), entry.same);
     }
+}
+
+class SafeFile : public testing::Test {
+  protected:
+    FsStatus Write(IfThere ifThere) {
+        return WriteSafely(disk, random, folder / "f", std::as_bytes(std::span(content)), ifThere);
+    }
+    const std::string content = PatternBytes(64);
+    TemporaryFolder folder;
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    FaultyFileSystem disk{*system};
+    SystemRandom random;
+};
+
+TEST_F(SafeFile, IsItsOwnersOnlyAndReplacesNothingUnlessItMay) {
+    EXPECT_EQ(Write(IfThere::Refuse), FsStatus::Ok);
+    EXPECT_EQ(folder.Read("f"), content);
+    EXPECT_EQ(std::filesystem::status(folder / "f").permissions(), std::filesystem::perms(0600));
+    folder.Write("f", "other");
+    EXPECT_EQ(Write(IfThere::Refuse), FsStatus::AlreadyExists);
+    disk.Before(FsCall::Flush, 1, [&] { folder.Remove("f"); });
+    EXPECT_EQ(Write(IfThere::Replace), FsStatus::Ok) << "a file that vanished meanwhile";
+    folder.Remove("f");
+    disk.Before(FsCall::Rename, 1, [&] { folder.Write("f", "newcomer"); });
+    EXPECT_NE(Write(IfThere::Refuse), FsStatus::Ok);
+    EXPECT_EQ(folder.Read("f"), "newcomer");
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"f"});
+}
+
+TEST_F(SafeFile, LeavesTheOldFileOrNothingWhicheverCallFails) {
+    for (const bool replaces : {false, true}) {
+        for (unsigned call = 1;; ++call) {
+            folder.Empty();
+            if (replaces) folder.Write("f", "old");
+            disk.Reset();
+            disk.FailAny(call, FsStatus::NoSpace);
+            const FsStatus status = Write(IfThere::Replace);
+            if (!disk.AllMet()) break;
+            if (status == FsStatus::Ok) continue; // a call without consequence
+            const bool named = disk.Calls().back() == FsCall::FlushFolder;
+            EXPECT_EQ(folder.Has("f") ? folder.Read("f") : "",
+                      !replaces ? "" : (named ? content : "old"))
+                << call;
+            EXPECT_EQ(folder.Names().size(), replaces ? 1U : 0U) << call;
+        }
+    }
+    disk.Reset();
+    disk.Fail(FsCall::Write, 1, FsStatus::NoSpace);
+    EXPECT_EQ(Write(IfThere::Replace), FsStatus::NoSpace);
 }
 
 } // namespace

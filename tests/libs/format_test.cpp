@@ -27,9 +27,8 @@ constexpr std::string_view SealedHex =
 
 std::string FromHex(std::string_view hex) {
     std::string bytes;
-    for (std::size_t i = 0; i < hex.size(); i += 2) {
+    for (std::size_t i = 0; i < hex.size(); i += 2)
         bytes += static_cast<char>(std::stoi(std::string(hex.substr(i, 2)), nullptr, 16));
-    }
     return bytes;
 }
 
@@ -37,9 +36,8 @@ std::string FromHex(std::string_view hex) {
 class CountingRandom : public RandomSource {
   public:
     void Fill(std::span<std::byte> into) override {
-        for (std::byte& byte : into) {
+        for (std::byte& byte : into)
             byte = static_cast<std::byte>(next_++);
-        }
     }
 
   private:

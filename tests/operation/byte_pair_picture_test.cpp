@@ -14,8 +14,6 @@
 namespace zr5::test {
 namespace {
 
-using State = BytePairPicture::State;
-
 TEST(PairCounts, ComparesEachPairWithAnEvenDistribution) {
     PairCounts counts;
     EXPECT_EQ(counts.Brightness(), std::vector<std::uint8_t>(65536)) << "of nothing";
@@ -26,9 +24,8 @@ TEST(PairCounts, ComparesEachPairWithAnEvenDistribution) {
     }
     counts.Add(everyPairOnce);
     EXPECT_EQ(counts.Brightness(), std::vector<std::uint8_t>(65536, 128));
-    const std::vector<std::byte> oneMore{std::byte{3}, std::byte{200}, std::byte{7}};
     for (int i = 0; i < 99; ++i)
-        counts.Add(oneMore);
+        counts.Add(std::vector{std::byte{3}, std::byte{200}, std::byte{7}});
     EXPECT_EQ(counts.Of(3, 200), 100U);
     EXPECT_EQ(counts.Of(200, 3), 1U);
     EXPECT_EQ(counts.Total(), 65536U + 99U) << "a byte without partner is no pair";
@@ -104,14 +101,12 @@ TEST_F(Picture, GoesFromDisplayThroughStopToClose) {
     EXPECT_EQ(picture.Counts().Total(), 2U * 4096) << "what was drawn stays";
     EXPECT_EQ(picture.Random().Total(), 2U * 4096);
     EXPECT_EQ(picture.ButtonCaption(), "Close");
-    EXPECT_TRUE(picture.CanSave());
-    EXPECT_FALSE(picture.ClosesNow());
+    EXPECT_TRUE(picture.CanSave() && !picture.ClosesNow());
     picture.Press();
     EXPECT_TRUE(picture.ClosesNow());
 }
 
 TEST_F(Picture, ClosesAfterTheDrawingThatClosingStops) {
-    EXPECT_TRUE(Of("x").MayClose());
     BytePairPicture picture = Of(PatternBytes(9 * 8192));
     disk.Before(FsCall::Read, 1, [&] { clock.now += std::chrono::milliseconds(50); });
     user.onEvents = [&] {
@@ -119,59 +114,49 @@ TEST_F(Picture, ClosesAfterTheDrawingThatClosingStops) {
         EXPECT_FALSE(picture.ClosesNow());
     };
     picture.Press();
-    EXPECT_TRUE(picture.ClosesNow());
+    EXPECT_TRUE(picture.ClosesNow() && picture.MayClose());
     EXPECT_EQ(picture.Counts().Total(), 4096U);
 }
 
 TEST_F(Picture, SaysWhenTheFileCannotBeRead) {
-    const auto expectBox = [&] { user.Expect(Notice("Error reading file!", "Randomness report")); };
-    BytePairPicture picture = Of(PatternBytes(4 * 8192));
-    disk.Fail(FsCall::Read, 2);
-    expectBox();
-    picture.Press();
-    EXPECT_EQ(picture.state(), State::Finished);
-    EXPECT_EQ(picture.Counts().Total(), 4096U);
-    BytePairPicture gone = Of("xxx");
-    folder.Remove("file");
-    expectBox();
-    gone.Press();
-    EXPECT_EQ(gone.ButtonCaption(), "Close");
+    for (const bool isGone : {false, true}) {
+        BytePairPicture picture = Of(PatternBytes(4 * 8192));
+        disk.Fail(FsCall::Read, 2);
+        if (isGone) folder.Remove("file");
+        user.Expect(Notice("Error reading file!", "Randomness report"));
+        picture.Press();
+        EXPECT_EQ(picture.ButtonCaption(), "Close");
+        EXPECT_EQ(picture.Counts().Total(), isGone ? 0U : 4096U);
+    }
 }
 
 class SavedPicture : public Picture {
   protected:
-    void Save(const std::string& name) {
-        user.ExpectFile("Save picture", folder / name);
-        SaveAsScripted();
-    }
-    void SaveAsScripted() {
+    void Save(const std::optional<std::string>& path, const std::optional<MessageBox>& box = {},
+              Answer answer = Answer::Ok) {
+        user.ExpectFile("Save picture", path);
+        if (box) user.Expect(*box, answer);
         SavePicture(disk, random, user, folder / "pictured.png",
                     std::as_bytes(std::span("PNG", 3)));
     }
     void Refuses(const std::string& name, const std::string& reason) {
-        user.ExpectFile("Save picture", folder / name);
-        user.Expect(Notice(folder / name + "\r\n" + reason, "Save picture", BoxIcon::Exclamation));
-        SaveAsScripted();
+        Save(folder / name,
+             Notice(folder / name + "\r\n" + reason, "Save picture", BoxIcon::Exclamation));
     }
     SystemRandom random;
 };
 
 TEST_F(SavedPicture, GetsAnExtensionAndReplacesAFileOnlyWhenToldTo) {
-    Save("a");
+    Save(folder / "a");
     EXPECT_EQ(folder.Read("a.png"), "PNG");
-    Save("b.PNG");
+    Save(folder / "b.PNG");
     EXPECT_EQ(folder.Read("b.PNG"), "PNG");
     folder.Write("c.png", "old");
-    const MessageBox question = Question("Overwrite existing file " + folder / "c.png" + "?",
-                                         "File exists already.", BoxIcon::Question, Answer::No);
     for (const Answer answer : {Answer::No, Answer::Yes}) {
-        user.ExpectFile("Save picture", folder / "c");
-        user.Expect(question, answer);
-        SaveAsScripted();
+        Save(folder / "c", OverwriteQuestion(folder / "c.png"), answer);
         EXPECT_EQ(folder.Read("c.png"), answer == Answer::Yes ? "PNG" : "old");
     }
-    user.ExpectFile("Save picture", std::nullopt);
-    SaveAsScripted();
+    Save(std::nullopt);
 }
 
 TEST_F(SavedPicture, IsNeverPutInThePlaceOfItsFileAndNamesEveryFailure) {

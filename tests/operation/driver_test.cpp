@@ -2,6 +2,7 @@
 
 #include "operation/file_ops.h"
 #include "operation/operation_fixture.h"
+#include "operation/result_text.h"
 
 #include <filesystem>
 
@@ -31,12 +32,8 @@ TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
     folder.Write("notes.odg", std::string(1234, 'x'));
     ChooseInput("notes.odg");
     const std::string path = folder / "notes.odg";
-    const std::size_t length = ("result of " + path).size();
-    EXPECT_EQ(Run(), "Encrypting " + path +
-                         " to a file with same name.\r\n"
-                         "     notes.odg 1,234 bytes   -> " +
-                         std::to_string(length) + " bytes\r\n");
-    EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    EXPECT_EQ(Entries(), "     notes.odg 1,234 bytes   -> " +
+                             std::to_string(("result of " + path).size()) + " bytes\r\n");
     EXPECT_EQ(screen.counters.totalBytes, 1234U);
     EXPECT_EQ(screen.counters.reportLines, 1U);
     setup.Operation = Function::Decrypt;
@@ -66,7 +63,6 @@ TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
 TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
     folder.Write("empty", "");
     ChooseInput("empty");
-    EXPECT_EQ(Entries(), "         empty  This file is empty (0 bytes).\r\n");
     setup.Operation = Function::Decrypt;
     EXPECT_EQ(Entries(), "         empty  This file is empty (0 bytes).\r\n");
     folder.Write("two", "ab");
@@ -75,7 +71,6 @@ TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
     EXPECT_TRUE(engine.calls.empty());
     EXPECT_EQ(screen.counters.filesProcessed, 0U);
     EXPECT_EQ(screen.counters.filesAttempted, 1U);
-
     setup.Operation = Function::Encrypt;
     EXPECT_NE(Entries().find("2 bytes   -> "), std::string::npos);
 }
@@ -177,14 +172,11 @@ class Anomaly : public DriverTest {
                  "Anomaly", BoxIcon::Question, Answer::No);
 };
 
-TEST_F(Anomaly, SkipsTheLastFileWithoutAskingWhetherToAbort) {
+TEST_F(Anomaly, SkipsTheFileAndAsksWhetherToAbortUnlessItIsTheLast) {
     user.Expect(question, Answer::No);
     EXPECT_EQ(Entries(), "             a 4,096 bytes   skipped (file seems not encrypted)\r\n");
     EXPECT_EQ(screen.counters.filesSkippedAsNotEncrypted, 1U);
     EXPECT_TRUE(engine.calls.empty());
-}
-
-TEST_F(Anomaly, AbortsTheWholeOperationOnlyWhenAskedTo) {
     Add("b");
     for (const Answer abort : {Answer::Yes, Answer::No}) {
         user.Expect(question, Answer::No);
@@ -197,19 +189,18 @@ TEST_F(Anomaly, AbortsTheWholeOperationOnlyWhenAskedTo) {
 }
 
 TEST_F(Anomaly, IsNotSuspectedOfShortUnreadableOrRandomFilesNorWhenEncrypting) {
-    const auto run = [&](const char* name, double randomness, Function function) {
+    using enum Function;
+    for (const auto& [name, randomness, function] : {std::tuple{"small", -0.4, Decrypt},
+                                                     {"a", RandomnessUnreadable, Decrypt},
+                                                     {"a", RandomnessThreshold, Decrypt},
+                                                     {"a", -0.4, Encrypt}}) {
         folder.Write("a", std::string(4096, 'x'));
         ChooseInput(name);
         kit.fileRandomness = randomness;
         setup.Operation = function;
         static_cast<void>(Run());
         EXPECT_EQ(screen.counters.filesProcessed, 1U);
-    };
-    run("small", -0.4, Function::Decrypt);
-    run("a", RandomnessUnreadable, Function::Decrypt);
-    run("a", RandomnessThreshold, Function::Decrypt);
-    run("a", -0.4, Function::Encrypt);
-    EXPECT_TRUE(user.asked.empty());
+    }
 }
 
 TEST_F(DriverTest, StopsBetweenFilesOnly) {
@@ -225,7 +216,35 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
     static_cast<void>(Run());
     EXPECT_EQ(screen.counters.filesProcessed, 2U);
     EXPECT_EQ(folder.Read("c"), "abc");
-    EXPECT_TRUE(folder.Read("b").starts_with("result of "));
+}
+
+TEST(EngineResult, IsReportedInItsOwnWords) {
+    const std::string indent = "\r\n              ";
+    const std::string partial = indent + "Partial plaintext may be in /o/out.txt.";
+    const std::string size =
+        "Invalid block size." + indent + "Decryption key is incorrect or ciphertext is corrupt.";
+    const std::string blocks = indent + "Ciphertext is corrupt or decryption key is incorrect.";
+    const std::pair<std::int16_t, std::string> cases[] = {
+        {-3, "Input file not found."},
+        {-4, "Unable to open input file."},
+        {-5, "Unable to open output file."},
+        {-6, "Read error."},
+        {-7, "Write error."},
+        {-8, size},
+        {-9, "Write error: disk full."},
+        {-16, "Read error." + partial},
+        {-17, "Write error." + partial},
+        {-18, size + partial},
+        {-21, "One block expansion error occurred." + blocks + partial},
+        {-22, "2 block expansion errors occurred." + blocks + partial},
+        {-29, "9 block expansion errors occurred." + blocks + partial}};
+    for (const auto& [code, text] : cases)
+        EXPECT_EQ(EngineResultText(code, "/o/out.txt"), text);
+    for (const int code : {-1, -2, -10, -15, -19, -20, -30, -99, -100, 9}) {
+        EXPECT_EQ(EngineResultText(static_cast<std::int16_t>(code), "/o/out.txt"),
+                  "Unknown error #" + std::to_string(code) + "." +
+                      (code < -15 && code > -100 ? partial : ""));
+    }
 }
 
 } // namespace

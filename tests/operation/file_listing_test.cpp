@@ -53,9 +53,8 @@ TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
 
 TEST_F(Listing, EndsAtTheMaximumOrWhenStoppedInAPause) {
     setup.MaxNumFiles = 5;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < 8; ++i)
         folder.Write(std::to_string(i), "x");
-    }
     EXPECT_NE(List().find("\r\nNumber of files to this point: 5\r\n"), std::string::npos);
     int events = 0;
     user.onEvents = [&] {

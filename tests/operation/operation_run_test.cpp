@@ -14,8 +14,8 @@ class OperationRun : public OperationTest {
             list.push_back({WorkItem::Kind::File, folder / name, folder / name});
         }
     }
-    std::string Run(const std::optional<RandomnessCounts>& randomness = std::nullopt) {
-        RunOperation(Context(), screen, {0, false, randomness});
+    std::string Run() {
+        RunOperation(Context(), screen);
         return screen.text();
     }
 };
@@ -114,24 +114,21 @@ TEST_F(OperationRun, NeedsRoomForTheFirstWordsOfItsReportOnly) {
 }
 
 TEST(RandomnessSummary, IndicatesWhatMostFilesAre) {
-    const std::string plain =
-        "This indicates that all or most files are not already encrypted or compressed.\r\n";
-    const std::string coded =
-        "This indicates that all or most files are already encrypted or compressed.\r\n";
+    const std::string indicates = "This indicates that all or most files are ";
+    const std::string plain = indicates + "not already encrypted or compressed.\r\n";
+    const std::string coded = indicates + "already encrypted or compressed.\r\n";
+    const std::string warning = "Warning: You may be trying to ";
     const struct {
         Function operation;
         RandomnessCounts counts;
         std::string text;
-    } cases[] = {{Function::Encrypt, {3, 3, 6}, ""},
-                 {Function::Encrypt, {1, 0, 1}, ""},
-                 {Function::Encrypt, {3, 1, 4}, plain},
-                 {Function::Decrypt,
-                  {3, 1, 4},
-                  plain + "Warning: You may be trying to decrypt already-decrypted files!\r\n"},
-                 {Function::Encrypt,
-                  {0, 2, 2},
-                  coded + "Warning: You may be trying to encrypt already-encrypted files!\r\n"},
-                 {Function::Decrypt, {0, 2, 2}, coded}};
+    } cases[] = {
+        {Function::Encrypt, {3, 3, 6}, ""},
+        {Function::Encrypt, {1, 0, 1}, ""},
+        {Function::Encrypt, {3, 1, 4}, plain},
+        {Function::Decrypt, {3, 1, 4}, plain + warning + "decrypt already-decrypted files!\r\n"},
+        {Function::Encrypt, {0, 2, 2}, coded + warning + "encrypt already-encrypted files!\r\n"},
+        {Function::Decrypt, {0, 2, 2}, coded}};
     for (const auto& [operation, counts, text] : cases) {
         EXPECT_EQ(
             ListingSummaryText(operation, {7, true, counts}),

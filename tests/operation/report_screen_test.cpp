@@ -55,7 +55,6 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
     screen.PauseStep();
     EXPECT_EQ(waits, 2);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
-
     user.onEvents = [&] { screen.StopPressed(); };
     screen.PauseContinuePressed();
     screen.PauseStep();
@@ -86,15 +85,15 @@ TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
 
 TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
     screen.AppendToReport("one\r\ntwo");
-    screen.CopyPressed("two");
-    EXPECT_EQ(user.clipboard, "two");
-    screen.CopyPressed("");
-    EXPECT_EQ(user.clipboard, "one\r\ntwo");
+    for (const auto& [selected, copied] : {std::pair{"two", "two"}, {"", "one\r\ntwo"}}) {
+        screen.CopyPressed(selected);
+        EXPECT_EQ(user.clipboard, copied);
+    }
     EXPECT_EQ(ReportScreen::CopyCaption(true), "Copy selected text to clipboard");
     EXPECT_EQ(ReportScreen::CopyCaption(false), "Copy to clipboard");
 }
 
-TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFull) {
+TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSaysSo) {
     screen.BeginRun(Function::Encrypt);
     screen.AppendToReport(std::string(999, 'x'));
     EXPECT_FALSE(screen.IsFull());
@@ -112,9 +111,7 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFull) {
     screen.AppendAlways("summary");
     EXPECT_EQ(screen.text(), before + "summary");
     EXPECT_FALSE(screen.StopRequested());
-}
 
-TEST_F(ReportScreenTest, StopsAtAFullTextWhenTheUserSaysNo) {
     screen.BeginRun(Function::Decrypt);
     screen.AppendToReport("short");
     user.Expect(ReportFullQuestion(), Answer::No);

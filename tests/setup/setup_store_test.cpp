@@ -1,54 +1,35 @@
 #include "setup/setup_store.h"
 
 #include "setup/setup_text.h"
-#include "support/faulty_file_system.h"
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
+#include "support/desk_fixture.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
-using test::FaultyFileSystem;
-using test::FsCall;
-using test::ScriptedUser;
 using enum SetupDesk::Leaving;
 
-std::string Texts(std::int16_t number) {
-    return number == TextSameAsInputFolder ? "Same as input folder"
-           : number == TextSameAsInputFile ? "Same as input file"
-                                           : "Same as input files";
-}
-
-class Store : public testing::Test {
+class Store : public DeskTest {
   protected:
-    Store() {
-        desk.ResetSetup();
-        desk.FinishStartup();
-    }
+    Store() { desk.FinishStartup(); }
     /// The text that stands in a setup file for what is on the desk.
     std::string Content() { return WriteSetupText(desk.Setup()).value_or("cannot be written"); }
-    void Load(
-        const std::string& name, const std::function<void()>& thenExpect = [] {}) {
+    /// With the box that is expected after the picker, and its answer.
+    void Load(const std::string& name, const std::optional<MessageBox>& box = {},
+              Answer answer = Answer::Ok) {
         user.ExpectFile("Specify operation file to be loaded", folder / name);
-        thenExpect();
+        if (box) user.Expect(*box, answer);
         store.LoadOperationFile([this] { ++pickersClosed; });
     }
-    void SaveAs(
-        const std::string& name, const std::function<void()>& thenExpect = [] {}) {
+    void SaveAs(const std::string& name, const std::optional<MessageBox>& box = {},
+                Answer answer = Answer::Ok) {
         user.ExpectFile("Specify operation file to be saved", folder / name);
-        thenExpect();
+        if (box) user.Expect(*box, answer);
         store.SaveAsOperationFile([this] { ++pickersClosed; });
     }
 
-    test::TemporaryFolder folder;
-    ScriptedUser user;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    FaultyFileSystem disk{*system};
     SystemRandom random;
-    SetupDesk desk{user, disk, Texts};
     SetupStore store{user, disk, random, desk, folder / "zr5e.opn"};
     int pickersClosed = 0;
 };
@@ -72,8 +53,7 @@ TEST_F(Store, BringsBackEverySetupWithItsLabels) {
             desk.LeaveMaxNumFiles("10000", Speaking);
             desk.LeaveFilePattern("a longer pattern.t?t", Speaking);
             desk.SetInputFolder(folder / "in/"); // the label has a colon now, as after a load
-        },
-    };
+        }};
     for (const auto& set : setups) {
         desk.ResetSetup();
         set();
@@ -116,11 +96,9 @@ TEST_F(Store, LeavesTheOldFileWhenItCannotSave) {
     EXPECT_EQ(folder.Read("zr5e.opn"), "old");
 
     desk.SetInputFile("/in/", "a.txt");
-    SaveAs("none/a", [&] {
-        user.Expect(Notice("Error when attempting to save setup in operation file " +
-                               (folder / "none/a.opn"),
-                           "Error", BoxIcon::Exclamation));
-    });
+    SaveAs("none/a", Notice("Error when attempting to save setup in operation file " +
+                                (folder / "none/a.opn"),
+                            "Error", BoxIcon::Exclamation));
     EXPECT_EQ(desk.Setup().SetupFileName, "");
     EXPECT_EQ(folder.Names(), std::set<std::string>{"zr5e.opn"});
 }
@@ -133,11 +111,10 @@ TEST_F(Store, AsksBeforeItReplacesAnOperationFile) {
     std::filesystem::create_symlink(folder / "plain.opn", folder / "link.opn");
     for (const Answer answer : {Answer::No, Answer::Cancel, Answer::Yes}) {
         folder.Write("plain.opn", "old");
-        SaveAs("link", [&] {
-            user.Expect({"Overwrite existing file " + (folder / "link.opn") + "?", "File exists",
-                         BoxIcon::Question, BoxButtons::YesNoCancel, Answer::No},
-                        answer);
-        });
+        SaveAs("link",
+               MessageBox{"Overwrite existing file " + (folder / "link.opn") + "?", "File exists",
+                          BoxIcon::Question, BoxButtons::YesNoCancel, Answer::No},
+               answer);
         EXPECT_EQ(folder.Read("plain.opn"), answer == Answer::Yes ? Content() : "old");
     }
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.opn"));
@@ -154,12 +131,11 @@ TEST_F(Store, OffersToClearTheSetupAfterAFileThatIsNone) {
     folder.MakeSpecials("whole.opn");
     const auto load = [&](const std::string& name, Answer answer) {
         desk.SetInputFile("/in/", "a.txt");
-        Load(name, [&] {
-            user.Expect(Question("Error when attempting to load setup from file\r\n" +
-                                     (folder / name) + "\r\n\r\nDo you wish to clear the setup?",
-                                 "Error", BoxIcon::Exclamation),
-                        answer);
-        });
+        Load(name,
+             Question("Error when attempting to load setup from file\r\n" + (folder / name) +
+                          "\r\n\r\nDo you wish to clear the setup?",
+                      "Error", BoxIcon::Exclamation),
+             answer);
         EXPECT_EQ(desk.Setup().SetupFileName, "");
     };
     for (const char* name : {"whole.opn", "folder", "pipe", "dangling", "nothing"})
@@ -178,10 +154,10 @@ TEST_F(Store, OffersToClearTheSetupAfterAFileThatIsNone) {
     EXPECT_FALSE(desk.InputIsChosen());
     folder.Write("short.opn", whole.substr(0, whole.find("\"20\"")));
     load("short.opn", Answer::No);
-    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a.txt") << "what was read stays";
+    EXPECT_EQ(InputPath(), "/in/a.txt") << "what was read stays";
     EXPECT_EQ(desk.CheckLabels(), 0) << "and is shown";
     load("short.opn", Answer::Yes);
-    EXPECT_EQ(desk.Setup().FilePath(Input), "");
+    EXPECT_EQ(InputPath(), "");
 }
 
 TEST_F(Store, NeverTurnsASetupIntoOneThatOverwrites) {
@@ -205,9 +181,9 @@ TEST_F(Store, NeverTurnsASetupIntoOneThatOverwrites) {
     setup.FileName[Output] = setup.FilesCaption[Output] = "";
     folder.Write("none.opn", WriteSetupText(setup).value());
     EXPECT_TRUE(store.LoadSetup(folder / "none.opn"));
-    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a") << "overwriting needs no output in the file";
+    EXPECT_EQ(OutputPath(), "/in/a") << "overwriting needs no output in the file";
     EXPECT_EQ(desk.CheckLabels(), 0);
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test

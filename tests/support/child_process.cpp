@@ -33,9 +33,8 @@ int WaitFor(pid_t child) {
 
 /// Lets the child run to its next stop, handing it a signal unless that is 0.
 int RunToNextStop(pid_t child, int signal) {
-    if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0) {
+    if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0)
         throw std::runtime_error("child cannot go on");
-    }
     return WaitFor(child);
 }
 
@@ -48,9 +47,8 @@ bool KilledAtSystemCall(unsigned number, const std::function<void()>& work) {
 
     int status = WaitFor(child);
     if (!WIFSTOPPED(status) ||
-        ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL) != 0) {
+        ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL) != 0)
         throw std::runtime_error("child cannot be watched");
-    }
     unsigned entered = 0;
     bool inside = false; // the stops come in pairs: entering a call and leaving it
     int signal = 0;
@@ -69,20 +67,17 @@ bool KilledAtSystemCall(unsigned number, const std::function<void()>& work) {
             return true;
         }
     }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != NoFailure) {
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != NoFailure)
         throw std::runtime_error("child failed");
-    }
     return false;
 }
 
 bool AsOrdinaryUser(const std::vector<std::string>& paths, const std::function<bool()>& work) {
     constexpr uid_t Nobody = 65534;
     const bool isRoot = geteuid() == 0;
-    for (const std::string& path : paths) {
-        if (isRoot && chown(path.c_str(), Nobody, Nobody) != 0) {
+    for (const std::string& path : paths)
+        if (isRoot && chown(path.c_str(), Nobody, Nobody) != 0)
             throw std::runtime_error("file cannot be given away");
-        }
-    }
     const pid_t child = fork();
     if (child < 0) throw std::runtime_error("no child process");
     if (child == 0) {

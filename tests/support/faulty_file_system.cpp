@@ -12,9 +12,8 @@ class FaultyFile : public OpenFile {
     ReadResult Read(std::span<std::byte> into) override {
         const auto* event = disk_.Meet(FsCall::Read);
         if (event != nullptr && event->status != FsStatus::Ok) return {event->status, 0};
-        if (event != nullptr && event->readAtMost) {
+        if (event != nullptr && event->readAtMost)
             into = into.first(std::min(into.size(), *event->readAtMost));
-        }
         return inner_->Read(into);
     }
 
@@ -63,23 +62,6 @@ class FaultyFile : public OpenFile {
     std::unique_ptr<OpenFile> inner_;
 };
 
-void FaultyFileSystem::Fail(FsCall kind, unsigned number, FsStatus status) {
-    events_.push_back({.anyKind = false, .kind = kind, .number = number, .status = status});
-}
-
-void FaultyFileSystem::FailAny(unsigned number, FsStatus status) {
-    events_.push_back({.anyKind = true, .kind = FsCall::Open, .number = number, .status = status});
-}
-
-void FaultyFileSystem::EndReadEarly(unsigned number, std::size_t bytes) {
-    events_.push_back(
-        {.anyKind = false, .kind = FsCall::Read, .number = number, .readAtMost = bytes});
-}
-
-void FaultyFileSystem::Before(FsCall kind, unsigned number, std::function<void()> hook) {
-    events_.push_back({.anyKind = false, .kind = kind, .number = number, .hook = std::move(hook)});
-}
-
 void FaultyFileSystem::Reset() {
     events_.clear();
     calls_.clear();
@@ -94,7 +76,7 @@ const FaultyFileSystem::Event* FaultyFileSystem::Meet(FsCall kind) {
     calls_.push_back(kind);
     const Event* met = nullptr;
     for (Event& event : events_) {
-        if (event.number == 0 || (!event.anyKind && event.kind != kind)) continue;
+        if (event.number == 0 || (event.kind && event.kind != kind)) continue;
         if (--event.number != 0) continue;
         if (event.hook) event.hook();
         met = &event;
@@ -113,50 +95,6 @@ OpenResult FaultyFileSystem::Opened(FsCall kind, const std::function<OpenResult(
     OpenResult result = call();
     if (result.file) result.file = std::make_unique<FaultyFile>(*this, std::move(result.file));
     return result;
-}
-
-OpenResult FaultyFileSystem::OpenForReading(const std::string& path) {
-    return Opened(FsCall::Open, [&] { return inner_.OpenForReading(path); });
-}
-
-OpenResult FaultyFileSystem::OpenForOverwriting(const std::string& path) {
-    return Opened(FsCall::Open, [&] { return inner_.OpenForOverwriting(path); });
-}
-
-OpenResult FaultyFileSystem::OpenForPurging(const std::string& path) {
-    return Opened(FsCall::Open, [&] { return inner_.OpenForPurging(path); });
-}
-
-OpenResult FaultyFileSystem::OpenLocked(const std::string& path) {
-    return Opened(FsCall::Open, [&] { return inner_.OpenLocked(path); });
-}
-
-OpenResult FaultyFileSystem::CreateExclusively(const std::string& path) {
-    return Opened(FsCall::Create, [&] { return inner_.CreateExclusively(path); });
-}
-
-FsStatus FaultyFileSystem::RenameWithoutReplacing(const std::string& from, const std::string& to) {
-    return StatusFor(FsCall::Rename, [&] { return inner_.RenameWithoutReplacing(from, to); });
-}
-
-FsStatus FaultyFileSystem::RenameReplacing(const std::string& from, const std::string& to) {
-    return StatusFor(FsCall::Rename, [&] { return inner_.RenameReplacing(from, to); });
-}
-
-FsStatus FaultyFileSystem::Remove(const std::string& path) {
-    return StatusFor(FsCall::Remove, [&] { return inner_.Remove(path); });
-}
-
-FsStatus FaultyFileSystem::FlushFolderOf(const std::string& path) {
-    return StatusFor(FsCall::FlushFolder, [&] { return inner_.FlushFolderOf(path); });
-}
-
-FsStatus FaultyFileSystem::MakeFolder(const std::string& path) {
-    return StatusFor(FsCall::MakeFolder, [&] { return inner_.MakeFolder(path); });
-}
-
-FsStatus FaultyFileSystem::RemoveFolder(const std::string& path) {
-    return StatusFor(FsCall::RemoveFolder, [&] { return inner_.RemoveFolder(path); });
 }
 
 } // namespace zr5::test

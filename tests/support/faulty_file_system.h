@@ -37,13 +37,21 @@ class FaultyFileSystem : public FileSystem {
 
     /// The `number`-th call of `kind` from now on answers `status` and has no effect, but that a
     /// failing write has written the first half by then. A failing FileInfo knows nothing.
-    void Fail(FsCall kind, unsigned number, FsStatus status = FsStatus::IoError);
+    void Fail(FsCall kind, unsigned number, FsStatus status = FsStatus::IoError) {
+        events_.push_back({.kind = kind, .number = number, .status = status});
+    }
     /// The same for the `number`-th call whatever its kind.
-    void FailAny(unsigned number, FsStatus status = FsStatus::IoError);
+    void FailAny(unsigned number, FsStatus status = FsStatus::IoError) {
+        events_.push_back({.kind = std::nullopt, .number = number, .status = status});
+    }
     /// The `number`-th read finds the end of the file after `bytes` bytes.
-    void EndReadEarly(unsigned number, std::size_t bytes);
+    void EndReadEarly(unsigned number, std::size_t bytes) {
+        events_.push_back({.kind = FsCall::Read, .number = number, .readAtMost = bytes});
+    }
     /// Runs `hook` just before the `number`-th call of `kind`.
-    void Before(FsCall kind, unsigned number, std::function<void()> hook);
+    void Before(FsCall kind, unsigned number, std::function<void()> hook) {
+        events_.push_back({.kind = kind, .number = number, .hook = std::move(hook)});
+    }
     /// Forgets faults, hooks and the calls so far.
     void Reset();
 
@@ -54,24 +62,46 @@ class FaultyFileSystem : public FileSystem {
     /// Whether every fault and hook asked for has been met.
     [[nodiscard]] bool AllMet() const;
 
-    OpenResult OpenForReading(const std::string& path) override;
-    OpenResult OpenForOverwriting(const std::string& path) override;
-    OpenResult OpenForPurging(const std::string& path) override;
-    OpenResult OpenLocked(const std::string& path) override;
-    OpenResult CreateExclusively(const std::string& path) override;
+    OpenResult OpenForReading(const std::string& path) override {
+        return Opened(FsCall::Open, [&] { return inner_.OpenForReading(path); });
+    }
+    OpenResult OpenForOverwriting(const std::string& path) override {
+        return Opened(FsCall::Open, [&] { return inner_.OpenForOverwriting(path); });
+    }
+    OpenResult OpenForPurging(const std::string& path) override {
+        return Opened(FsCall::Open, [&] { return inner_.OpenForPurging(path); });
+    }
+    OpenResult OpenLocked(const std::string& path) override {
+        return Opened(FsCall::Open, [&] { return inner_.OpenLocked(path); });
+    }
+    OpenResult CreateExclusively(const std::string& path) override {
+        return Opened(FsCall::Create, [&] { return inner_.CreateExclusively(path); });
+    }
     std::optional<FileInfo> Info(const std::string& path) override { return inner_.Info(path); }
     std::optional<FileIdentity> IdentityOf(const std::string& path) override {
         return inner_.IdentityOf(path);
     }
-    FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override;
-    FsStatus RenameReplacing(const std::string& from, const std::string& to) override;
-    FsStatus Remove(const std::string& path) override;
-    FsStatus FlushFolderOf(const std::string& path) override;
+    FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override {
+        return StatusFor(FsCall::Rename, [&] { return inner_.RenameWithoutReplacing(from, to); });
+    }
+    FsStatus RenameReplacing(const std::string& from, const std::string& to) override {
+        return StatusFor(FsCall::Rename, [&] { return inner_.RenameReplacing(from, to); });
+    }
+    FsStatus Remove(const std::string& path) override {
+        return StatusFor(FsCall::Remove, [&] { return inner_.Remove(path); });
+    }
+    FsStatus FlushFolderOf(const std::string& path) override {
+        return StatusFor(FsCall::FlushFolder, [&] { return inner_.FlushFolderOf(path); });
+    }
     bool FolderAcceptsFiles(const std::string& path) override {
         return inner_.FolderAcceptsFiles(path);
     }
-    FsStatus MakeFolder(const std::string& path) override;
-    FsStatus RemoveFolder(const std::string& path) override;
+    FsStatus MakeFolder(const std::string& path) override {
+        return StatusFor(FsCall::MakeFolder, [&] { return inner_.MakeFolder(path); });
+    }
+    FsStatus RemoveFolder(const std::string& path) override {
+        return StatusFor(FsCall::RemoveFolder, [&] { return inner_.RemoveFolder(path); });
+    }
     std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
         const Event* event = Meet(FsCall::ListFolder);
         if (event != nullptr && event->status != FsStatus::Ok) return std::nullopt;
@@ -91,9 +121,8 @@ class FaultyFileSystem : public FileSystem {
   private:
     friend class FaultyFile;
     struct Event {
-        bool anyKind;
-        FsCall kind;
-        unsigned number; ///< how many such calls from now, 1 being the next; 0: met
+        std::optional<FsCall> kind; ///< none: any
+        unsigned number;            ///< how many such calls from now, 1 being the next; 0: met
         FsStatus status = FsStatus::Ok;
         std::optional<std::size_t> readAtMost = std::nullopt;
         std::function<void()> hook = nullptr;

@@ -4,6 +4,7 @@
 #include "keys/normalise.h"
 #include "keys/typed_key.h"
 #include "libs/clock.h"
+#include "libs/md5.h"
 #include "libs/random.h"
 #include "libs/zr5_engine.h"
 #include "libs/zr5_format.h"
@@ -35,9 +36,8 @@ class KnownSalts final : public RandomSource {
 /// Bytes of every kind, a NUL among them as the 21st.
 std::string KnownKeyfile() {
     std::string bytes;
-    for (unsigned i = 0; i < KeyfileBytes; ++i) {
+    for (unsigned i = 0; i < KeyfileBytes; ++i)
         bytes += static_cast<char>((37 * i + 28) % 256);
-    }
     return bytes;
 }
 
@@ -50,9 +50,8 @@ class Sealer {
         salts_.SetFile(name);
         folder_.Write("plain", CountedLines(plainBytes));
         engine_->operation_initialization(KnownKey(keyName).text(), EngineEncrypt, plainBytes, 0);
-        if (engine_->encrypt_file(folder_ / "plain", folder_ / "sealed") != engine_code::Success) {
+        if (engine_->encrypt_file(folder_ / "plain", folder_ / "sealed") != engine_code::Success)
             throw std::runtime_error("not encrypted");
-        }
         return folder_.Read("sealed");
     }
 
@@ -83,6 +82,15 @@ std::string CountedLines(std::size_t bytes) {
     }
     lines.resize(bytes);
     return lines;
+}
+
+std::string Md5Text(std::string_view bytes) {
+    std::string text;
+    for (const unsigned byte : MD5Digest(bytes)) {
+        text += "0123456789abcdef"[byte >> 4U];
+        text += "0123456789abcdef"[byte & 15U];
+    }
+    return text;
 }
 
 SecretBytes KnownKey(std::string_view name) {

@@ -13,6 +13,9 @@ namespace zr5::test {
 /// So many bytes of "1\n2\n3\n…", as `seq 1 40000 | head -c BYTES` prints them.
 [[nodiscard]] std::string CountedLines(std::size_t bytes);
 
+/// The MD5 digest of `bytes` in hexadecimal digits.
+[[nodiscard]] std::string Md5Text(std::string_view bytes);
+
 /// The canonical key that the table calls so: "typed", "keyfile" or "other".
 [[nodiscard]] SecretBytes KnownKey(std::string_view name);
 

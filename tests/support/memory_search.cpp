@@ -44,9 +44,8 @@ bool Matches(std::span<const unsigned char> at, std::size_t width, const MaskedL
              std::size_t from) {
     for (std::size_t i = 0; i < LettersInARow; ++i) {
         if ((at[i * width] | 0x20) != (secret[from + i] | 0x20)) return false;
-        for (std::size_t high = 1; high < width; ++high) {
+        for (std::size_t high = 1; high < width; ++high)
             if (at[i * width + high] != 0) return false;
-        }
     }
     return true;
 }

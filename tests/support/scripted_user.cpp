@@ -18,16 +18,6 @@ ScriptedUser& ScriptedUser::Expect(MessageBox box, Answer answer) {
     return *this;
 }
 
-ScriptedUser& ScriptedUser::ExpectFile(std::string title, std::optional<std::string> path) {
-    steps_.emplace_back(PickStep{std::move(title), std::move(path), false});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectFolder(std::string title, std::optional<std::string> path) {
-    steps_.emplace_back(PickStep{std::move(title), std::move(path), true});
-    return *this;
-}
-
 Answer ScriptedUser::Ask(const MessageBox& box) {
     asked.push_back(box);
     if (onAsk) return onAsk(box);
@@ -58,27 +48,6 @@ std::optional<std::string> ScriptedUser::TakePick(const std::string& title, bool
     auto path = step->path;
     steps_.pop_front();
     return path;
-}
-
-std::optional<std::string> ScriptedUser::PickFile(const FilePicker& picker) {
-    return TakePick(picker.title, false);
-}
-
-std::optional<std::string> ScriptedUser::PickFolder(const FolderPicker& picker) {
-    return TakePick(picker.title, true);
-}
-
-void ScriptedUser::ProcessEvents() {
-    if (onEvents) onEvents();
-}
-
-void ScriptedUser::CopyToClipboard(const std::string& text) {
-    clipboard = text;
-}
-
-std::int32_t ScriptedUser::OpenAddress(const std::string& address) {
-    openedAddresses.push_back(address);
-    return openAddressResult;
 }
 
 } // namespace zr5::test

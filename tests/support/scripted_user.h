@@ -13,6 +13,12 @@
 
 namespace zr5::test {
 
+/// What is asked before a file at `path` is overwritten.
+inline MessageBox OverwriteQuestion(const std::string& path) {
+    return Question("Overwrite existing file " + path + "?", "File exists already.",
+                    BoxIcon::Question, Answer::No);
+}
+
 class ScriptedUser : public UserPort {
   public:
     ~ScriptedUser() override;
@@ -22,8 +28,14 @@ class ScriptedUser : public UserPort {
     /// As above, and checks icon, buttons and default button too.
     ScriptedUser& Expect(MessageBox box, Answer answer = Answer::Ok);
     /// Expects a file picker with this title; answers with a path, or cancels.
-    ScriptedUser& ExpectFile(std::string title, std::optional<std::string> path);
-    ScriptedUser& ExpectFolder(std::string title, std::optional<std::string> path);
+    ScriptedUser& ExpectFile(std::string title, std::optional<std::string> path) {
+        steps_.emplace_back(PickStep{std::move(title), std::move(path), false});
+        return *this;
+    }
+    ScriptedUser& ExpectFolder(std::string title, std::optional<std::string> path) {
+        steps_.emplace_back(PickStep{std::move(title), std::move(path), true});
+        return *this;
+    }
 
     /// Answers every box, where it is set, instead of what is expected.
     std::function<Answer(const MessageBox&)> onAsk;
@@ -34,13 +46,24 @@ class ScriptedUser : public UserPort {
     std::vector<std::string> openedAddresses;
     std::string clipboard;
     std::vector<MessageBox> asked; ///< every box shown, in order
+    FilePicker lastPicker;
 
     Answer Ask(const MessageBox& box) override;
-    std::optional<std::string> PickFile(const FilePicker& picker) override;
-    std::optional<std::string> PickFolder(const FolderPicker& picker) override;
-    void ProcessEvents() override;
-    void CopyToClipboard(const std::string& text) override;
-    std::int32_t OpenAddress(const std::string& address) override;
+    std::optional<std::string> PickFile(const FilePicker& picker) override {
+        lastPicker = picker;
+        return TakePick(picker.title, false);
+    }
+    std::optional<std::string> PickFolder(const FolderPicker& picker) override {
+        return TakePick(picker.title, true);
+    }
+    void ProcessEvents() override {
+        if (onEvents) onEvents();
+    }
+    void CopyToClipboard(const std::string& text) override { clipboard = text; }
+    std::int32_t OpenAddress(const std::string& address) override {
+        openedAddresses.push_back(address);
+        return openAddressResult;
+    }
 
   private:
     struct BoxStep {

@@ -16,9 +16,8 @@ namespace fs = std::filesystem;
 std::string PatternBytes(std::size_t length, unsigned seed) {
     std::minstd_rand generator(seed);
     std::string bytes(length, '\0');
-    for (char& byte : bytes) {
+    for (char& byte : bytes)
         byte = static_cast<char>(generator() >> 16U);
-    }
     return bytes;
 }
 
@@ -53,9 +52,8 @@ bool TemporaryFolder::Has(std::string_view name) const {
 
 std::set<std::string> TemporaryFolder::Names() const {
     std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(path_)) {
+    for (const auto& entry : fs::directory_iterator(path_))
         names.insert(entry.path().filename().native());
-    }
     return names;
 }
 
@@ -71,9 +69,8 @@ void TemporaryFolder::Remove(std::string_view name) const {
 }
 
 void TemporaryFolder::Empty() const {
-    for (const std::string& name : Names()) {
+    for (const std::string& name : Names())
         Remove(name);
-    }
 }
 
 } // namespace zr5::test

@@ -42,9 +42,8 @@ inline void WhenDialogOpens(QObject& owner, const char* name, std::function<void
 
 /// The open window of this object name; null when there is none.
 inline QWidget* TopWindow(const char* name) {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
+    for (QWidget* window : QApplication::topLevelWidgets())
         if (window->objectName() == QLatin1String(name)) return window;
-    }
     return nullptr;
 }
 

@@ -8,21 +8,19 @@ namespace {
 TEST(PathSplit, FollowsTheShapeOfThePath) {
     const struct {
         std::string_view path, folder, name, extension;
-    } cases[] = {
-        {"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
-        {"/a.b/c", "/a.b/", "c", ""},
-        {"/x", "/", "x", ""},
-        {"/home/a/", "/home/a/", "", ""},
-        {"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
-        {"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
-        {"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
-        {"/d/ends.", "/d/", "ends.", ""},
-        {"plain.É", "", "plain.É", "é"},
-        {"", "", "", ""},
-        {"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
-        {"c:/mixed\\b/c.d", "c:/mixed\\b/", "c.d", "d"},
-        {"\\\\server\\share\\x.y\\z", "\\\\server\\share\\x.y\\", "z", ""},
-    };
+    } cases[] = {{"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
+                 {"/a.b/c", "/a.b/", "c", ""},
+                 {"/x", "/", "x", ""},
+                 {"/home/a/", "/home/a/", "", ""},
+                 {"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
+                 {"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
+                 {"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
+                 {"/d/ends.", "/d/", "ends.", ""},
+                 {"plain.É", "", "plain.É", "é"},
+                 {"", "", "", ""},
+                 {"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
+                 {"c:/mixed\\b/c.d", "c:/mixed\\b/", "c.d", "d"},
+                 {"\\\\server\\share\\x.y\\z", "\\\\server\\share\\x.y\\", "z", ""}};
     for (const auto& [path, folder, name, extension] : cases) {
         const PathParts parts = SplitPath(path);
         EXPECT_EQ(parts.folder, folder);
@@ -32,12 +30,10 @@ TEST(PathSplit, FollowsTheShapeOfThePath) {
 }
 
 TEST(PathShape, IsToldByTheFirstCharacters) {
-    for (const auto* path : {"C:", "z:\\x", "C:x", "\\\\server"}) {
+    for (const auto* path : {"C:", "z:\\x", "C:x", "\\\\server"})
         EXPECT_TRUE(IsWindowsShaped(path)) << path;
-    }
-    for (const auto* path : {"", "C", "/c:/x", "1:\\x", "\\x", "é:\\"}) {
+    for (const auto* path : {"", "C", "/c:/x", "1:\\x", "\\x", "é:\\"})
         EXPECT_FALSE(IsWindowsShaped(path)) << path;
-    }
 }
 
 TEST(FolderPath, EndsInTheSeparatorOfItsShape) {

@@ -1,6 +1,7 @@
 #include "util/text.h"
 
 #include "util/code_page.h"
+#include "util/durations.h"
 
 #include <gtest/gtest.h>
 
@@ -19,12 +20,11 @@ struct PrintableCase {
 TEST(PrintableText, LooksAtTheFirstCharactersOnly) {
     const auto no = LayoutControls::Refused;
     const auto yes = LayoutControls::Allowed;
-    const PrintableCase cases[] = {
-        {"", 0, no, true},         {"a b~\x7F\x81\xFF", 0, no, true}, {"ab\x1F"sv, 0, no, false},
-        {"ab\x1F"sv, 2, no, true}, {"ab\x1F"sv, 3, no, false},        {"ab\x1F"sv, 9, no, false},
-        {"a\tb", 0, no, false},    {"\t\n\f\r", 0, yes, true},        {"\t\v", 0, yes, false},
-        {"a\0b"sv, 0, yes, false},
-    };
+    const PrintableCase cases[] = {{"", 0, no, true},          {"a b~\x7F\x81\xFF", 0, no, true},
+                                   {"ab\x1F"sv, 0, no, false}, {"ab\x1F"sv, 2, no, true},
+                                   {"ab\x1F"sv, 3, no, false}, {"ab\x1F"sv, 9, no, false},
+                                   {"a\tb", 0, no, false},     {"\t\n\f\r", 0, yes, true},
+                                   {"\t\v", 0, yes, false},    {"a\0b"sv, 0, yes, false}};
     for (const auto& c : cases) {
         EXPECT_EQ(IsPrintableText(c.bytes, c.maxChars, c.layout), c.printable)
             << testing::PrintToString(c.bytes) << " up to " << c.maxChars;
@@ -93,20 +93,17 @@ TEST(CodePage, TakesEveryByteToACharacterAndBack) {
 TEST(CodePage, KnowsItsOwnCharactersAndRefusesOthers) {
     EXPECT_EQ(ToCodePage1252("a€ŠžŸÿ™"), "a\x80\x8A\x9E\x9F\xFF\x99");
     EXPECT_EQ(FromCodePage1252("\x81\x8D\x8F\x90\x9D"), "\u0081\u008D\u008F\u0090\u009D");
-    for (const auto* refused : {"Ā", "e\u0301", "\u0080", "💾", "abc\xFF", "Ω"}) {
+    for (const auto* refused : {"Ā", "e\u0301", "\u0080", "💾", "abc\xFF", "Ω"})
         EXPECT_EQ(ToCodePage1252(refused), std::nullopt) << refused;
-    }
 }
 
 TEST(CodePage, CapitalisesOneByteToOneByte) {
     std::string all;
-    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+    for (unsigned byte = 0; byte <= 0xFF; ++byte)
         all += static_cast<char>(UpperCase1252(static_cast<std::uint8_t>(byte)));
-    }
     std::string changed;
-    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+    for (unsigned byte = 0; byte <= 0xFF; ++byte)
         if (all[byte] != static_cast<char>(byte)) changed += static_cast<char>(byte);
-    }
     EXPECT_EQ(FromCodePage1252(changed), "abcdefghijklmnopqrstuvwxyzšœž"
                                          "àáâãäåæçèéêëìíîïðñòóôõöøùúûüýþÿ");
     std::string capitals;
@@ -114,6 +111,32 @@ TEST(CodePage, CapitalisesOneByteToOneByte) {
         capitals += all[static_cast<std::uint8_t>(small)];
     EXPECT_EQ(FromCodePage1252(capitals), "ABCDEFGHIJKLMNOPQRSTUVWXYZŠŒŽ"
                                           "ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝÞŸ");
+}
+
+TEST(Duration, ReadsAsAPersonWouldSayIt) {
+    const struct {
+        std::uint64_t seconds;
+        std::string_view exact, rounded, compact, compactRounded;
+    } cases[] = {{0, "0 seconds", "0 minutes", "0s", "0m"},
+                 {1, "1 second", "0 minutes", "1s", "0m"},
+                 {29, "29 seconds", "0 minutes", "29s", "0m"},
+                 {30, "30 seconds", "1 minute", "30s", "1m"},
+                 {60, "1 minute", "1 minute", "1m", "1m"},
+                 {150, "2 minutes and 30 seconds", "3 minutes", "2m 30s", "3m"},
+                 {3599, "59 minutes and 59 seconds", "1 hour", "59m 59s", "1h"},
+                 {3601, "1 hour and 1 second", "1 hour", "1h 1s", "1h"},
+                 {86399, "23 hours, 59 minutes and 59 seconds", "1 day", "23h59m 59s", "1d"},
+                 {86401, "1 day and 1 second", "1 day", "1d 1s", "1d"},
+                 {93784, "1 day, 2 hours, 3 minutes and 4 seconds", "1 day, 2 hours and 3 minutes",
+                  "1d 2h3m 4s", "1d 2h3m"},
+                 {172800, "2 days", "2 days", "2d", "2d"}};
+    const auto rounding = DurationRounding::ToMinutes;
+    for (const auto& c : cases) {
+        EXPECT_EQ(FormatDuration(c.seconds), c.exact);
+        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Long, rounding), c.rounded);
+        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Compact), c.compact);
+        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Compact, rounding), c.compactRounded);
+    }
 }
 
 } // namespace
