@@ -113,6 +113,7 @@ void DeriveFrames(Pane pane, MainWindowView& view) {
         frame.enabled = frame.visible = pane == which;
     };
     show("fraMenu", Pane::Menu);
+    view["fraMenu"].visible = working || pane == Pane::Waiting;
     show("fraSetup", Pane::Setup);
     show("fraSaveSetup", Pane::SaveSetup);
     show("fraKey", Pane::Key);

@@ -14,8 +14,9 @@
 
 namespace zr5 {
 
-/// What stands in the place of the menu. Everything but the menu disables the rest.
-enum class Pane { Menu, Setup, SaveSetup, Key, Randomness };
+/// What stands in the place of the menu. Everything but the menu disables the rest; so does
+/// Waiting, in which the menu stands disabled behind a picker or a question.
+enum class Pane { Menu, Waiting, Setup, SaveSetup, Key, Randomness };
 
 struct MainWindowState {
     OperationSetup setup;

@@ -74,7 +74,8 @@ bool SetupStore::SaveSetup(const std::string& path) {
                                std::as_bytes(std::span(*text)), IfThere::Replace) == FsStatus::Ok;
 }
 
-void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed) {
+void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed,
+                                   const std::function<void()>& refresh) {
     const auto chosen =
         user_.PickFile({.kind = FilePicker::Kind::Open,
                         .title = "Specify operation file to be loaded",
@@ -88,6 +89,7 @@ void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed) {
         desk_.SetSetupFileName(path);
         return;
     }
+    refresh();
     const auto question =
         Question("Error when attempting to load setup from file\r\n" + DisplayName(path) +
                      "\r\n\r\nDo you wish to clear the setup?",

@@ -27,8 +27,10 @@ class SetupStore final : public SetupFiles {
     /// when the setup disagrees with its labels or cannot be written in this format.
     [[nodiscard]] bool SaveSetup(const std::string& path);
 
-    /// The three buttons. `pickerClosed` is called as soon as the file picker has gone.
-    void LoadOperationFile(const std::function<void()>& pickerClosed);
+    /// The three buttons. `pickerClosed` is called as soon as the file picker has gone, `refresh`
+    /// when a load has failed, before the question what to do with what was read.
+    void LoadOperationFile(const std::function<void()>& pickerClosed,
+                           const std::function<void()>& refresh);
     void SaveAsOperationFile(const std::function<void()>& pickerClosed);
     void SaveForNextRun();
 

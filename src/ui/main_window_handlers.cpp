@@ -264,7 +264,9 @@ void MainWindow::OpenSaveSetup() {
 }
 
 void MainWindow::LoadSetup() {
-    parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); });
+    parts_.desk.Show(Pane::Waiting);
+    Refresh();
+    parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); }, [this] { Refresh(); });
     CloseSetup();
 }
 

@@ -129,6 +129,7 @@ TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
 
 TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
     for (const auto& [pane, frame] : {std::pair{Pane::Menu, "fraMenu"},
+                                      {Pane::Waiting, "fraMenu"},
                                       {Pane::Setup, "fraSetup"},
                                       {Pane::SaveSetup, "fraSaveSetup"},
                                       {Pane::Key, "fraKey"},
@@ -137,8 +138,9 @@ TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
         const MainWindowView view = desk.Refresh();
         for (const char* each :
              {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"}) {
-            EXPECT_EQ(view.at(each).visible, std::string_view(each) == frame) << each;
-            EXPECT_EQ(view.at(each).enabled, std::string_view(each) == frame) << each;
+            const bool shown = std::string_view(each) == frame;
+            EXPECT_EQ(view.at(each).visible, shown) << each;
+            EXPECT_EQ(view.at(each).enabled, shown && pane != Pane::Waiting) << each;
         }
         EXPECT_EQ(view.at("fraMain").enabled, pane == Pane::Menu);
         EXPECT_EQ(view.at("lblKeyFrom(0)").visible, pane != Pane::Key);

@@ -20,7 +20,7 @@ class Store : public DeskTest {
               Answer answer = Answer::Ok) {
         user.ExpectFile("Specify operation file to be loaded", folder / name);
         if (box) user.Expect(*box, answer);
-        store.LoadOperationFile([this] { ++pickersClosed; });
+        store.LoadOperationFile([this] { ++pickersClosed; }, [this] { shown = InputPath(); });
     }
     void SaveAs(const std::string& name, const std::optional<MessageBox>& box = {},
                 Answer answer = Answer::Ok) {
@@ -32,6 +32,7 @@ class Store : public DeskTest {
     SystemRandom random;
     SetupStore store{user, disk, random, desk, folder / "zr5e.opn"};
     int pickersClosed = 0;
+    std::string shown; ///< the input that the window showed behind the last question
 };
 
 TEST_F(Store, BringsBackEverySetupWithItsLabels) {
@@ -121,7 +122,7 @@ TEST_F(Store, AsksBeforeItReplacesAnOperationFile) {
     Load("link.opn");
     EXPECT_EQ(desk.Setup().SetupFileName, folder / "link.opn");
     user.ExpectFile("Specify operation file to be loaded", std::nullopt);
-    store.LoadOperationFile([this] { ++pickersClosed; });
+    store.LoadOperationFile([this] { ++pickersClosed; }, [] {});
     EXPECT_EQ(desk.Setup().SetupFileName, folder / "link.opn") << "cancelled";
     EXPECT_EQ(pickersClosed, 7);
 }
@@ -157,6 +158,7 @@ TEST_F(Store, OffersToClearTheSetupAfterAFileThatIsNone) {
     EXPECT_EQ(InputPath(), "/in/a.txt") << "what was read stays";
     EXPECT_EQ(desk.CheckLabels(), 0) << "and is shown";
     load("short.opn", Answer::Yes);
+    EXPECT_EQ(shown, "/in/a.txt") << "behind the question";
     EXPECT_EQ(InputPath(), "");
 }
 
