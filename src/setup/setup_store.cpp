@@ -108,12 +108,14 @@ void SetupStore::SaveAsOperationFile(const std::function<void()>& pickerClosed) 
     const std::string path =
         MeantPath(fileSystem_, WithOperationFileExtension(MeantPath(fileSystem_, *chosen)));
     const std::string shown = DisplayName(path);
-    if (fileSystem_.Info(path) &&
+    const auto there = ResolveChosen(fileSystem_, path);
+    const bool canBeFile = !there || WhyNotAFile(there->kind).empty();
+    if (there && canBeFile &&
         user_.Ask({"Overwrite existing file " + shown + "?", "File exists", BoxIcon::Question,
                    BoxButtons::YesNoCancel, Answer::No}) != Answer::Yes) {
         return;
     }
-    if (SaveSetup(path)) {
+    if (canBeFile && SaveSetup(path)) {
         desk_.SetSetupFileName(path);
     } else {
         user_.Ask(Notice("Error when attempting to save setup in operation file " + shown, "Error",

@@ -97,11 +97,15 @@ TEST_F(Store, LeavesTheOldFileWhenItCannotSave) {
     EXPECT_EQ(folder.Read("zr5e.opn"), "old");
 
     desk.SetInputFile("/in/", "a.txt");
-    SaveAs("none/a", Notice("Error when attempting to save setup in operation file " +
-                                (folder / "none/a.opn"),
+    std::filesystem::create_directory(folder / "folder.opn");
+    std::filesystem::create_symlink("nowhere", folder / "dangling.opn");
+    for (const std::string name : {"none/a", "folder", "dangling"}) {
+        SaveAs(name, Notice("Error when attempting to save setup in operation file " +
+                                (folder / name) + ".opn",
                             "Error", BoxIcon::Exclamation));
+    }
     EXPECT_EQ(desk.Setup().SetupFileName, "");
-    EXPECT_EQ(folder.Names(), std::set<std::string>{"zr5e.opn"});
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"dangling.opn", "folder.opn", "zr5e.opn"}));
 }
 
 TEST_F(Store, AsksBeforeItReplacesAnOperationFile) {
