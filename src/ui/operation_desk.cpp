@@ -10,6 +10,7 @@
 #include "ui/reliability_test_window.h"
 
 #include <new>
+#include <QEvent>
 #include <QPointer>
 
 namespace zr5 {
@@ -17,21 +18,29 @@ namespace {
 
 /// While it lives, the main window is out of use: counting, checking and running let the
 /// interface react, and nothing must begin a second operation. Disabling takes the focus away,
-/// so it is given back.
-class OutOfUse {
+/// so it is given back. `activated` is called when the user turns to the window all the same.
+class OutOfUse : public QObject {
   public:
-    OutOfUse(SetupDesk& setup, QWidget* window)
+    OutOfUse(SetupDesk& setup, QWidget* window, std::function<void()> activated)
         : setup_(setup),
           window_(window),
+          activated_(std::move(activated)),
           focus_(window == nullptr ? nullptr : window->focusWidget()) {
         Set(true);
+        if (window_ != nullptr) window_->installEventFilter(this);
     }
-    ~OutOfUse() {
+    ~OutOfUse() override {
         Set(false);
         if (focus_ != nullptr) focus_->setFocus();
     }
     OutOfUse(const OutOfUse&) = delete;
     OutOfUse& operator=(const OutOfUse&) = delete;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::WindowActivate) activated_();
+        return QObject::eventFilter(watched, event);
+    }
 
   private:
     void Set(bool outOfUse) {
@@ -41,6 +50,7 @@ class OutOfUse {
 
     SetupDesk& setup_;
     QWidget* window_;
+    std::function<void()> activated_;
     QPointer<QWidget> focus_;
 };
 
@@ -74,7 +84,9 @@ OperationDesk::OperationDesk(SetupDesk& setup, const CurrentKey& key, Machine& m
       screen_(machine.user, machine.clock) {}
 
 void OperationDesk::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
-    const OutOfUse outOfUse(setup_, mainWindow_);
+    const OutOfUse outOfUse(setup_, mainWindow_, [this] {
+        if (window_ && screen_.IsRunning()) window_->ComeToFront();
+    });
     stopRequested_ = false;
     try {
         work([this] { return stopRequested_; });

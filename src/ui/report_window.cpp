@@ -4,6 +4,7 @@
 #include "ui/purge_warning_window.h"
 #include "ui/text_edges.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -150,6 +151,12 @@ void ReportWindow::ShowAtEnd() {
     activateWindow();
     text_->moveCursor(QTextCursor::End);
     ScrollToEnd();
+}
+
+void ReportWindow::ComeToFront() {
+    if (!isVisible() || isMinimized()) return;
+    raise();
+    if (QApplication::activeModalWidget() == nullptr) activateWindow();
 }
 
 void ReportWindow::TextReplaced() {

@@ -25,6 +25,8 @@ class ReportWindow : public QDialog, public ReportView {
 
     /// Opens the window, or brings it to the front, with the end of the text in view.
     void ShowAtEnd();
+    /// Lays the window over the others, unless the user has put it away.
+    void ComeToFront();
 
     void TextReplaced() override;
     void TextAppended(std::string_view text, bool scrollToEnd) override;

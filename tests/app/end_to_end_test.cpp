@@ -191,6 +191,9 @@ TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
         QWidget* report = TopWindow("frmReport");
         const bool works = report != nullptr && Control(*report, "prgFile").isVisible();
         if (!works || ++seen != 2) return;
+        Main().activateWindow();
+        QApplication::processEvents();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return report->isActiveWindow(); })) << "not covered";
         Press(*report, "cmdStop");
         EXPECT_EQ(Control<QPushButton>(*report, "cmdStop").text(), "Stop");
         EXPECT_EQ(Control<QLabel>(*report, "lblPausedDone").text(), "Stopped");
