@@ -72,19 +72,24 @@ class FolderWalk : public testing::Test {
 };
 
 TEST_F(FolderWalk, TakesEachFoldersFilesBeforeItsSubfolders) {
-    for (const char* name : {"a.txt", "b.doc", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt"})
+    for (const char* name :
+         {"a.txt", "b.doc", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt", "way/e.txt", "way/f.doc"})
         Make(name);
     const WalkResult all = Walk("*.txt");
-    EXPECT_EQ(all.files, 4U);
-    EXPECT_EQ(all.totalBytes, 20U);
-    EXPECT_EQ(all.subfolders, 2U);
+    EXPECT_EQ(all.files, 5U);
+    EXPECT_EQ(all.totalBytes, 25U);
+    EXPECT_EQ(all.subfolders, 3U);
     EXPECT_FALSE(all.cutShort);
-    EXPECT_EQ(Names(),
-              (std::set<std::string>{"a.txt", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt"}));
-    EXPECT_EQ(seen.files.back(), folder / "sub/deep/d.txt");
-    EXPECT_EQ(seen.folders,
-              (std::vector<std::string>{folder.Path() + " 2 1", folder.Path() + "sub/ 1 1",
-                                        folder.Path() + "sub/deep/ 1 0"}));
+    EXPECT_EQ(Names(), (std::set<std::string>{"a.txt", ".hidden.txt", "sub/c.txt", "sub/deep/d.txt",
+                                              "way/e.txt"}));
+    const auto place = [&](const char* name) {
+        return std::ranges::find(seen.files, folder / name);
+    };
+    EXPECT_LT(place("a.txt"), place("way/e.txt"));
+    EXPECT_LT(place("sub/c.txt"), place("sub/deep/d.txt"));
+    EXPECT_EQ(std::set(seen.folders.begin(), seen.folders.end()),
+              (std::set{folder / " 2 2", folder / "sub/ 1 1", folder / "sub/deep/ 1 0",
+                        folder / "way/ 1 0"}));
     EXPECT_EQ(Walk("*.txt", false).files, 2U);
 }
 

@@ -56,12 +56,12 @@ TEST(RandomKey, ComesFromMovementOnlyAndShowsItsProgress) {
     collector.Tick();
     EXPECT_EQ(collector.Progress(), block + line.substr(1));
     EXPECT_FALSE(collector.IsWaiting());
-    std::string blocks = block;
-    for (int i = 1; i <= 70; ++i) {
+    std::string blocks;
+    for (int i = 0; i < 70; ++i) {
         if (i < 64) blocks += block;
         collector.PointerAt(-5, i);
         collector.Tick();
-        EXPECT_EQ(collector.IsComplete(), i >= 63) << i;
+        EXPECT_EQ(collector.IsComplete(), i >= 62) << i;
     }
     EXPECT_EQ(collector.Progress(), blocks);
     EXPECT_EQ(collector.Take().size(), 64U);
