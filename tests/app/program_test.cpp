@@ -60,9 +60,11 @@ class ProgramTest : public DeskTest {
 
 TEST_F(ProgramTest, StartsWithoutAKeyAndGreetsANewUserOnce) {
     HoldKey();
+    desk.SelectFunction(Function::Decrypt);
     ExpectStartupMessage();
     EXPECT_TRUE(Start());
     EXPECT_TRUE(desk.StartupDone());
+    EXPECT_EQ(desk.Setup().Operation, Function::Encrypt);
     EXPECT_FALSE(key.IsHeld());
     EXPECT_EQ(log, (Names{"fit", "clock", "show"}));
     EXPECT_EQ(engine.CallNames(), Names{"allocate_buffers"});

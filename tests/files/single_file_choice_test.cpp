@@ -72,6 +72,7 @@ TEST_F(SingleFile, IsResolvedWhenItIsALinkAndMayHaveANameThatIsNoText) {
     folder.Write("folder/b.txt", "x");
     Choose("link");
     EXPECT_EQ(InputPath(), folder / "folder/b.txt");
+    EXPECT_EQ(Text("lblSize"), "Size: 1 byte");
     const std::string path = folder.Write("caf\xe9", "x");
     Choose("caf\\xE9");
     EXPECT_EQ(InputPath(), path);

@@ -78,7 +78,7 @@ TEST_F(WithDisplayWindow, ComposesWhatWasTypedInPiecesBeforeItIsCut) {
     EXPECT_EQ(rules.Entry().text(), "a\xE9");
     EXPECT_EQ(box.cursorPosition(), 2);
     box.clear();
-    box.insert(QString::fromUtf8("e\u0301").repeated(64));
+    box.insert(QString::fromUtf8("e\u0301").repeated(70));
     EXPECT_EQ(rules.Entry().text(), std::string(64, '\xE9'));
     box.setCursorPosition(3);
     box.insert(QStringLiteral("x"));
