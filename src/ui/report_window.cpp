@@ -134,7 +134,10 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
     connect(&clock_, &QTimer::timeout, this, [this] { ShowTime(); });
     flushTimer_.setSingleShot(true);
     flushTimer_.setInterval(FlushIntervalMs);
-    connect(&flushTimer_, &QTimer::timeout, this, [this] { FlushText(); });
+    connect(&flushTimer_, &QTimer::timeout, this, [this] {
+        FlushText();
+        ShowProgress();
+    });
     screen_.SetView(this);
     ShowSelection();
 }
@@ -208,17 +211,23 @@ void ReportWindow::StateChanged() {
     pauseContinue_->setEnabled(screen_.PauseEnabled());
     pausedDone_->setText(ToQt(screen_.PausedDoneText()));
     setWindowTitle(ToQt(screen_.Caption()));
-    ShowFileProgress();
-    ShowWhole();
     if (screen_.IsRunning()) {
+        // Small files come by the thousand: progress is drawn as often as text.
+        if (!flushTimer_.isActive()) flushTimer_.start();
         if (!clock_.isActive()) clock_.start();
         if (screen_.state() == ReportScreen::State::Paused) FlushText();
         return;
     }
     clock_.stop();
+    ShowProgress();
     FlushText();
     ShowTime();
     if (screen_.ClosesNow()) reject();
+}
+
+void ReportWindow::ShowProgress() {
+    ShowFileProgress();
+    ShowWhole();
 }
 
 void ReportWindow::ShowFileProgress() {
@@ -253,6 +262,7 @@ void ReportWindow::ShowSelection() {
 
 void ReportWindow::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
     FlushText();
+    ShowProgress();
     PurgeWarningWindow(warning, path, this).exec();
 }
 

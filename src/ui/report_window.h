@@ -43,6 +43,7 @@ class ReportWindow : public QDialog, public ReportView {
     void ScrollToEnd();
     void ShowSelection();
     void ShowTime();
+    void ShowProgress();
     void ShowFileProgress();
     void ShowWhole();
 
