@@ -39,38 +39,33 @@ bool IsEscape(std::string_view text, std::size_t at) {
            HexValue(text[at + 2]) >= 0 && HexValue(text[at + 3]) >= 0;
 }
 
+/// `name` with escapes for the bytes that are no UTF-8 and for the characters that `isEscaped`,
+/// given their place and code point.
+template <typename IsEscaped>
+std::string Escaped(std::string_view name, IsEscaped isEscaped) {
+    std::string text;
+    for (std::size_t at = 0; at < name.size();) {
+        char32_t codePoint = 0;
+        const std::size_t length = Utf8Sequence(name, at, codePoint);
+        const std::string_view bytes = name.substr(at, length == 0 ? 1 : length);
+        if (length == 0 || isEscaped(at, codePoint)) {
+            AppendEscaped(text, bytes);
+        } else {
+            text += bytes;
+        }
+        at += bytes.size();
+    }
+    return text;
+}
+
 } // namespace
 
 std::string DisplayName(std::string_view name) {
-    std::string shown;
-    for (std::size_t at = 0; at < name.size();) {
-        char32_t codePoint = 0;
-        const std::size_t length = Utf8Sequence(name, at, codePoint);
-        const std::string_view bytes = name.substr(at, length == 0 ? 1 : length);
-        if (length == 0 || ChangesTheLine(codePoint)) {
-            AppendEscaped(shown, bytes);
-        } else {
-            shown += bytes;
-        }
-        at += bytes.size();
-    }
-    return shown;
+    return Escaped(name, [](std::size_t, char32_t codePoint) { return ChangesTheLine(codePoint); });
 }
 
 std::string StorableName(std::string_view name) {
-    std::string stored;
-    for (std::size_t at = 0; at < name.size();) {
-        char32_t codePoint = 0;
-        const std::size_t length = Utf8Sequence(name, at, codePoint);
-        const std::string_view bytes = name.substr(at, length == 0 ? 1 : length);
-        if (length == 0 || IsEscape(name, at)) {
-            AppendEscaped(stored, bytes);
-        } else {
-            stored += bytes;
-        }
-        at += bytes.size();
-    }
-    return stored;
+    return Escaped(name, [name](std::size_t at, char32_t) { return IsEscape(name, at); });
 }
 
 std::string NameFromDisplay(std::string_view shown) {
