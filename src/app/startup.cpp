@@ -1,7 +1,7 @@
 #include "app/startup.h"
 
 #include "app/next_run_setup.h"
-#include "operation/interrupted_replacement.h"
+#include "operation/interrupted_operation.h"
 #include "util/paths.h"
 #include "util/program_text.h"
 #include "util/text.h"
@@ -50,8 +50,8 @@ bool StartProgram(const ProgramParts& program, const WindowSteps& window,
     LoadSetupOfLastRun(program, nextRunSetupPath);
     DiscardKey(program.key);
     window.show();
-    FinishInterruptedReplacements(program.fileSystem, program.fileKit, program.user,
-                                  JournalPath(nextRunSetupPath));
+    FinishInterruptedOperations(program.fileSystem, program.fileKit, program.user,
+                                JournalPath(nextRunSetupPath));
     if (!program.desk.InputIsChosen()) program.user.Ask(StartupMessage());
     program.desk.FinishStartup();
     return true;

@@ -27,7 +27,7 @@ std::int16_t NotRenamedOutcome(const std::string& path) {
 /// Notes the unfinished result in the journal while the engine makes it.
 class NoteOutput final : public OutputObserver {
   public:
-    NoteOutput(CipherEngine& engine, ReplacementJournal* journal, ReplacementRecord& record)
+    NoteOutput(CipherEngine& engine, OperationJournal* journal, JournalRecord& record)
         : engine_(engine), journal_(journal), record_(record) {
         if (journal_ != nullptr) engine_.SetOutputObserver(this);
     }
@@ -46,8 +46,8 @@ class NoteOutput final : public OutputObserver {
 
   private:
     CipherEngine& engine_;
-    ReplacementJournal* journal_;
-    ReplacementRecord& record_;
+    OperationJournal* journal_;
+    JournalRecord& record_;
 };
 
 InPlaceResult Replace(const OperationContext& operation, const std::string& path,
@@ -60,8 +60,8 @@ InPlaceResult Replace(const OperationContext& operation, const std::string& path
     const std::string temporary = TemporaryName(fileKit, path);
     if (temporary.empty()) return {outcome::NoTemporaryName, {}};
     const auto before = fileSystem.Info(path);
-    ReplacementRecord record;
-    record.step = ReplacementRecord::Step::Writing;
+    JournalRecord record;
+    record.step = JournalRecord::Step::Writing;
     record.encrypts = encrypts;
     record.originalPath = path;
     record.resultPath = temporary;

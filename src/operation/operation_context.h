@@ -7,7 +7,7 @@
 #include "libs/clock.h"
 #include "libs/file_kit.h"
 #include "libs/file_system.h"
-#include "operation/replacement_journal.h"
+#include "operation/operation_journal.h"
 #include "setup/operation_setup.h"
 #include "util/user_port.h"
 
@@ -47,7 +47,7 @@ struct OperationContext {
     const CurrentKey& key;
     const WorkList& list;
     Machine& machine;
-    ReplacementJournal* journal = nullptr; ///< open; null: replacements are not noted
+    OperationJournal* journal = nullptr; ///< open; null: replacements are not noted
     /// Whether a file that is to be decrypted may turn out not to be encrypted.
     bool mayMeetPlaintext = true;
 };

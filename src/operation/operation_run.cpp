@@ -60,8 +60,8 @@ bool HasDistinctOutputs(const OperationContext& operation) {
 }
 
 /// `journal` opened, or null where the operation does without.
-ReplacementJournal* OpenJournal(const OperationContext& operation, ReplacementJournal& journal,
-                                ReportScreen& screen) {
+OperationJournal* OpenJournal(const OperationContext& operation, OperationJournal& journal,
+                              ReportScreen& screen) {
     const std::string& path = operation.machine.journalPath;
     if (path.empty()) return nullptr;
     if (journal.OpenNew(path)) return &journal;
@@ -129,7 +129,7 @@ void RunOperation(const OperationContext& operation, ReportScreen& screen,
         if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
             screen.AppendToReport("\r\n");
             const ProgressShown progress(operation.machine, screen);
-            ReplacementJournal journal(operation.machine.fileSystem);
+            OperationJournal journal(operation.machine.fileSystem);
             OperationContext noted = operation;
             noted.journal = OpenJournal(operation, journal, screen);
             work(noted, screen);

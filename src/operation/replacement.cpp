@@ -3,10 +3,9 @@
 namespace zr5 {
 namespace {
 
-std::int32_t PurgeOriginal(FileKit& fileKit, ReplacementJournal* journal,
-                           ReplacementRecord& record) {
+std::int32_t PurgeOriginal(FileKit& fileKit, OperationJournal* journal, JournalRecord& record) {
     const auto note = [&] {
-        return journal == nullptr || journal->Note(record, ReplacementJournal::Durability::OfDisk);
+        return journal == nullptr || journal->Note(record, OperationJournal::Durability::OfDisk);
     };
     if (!record.encrypts) {
         if (!note()) return PurgeFailureLimit - 1;
@@ -26,9 +25,9 @@ std::int32_t PurgeOriginal(FileKit& fileKit, ReplacementJournal* journal,
 
 } // namespace
 
-bool ReplaceOriginal(FileSystem& fileSystem, FileKit& fileKit, ReplacementJournal* journal,
-                     ReplacementRecord record) {
-    record.step = ReplacementRecord::Step::Replacing;
+bool ReplaceOriginal(FileSystem& fileSystem, FileKit& fileKit, OperationJournal* journal,
+                     JournalRecord record) {
+    record.step = JournalRecord::Step::Replacing;
     if (PurgeOriginal(fileKit, journal, record) < PurgeFailureLimit) return false;
     if (fileSystem.RenameWithoutReplacing(record.resultPath, record.originalPath) != FsStatus::Ok) {
         return false;

@@ -4,7 +4,7 @@
 // operation does this, and the next start of the program finishes it.
 
 #include "libs/file_kit.h"
-#include "operation/replacement_journal.h"
+#include "operation/operation_journal.h"
 
 namespace zr5 {
 
@@ -13,6 +13,6 @@ namespace zr5 {
 /// is touched, the journal (null: none) says on the disk that it is going to be, or else nothing
 /// is done. True when the result has its name; false leaves it where it is.
 [[nodiscard]] bool ReplaceOriginal(FileSystem& fileSystem, FileKit& fileKit,
-                                   ReplacementJournal* journal, ReplacementRecord record);
+                                   OperationJournal* journal, JournalRecord record);
 
 } // namespace zr5

@@ -2,7 +2,7 @@
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "app/web_link.h"
-#include "operation/replacement_journal.h"
+#include "operation/operation_journal.h"
 #include "support/desk_fixture.h"
 #include "support/fakes.h"
 
@@ -74,10 +74,10 @@ TEST_F(ProgramTest, StartsWithoutAKeyAndGreetsANewUserOnce) {
 TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
     const std::string path = folder.Write("a.odt", "as it was");
     {
-        ReplacementRecord record;
-        record.step = ReplacementRecord::Step::Writing;
+        JournalRecord record;
+        record.step = JournalRecord::Step::Writing;
         record.originalPath = path;
-        ReplacementJournal journal(disk);
+        OperationJournal journal(disk);
         ASSERT_TRUE(journal.OpenNew(JournalPath(nextRunPath)));
         ASSERT_TRUE(journal.Note(record));
     }

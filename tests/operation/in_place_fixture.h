@@ -63,7 +63,7 @@ class InPlace : public EngineTest {
     OperationSetup setup;
     CurrentKey key;
     WorkList list;
-    ReplacementJournal* journal = nullptr;
+    OperationJournal* journal = nullptr;
     std::function<void()> beforePurge;
 };
 

@@ -3,7 +3,7 @@
 // exactly one complete file under the name.
 
 #include "operation/in_place_fixture.h"
-#include "operation/interrupted_replacement.h"
+#include "operation/interrupted_operation.h"
 #include "operation/operation_run.h"
 #include "support/child_process.h"
 
@@ -30,7 +30,7 @@ class Interruption : public InPlace {
         RunOperation({setup, key, list, machine}, screen);
         return screen.text();
     }
-    void Start() { FinishInterruptedReplacements(Disk(), *kit, user, JournalPath()); }
+    void Start() { FinishInterruptedOperations(Disk(), *kit, user, JournalPath()); }
     static bool Killed(unsigned number, const std::function<void()>& work) {
         return KilledAtSystemCall(number, work);
     }
@@ -138,87 +138,87 @@ class LeftJournal : public Interruption {
         record.result = MarkOf(*System().Info(folder / "a.zr5"));
         record.overwriteHead = "\x01\x02 head";
     }
-    ReplacementEnd End(ReplacementRecord::Step step) {
+    InterruptionEnd End(JournalRecord::Step step) {
         record.step = step;
-        ReplacementJournal journalLeft(Disk());
+        OperationJournal journalLeft(Disk());
         EXPECT_TRUE(journalLeft.OpenNew(JournalPath()));
         EXPECT_TRUE(journalLeft.Note(record));
-        const ReplacementEnd end = EndReplacement(Disk(), *kit, journalLeft);
+        const InterruptionEnd end = EndInterruptedFile(Disk(), *kit, journalLeft);
         EXPECT_TRUE(journalLeft.Note({}));
         return end;
     }
-    ReplacementRecord record;
+    JournalRecord record;
 };
 
 TEST_F(LeftJournal, TakesAwayOnlyWhatTheRunHadMade) {
-    using enum ReplacementRecord::Step;
-    EXPECT_EQ(End(Writing), ReplacementEnd::Undone);
+    using enum JournalRecord::Step;
+    EXPECT_EQ(End(Writing), InterruptionEnd::Undone);
     EXPECT_EQ(folder.Names(), Names{"a"});
-    EXPECT_EQ(End(Writing), ReplacementEnd::Untouched);
+    EXPECT_EQ(End(Writing), InterruptionEnd::Untouched);
 
     folder.Write("a.zr5", "of somebody else");
-    EXPECT_EQ(End(Writing), ReplacementEnd::Untouched);
+    EXPECT_EQ(End(Writing), InterruptionEnd::Untouched);
     EXPECT_EQ(folder.Read("a.zr5"), "of somebody else");
 
     record.result = {}; // stopped before it was complete
     folder.Write(".zr5-0123456789abcdef.part", "beginning");
-    EXPECT_EQ(End(Writing), ReplacementEnd::Undone);
+    EXPECT_EQ(End(Writing), InterruptionEnd::Undone);
     EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"}));
 
     folder.Remove("a"); // and perhaps the result is all that is left
-    EXPECT_EQ(End(Writing), ReplacementEnd::LeftAlone);
+    EXPECT_EQ(End(Writing), InterruptionEnd::LeftAlone);
     EXPECT_EQ(folder.Names(), Names{"a.zr5"});
 }
 
 TEST_F(LeftJournal, CompletesWhatItCanProve) {
-    using enum ReplacementRecord::Step;
-    EXPECT_EQ(End(Replacing), ReplacementEnd::Finished);
+    using enum JournalRecord::Step;
+    EXPECT_EQ(End(Replacing), InterruptionEnd::Finished);
     EXPECT_EQ(folder.Names(), Names{"a"});
     EXPECT_EQ(folder.Read("a"), "result");
-    EXPECT_EQ(End(Replacing), ReplacementEnd::Finished) << "it has been renamed already";
+    EXPECT_EQ(End(Replacing), InterruptionEnd::Finished) << "it has been renamed already";
 
     std::filesystem::rename(folder / "a", folder / "a.zr5"); // the original was deleted
-    EXPECT_EQ(End(Replacing), ReplacementEnd::Finished);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::Finished);
     EXPECT_EQ(folder.Read("a"), "result");
 
     std::filesystem::rename(folder / "a", folder / "a.zr5");
     folder.Write("a", "\x01\x02 headoriginal"); // overwriting had begun
     record.original = MarkOf(*System().Info(folder / "a"));
     record.original.modifiedNs = 1;
-    EXPECT_EQ(End(Replacing), ReplacementEnd::Finished);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::Finished);
     EXPECT_EQ(folder.Read("a"), "result");
 }
 
 TEST_F(LeftJournal, TouchesNothingThatSomebodyElseMayHaveWritten) {
-    using enum ReplacementRecord::Step;
+    using enum JournalRecord::Step;
     const Names both{"a", "a.zr5"};
     record.original.modifiedNs = 1; // the original was edited in place: the same length
-    EXPECT_EQ(End(Replacing), ReplacementEnd::LeftAlone);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
     record.original.lengthBytes = 3;
-    EXPECT_EQ(End(Replacing), ReplacementEnd::LeftAlone);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
     record.original = MarkOf(*System().Info(folder / "a"));
     record.result.lengthBytes = 7; // the result is another file
-    EXPECT_EQ(End(Replacing), ReplacementEnd::LeftAlone);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
     EXPECT_EQ(folder.Names(), both);
     EXPECT_EQ(folder.Read("a"), "original");
     record.result = MarkOf(*System().Info(folder / "a.zr5"));
     folder.Remove("a");
     std::filesystem::create_directory(folder / "a");
-    EXPECT_EQ(End(Replacing), ReplacementEnd::LeftAlone);
+    EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
     EXPECT_EQ(folder.Names(), both);
 }
 
 TEST_F(LeftJournal, TellsWhichFileItWas) {
-    record.step = ReplacementRecord::Step::Writing;
+    record.step = JournalRecord::Step::Writing;
     {
-        ReplacementJournal journalLeft(Disk());
+        OperationJournal journalLeft(Disk());
         ASSERT_TRUE(journalLeft.OpenNew(JournalPath()));
         ASSERT_TRUE(journalLeft.Note(record));
         Start(); // it is held by a run that goes on
         EXPECT_TRUE(user.asked.empty());
     }
     // A new run leaves it to the next start and takes another name.
-    ReplacementJournal next(Disk());
+    OperationJournal next(Disk());
     ASSERT_TRUE(next.OpenNew(JournalPath()));
     EXPECT_EQ(config.Names(), (Names{"zr5e.journal", "zr5e.journal-2"}));
     user.onAsk = {};
@@ -233,19 +233,19 @@ TEST_F(LeftJournal, TellsWhichFileItWas) {
 }
 
 TEST_F(LeftJournal, KeepsTheLastWholeRecordWhenOneIsTornOrCannotBeWritten) {
-    ReplacementJournal writing(Disk());
+    OperationJournal writing(Disk());
     ASSERT_TRUE(writing.OpenNew(JournalPath()));
-    record.step = ReplacementRecord::Step::Writing;
+    record.step = JournalRecord::Step::Writing;
     ASSERT_TRUE(writing.Note(record));
-    const ReplacementRecord whole = record;
-    record.step = ReplacementRecord::Step::Replacing;
+    const JournalRecord whole = record;
+    record.step = JournalRecord::Step::Replacing;
     Disk().Fail(FsCall::Write, 1, FsStatus::IoError); // half of it is written
     EXPECT_FALSE(writing.Note(record));
     EXPECT_EQ(writing.Last(), whole);
     record.originalPath = std::string(20'000, 'x');
     EXPECT_FALSE(writing.Note(record));
     writing.Close();
-    ReplacementJournal reading(Disk());
+    OperationJournal reading(Disk());
     ASSERT_TRUE(reading.OpenLeft(JournalPath()));
     EXPECT_EQ(reading.Last(), whole);
 }

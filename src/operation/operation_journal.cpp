@@ -1,4 +1,4 @@
-#include "operation/replacement_journal.h"
+#include "operation/operation_journal.h"
 
 #include "libs/md5.h"
 
@@ -77,7 +77,7 @@ std::string DigestText(std::string_view text) {
     return {digest.begin(), digest.end()};
 }
 
-std::string Encoded(const ReplacementRecord& record, std::uint64_t sequence) {
+std::string Encoded(const JournalRecord& record, std::uint64_t sequence) {
     Writer fields;
     fields.Number(static_cast<std::uint64_t>(record.step));
     fields.Number(record.encrypts ? 1 : 0);
@@ -97,7 +97,7 @@ std::string Encoded(const ReplacementRecord& record, std::uint64_t sequence) {
 
 struct Decoded {
     std::uint64_t sequence = 0; ///< 0: this place holds nothing whole
-    ReplacementRecord record;
+    JournalRecord record;
 };
 
 Decoded Decode(std::string_view place) {
@@ -109,10 +109,10 @@ Decoded Decode(std::string_view place) {
     const std::string_view signedPart = place.substr(0, place.size() - reader.left().size());
     if (reader.Take(DigestBytes) != DigestText(signedPart) || !reader.IsValid()) return {};
 
-    ReplacementRecord& record = decoded.record;
+    JournalRecord& record = decoded.record;
     const std::uint64_t step = fields.Number();
-    if (step > static_cast<std::uint64_t>(ReplacementRecord::Step::Replacing)) return {};
-    record.step = static_cast<ReplacementRecord::Step>(step);
+    if (step > static_cast<std::uint64_t>(JournalRecord::Step::Replacing)) return {};
+    record.step = static_cast<JournalRecord::Step>(step);
     record.encrypts = fields.Number() != 0;
     record.originalPath = fields.Text();
     record.resultPath = fields.Text();
@@ -130,18 +130,18 @@ FileMark MarkOf(const FileInfo& info) {
     return {info.identity.inode, info.lengthBytes, info.modifiedNs};
 }
 
-std::string ReplacementJournal::Name(const std::string& path, int number) {
+std::string OperationJournal::Name(const std::string& path, int number) {
     return number == 1 ? path : path + "-" + std::to_string(number);
 }
 
-bool ReplacementJournal::OpenNew(const std::string& path) {
+bool OperationJournal::OpenNew(const std::string& path) {
     for (int number = 1; number <= MostJournals; ++number) {
         path_ = Name(path, number);
         OpenResult opened = fileSystem_.OpenLocked(path_);
         if (opened.status == FsStatus::AlreadyExists) continue;
         if (opened.status != FsStatus::Ok) return false;
         file_ = std::move(opened.file);
-        if (Read() && last_.step != ReplacementRecord::Step::None) {
+        if (Read() && last_.step != JournalRecord::Step::None) {
             file_.reset(); // the next start sees to it
             continue;
         }
@@ -152,7 +152,7 @@ bool ReplacementJournal::OpenNew(const std::string& path) {
     return false;
 }
 
-bool ReplacementJournal::OpenLeft(const std::string& path) {
+bool OperationJournal::OpenLeft(const std::string& path) {
     const auto info = fileSystem_.Info(path);
     if (!info || info->kind != FileKind::Regular) return false;
     OpenResult opened = fileSystem_.OpenLocked(path);
@@ -163,14 +163,14 @@ bool ReplacementJournal::OpenLeft(const std::string& path) {
     return true;
 }
 
-void ReplacementJournal::Close() {
+void OperationJournal::Close() {
     if (!file_) return;
-    if (last_.step == ReplacementRecord::Step::None) static_cast<void>(fileSystem_.Remove(path_));
+    if (last_.step == JournalRecord::Step::None) static_cast<void>(fileSystem_.Remove(path_));
     file_.reset();
 }
 
 /// Takes the newer of the two places. False when neither is whole.
-bool ReplacementJournal::Read() {
+bool OperationJournal::Read() {
     std::vector<std::byte> bytes(Places * PlaceBytes);
     if (file_->MoveTo(0) != FsStatus::Ok) return false;
     const ReadResult got = file_->Read(bytes);
@@ -187,7 +187,7 @@ bool ReplacementJournal::Read() {
 }
 
 /// Gives the file its whole length now, so that no record has to wait for room or finds none.
-bool ReplacementJournal::Lay() {
+bool OperationJournal::Lay() {
     const std::vector<std::byte> nothing(Places * PlaceBytes);
     last_ = {};
     sequence_ = 0;
@@ -196,7 +196,7 @@ bool ReplacementJournal::Lay() {
            fileSystem_.FlushFolderOf(path_) == FsStatus::Ok;
 }
 
-bool ReplacementJournal::Note(const ReplacementRecord& record, Durability durability) {
+bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
     const std::string text = Encoded(record, sequence_ + 1);
     if (text.size() > PlaceBytes) return false;
     const std::uint64_t place = (sequence_ + 1) % Places * PlaceBytes;

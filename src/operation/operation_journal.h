@@ -22,7 +22,7 @@ struct FileMark {
 };
 [[nodiscard]] FileMark MarkOf(const FileInfo& info);
 
-struct ReplacementRecord {
+struct JournalRecord {
     enum class Step : std::uint8_t {
         None,
         Writing,   ///< the result is being made; the original has not been touched
@@ -37,21 +37,21 @@ struct ReplacementRecord {
     FileMark result;           ///< as it was when it was complete; nothing before
     std::string overwriteHead; ///< the first bytes that the original is overwritten with
     std::string earlierHead;   ///< those with which an interrupted mending found it overwritten
-    friend bool operator==(const ReplacementRecord&, const ReplacementRecord&) = default;
+    friend bool operator==(const JournalRecord&, const JournalRecord&) = default;
 };
 
 /// A file with two places that are written in turns, so that one of them is whole whenever the
 /// program or the machine stops. It is locked while open, and so left alone by other runs of the
 /// program, which take the next free name: "<path>", "<path>-2" to "<path>-9".
-class ReplacementJournal {
+class OperationJournal {
   public:
     static constexpr int MostJournals = 9;
     enum class Durability { OfProcess, OfDisk };
 
-    explicit ReplacementJournal(FileSystem& fileSystem) : fileSystem_(fileSystem) {}
-    ~ReplacementJournal() { Close(); }
-    ReplacementJournal(const ReplacementJournal&) = delete;
-    ReplacementJournal& operator=(const ReplacementJournal&) = delete;
+    explicit OperationJournal(FileSystem& fileSystem) : fileSystem_(fileSystem) {}
+    ~OperationJournal() { Close(); }
+    OperationJournal(const OperationJournal&) = delete;
+    OperationJournal& operator=(const OperationJournal&) = delete;
 
     /// Opens a journal under the first name that no other run holds and no unfinished replacement
     /// stands in; false when none can be made.
@@ -65,10 +65,10 @@ class ReplacementJournal {
 
     /// Writes a record; with `OfDisk` it survives the machine, else the program only. False when
     /// it could not be written: then the last one still stands.
-    [[nodiscard]] bool Note(const ReplacementRecord& record,
+    [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
     /// The last record that was written whole; Step::None when there is none.
-    [[nodiscard]] const ReplacementRecord& Last() const { return last_; }
+    [[nodiscard]] const JournalRecord& Last() const { return last_; }
 
     /// The name of the journal with `number`, from 1.
     [[nodiscard]] static std::string Name(const std::string& path, int number);
@@ -80,7 +80,7 @@ class ReplacementJournal {
     FileSystem& fileSystem_;
     std::string path_;
     std::unique_ptr<OpenFile> file_;
-    ReplacementRecord last_;
+    JournalRecord last_;
     std::uint64_t sequence_ = 0;
 };
 

@@ -4,14 +4,14 @@
 
 #include "libs/file_kit.h"
 #include "libs/file_system.h"
-#include "operation/replacement_journal.h"
+#include "operation/operation_journal.h"
 #include "util/user_port.h"
 
 #include <string>
 
 namespace zr5 {
 
-enum class ReplacementEnd {
+enum class InterruptionEnd {
     Untouched, ///< the original is as it was, and nothing lies beside it
     Undone,    ///< the original is as it was; the result that lay beside it was removed
     Finished,  ///< the result has the original's name
@@ -20,13 +20,13 @@ enum class ReplacementEnd {
 
 /// Brings about that exactly one complete file has the name, and removes what only the
 /// interrupted run can have made. Touches nothing that is not proved to be this program's own.
-[[nodiscard]] ReplacementEnd EndReplacement(FileSystem& fileSystem, FileKit& fileKit,
-                                            ReplacementJournal& journal);
+[[nodiscard]] InterruptionEnd EndInterruptedFile(FileSystem& fileSystem, FileKit& fileKit,
+                                                 OperationJournal& journal);
 
 /// Does so for every journal that was left at `journalPath` and its further names by a run that
 /// is over, says in one box for each which file it was and what became of it, and removes the
 /// journal.
-void FinishInterruptedReplacements(FileSystem& fileSystem, FileKit& fileKit, UserPort& user,
-                                   const std::string& journalPath);
+void FinishInterruptedOperations(FileSystem& fileSystem, FileKit& fileKit, UserPort& user,
+                                 const std::string& journalPath);
 
 } // namespace zr5
