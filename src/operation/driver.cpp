@@ -19,12 +19,6 @@ constexpr std::size_t NameColumn = 12;
 constexpr std::uint64_t LeastEncryptedBytes = 3;
 constexpr std::uint64_t FilesBetweenEvents = 10;
 
-/// The outcome of one file, and where its output is.
-struct FileResult {
-    std::int16_t outcome = 0;
-    std::string outputPath;
-};
-
 bool CountsAsProcessed(std::int16_t code) {
     return code == 0 || code == outcome::NotRenamed || code == outcome::NotRenamedOnFloppy;
 }
@@ -134,6 +128,11 @@ class Driver {
             screen_.counters.totalBytes += lengthBytes;
         }
         screen_.AppendToReport(OutcomeText(item, result));
+        if (!result.leftPath.empty()) {
+            screen_.AppendToReport(std::string(LineEnd) + ContinuationIndent +
+                                   "An unfinished result may be left in " +
+                                   DisplayName(result.leftPath) + ".");
+        }
         EndLine();
     }
 
@@ -179,22 +178,20 @@ class Driver {
 
     FileResult Work(const WorkItem& item) {
         if (!IsInPlace(item)) {
-            return {EncryptOrDecryptFile(operation_, false, item.inputPath, item.outputPath),
-                    item.outputPath};
+            return ProcessToOther(operation_, item.inputPath, item.outputPath);
         }
         const auto nextPass = [this] { screen_.NextPass(); };
-        InPlaceResult result = ProcessInPlace(
-            operation_, item.inputPath, {nextPass, [&] {
-                                             nextPass();
-                                             if (warning_.IsDueFor(item.inputPath)) {
-                                                 screen_.ShowPurgeWarning(warning_, item.inputPath);
-                                             }
-                                         }});
-        return {result.outcome, std::move(result.resultPath)};
+        return ProcessInPlace(operation_, item.inputPath,
+                              {nextPass, [&] {
+                                   nextPass();
+                                   if (warning_.IsDueFor(item.inputPath)) {
+                                       screen_.ShowPurgeWarning(warning_, item.inputPath);
+                                   }
+                               }});
     }
 
     [[nodiscard]] std::string OutcomeText(const WorkItem& item, const FileResult& result) const {
-        const std::string output = DisplayName(result.outputPath);
+        const std::string output = DisplayName(result.resultPath);
         switch (result.outcome) {
         case 0:
             return SuccessText(item, result);
@@ -222,9 +219,9 @@ class Driver {
     }
 
     [[nodiscard]] std::string SuccessText(const WorkItem& item, const FileResult& result) const {
-        const auto info = operation_.machine.fileSystem.Info(result.outputPath);
+        const auto info = operation_.machine.fileSystem.Info(result.resultPath);
         const std::string path =
-            result.outputPath == item.inputPath ? "" : DisplayName(result.outputPath) + "  ";
+            result.resultPath == item.inputPath ? "" : DisplayName(result.resultPath) + "  ";
         return "-> " + path + WithThousands(info ? info->lengthBytes : 0) + " bytes";
     }
 

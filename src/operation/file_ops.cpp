@@ -1,6 +1,7 @@
 #include "operation/file_ops.h"
 
 #include "operation/extension_lists.h"
+#include "operation/noted_output.h"
 #include "util/paths.h"
 
 namespace zr5 {
@@ -32,6 +33,18 @@ std::int16_t EncryptOrDecryptFile(const OperationContext& operation, bool inPlac
                                        : engine.decrypt_file(inputPath, outputPath);
     operation.machine.user.ProcessEvents();
     return static_cast<std::int16_t>(code);
+}
+
+FileResult ProcessToOther(const OperationContext& operation, const std::string& inputPath,
+                          const std::string& outputPath) {
+    JournalRecord record;
+    record.step = JournalRecord::Step::WritingElsewhere;
+    record.encrypts = operation.setup.Operation == Function::Encrypt;
+    record.originalPath = inputPath;
+    record.resultPath = outputPath;
+    NotedOutput output(operation, std::move(record));
+    const std::int16_t code = EncryptOrDecryptFile(operation, false, inputPath, outputPath);
+    return output.Ended({code, outputPath});
 }
 
 } // namespace zr5

@@ -1,6 +1,7 @@
 #pragma once
 
 // One file through the cipher engine, with the files that are never encrypted in place kept out.
+// `in_place.h` goes on from here where the result takes the place of the file.
 
 #include "operation/operation_context.h"
 
@@ -21,6 +22,16 @@ inline constexpr std::int16_t IsExcludedType = 7;
 inline constexpr std::int16_t NotRenamedOnFloppy = 8;
 } // namespace outcome
 
+/// What became of one file.
+struct FileResult {
+    std::int16_t outcome = 0; ///< 0, an engine code or an outcome
+    /// Where the result, or a partial plaintext, is; after a failure without either no file need
+    /// be there.
+    std::string resultPath;
+    /// What may be left of the result of a failed operation; empty when nothing can be.
+    std::string leftPath = {};
+};
+
 /// Whether a file may be worked on in place: 0, IsExecutable, IsKeyfile or IsExcludedType.
 [[nodiscard]] std::int16_t CheckProtectedFile(const OperationContext& operation,
                                               const std::string& path);
@@ -30,5 +41,10 @@ inline constexpr std::int16_t NotRenamedOnFloppy = 8;
 [[nodiscard]] std::int16_t EncryptOrDecryptFile(const OperationContext& operation, bool inPlace,
                                                 const std::string& inputPath,
                                                 const std::string& outputPath);
+
+/// The whole work on a file whose result goes to another file, noted in the journal meanwhile.
+[[nodiscard]] FileResult ProcessToOther(const OperationContext& operation,
+                                        const std::string& inputPath,
+                                        const std::string& outputPath);
 
 } // namespace zr5

@@ -5,20 +5,12 @@
 // compared; only then is the input purged, and only then does the result take its name. Each step
 // is noted in the journal first.
 
-#include "operation/operation_context.h"
+#include "operation/file_ops.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 
 namespace zr5 {
-
-struct InPlaceResult {
-    std::int16_t outcome = 0;
-    /// Where the result, or a partial plaintext, is: the input's path after success, else the
-    /// temporary file's if one is left.
-    std::string resultPath;
-};
 
 struct InPlaceHooks {
     std::function<void()> beforeVerifying; ///< the result is written; encryption only
@@ -29,8 +21,8 @@ struct InPlaceHooks {
 [[nodiscard]] unsigned InPlacePasses(Function operation);
 
 /// The input is not touched unless the result is complete, nor if it is no longer the file that
-/// was read.
-[[nodiscard]] InPlaceResult ProcessInPlace(const OperationContext& operation,
-                                           const std::string& path, const InPlaceHooks& hooks);
+/// was read. After success the result's path is the input's.
+[[nodiscard]] FileResult ProcessInPlace(const OperationContext& operation, const std::string& path,
+                                        const InPlaceHooks& hooks);
 
 } // namespace zr5

@@ -2,6 +2,7 @@
 
 #include "operation/replacement.h"
 #include "util/display.h"
+#include "util/paths.h"
 
 #include <span>
 #include <vector>
@@ -26,20 +27,34 @@ bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::stri
            head == std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
-/// While the result was being made nothing had touched the original, so what lies beside it goes:
-/// the part under its random name, and the result if it is the file that the part became.
+bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
+    const auto isThere = [&](const std::string& path) { return fileSystem.Info(path).has_value(); };
+    return !isThere(SplitPath(record.resultPath).folder) ||
+           (!isThere(record.originalPath) && !isThere(record.resultPath) &&
+            !isThere(record.partPath));
+}
+
+/// While the result was being made nothing had touched the original, so the part under its random
+/// name goes; in place the result goes, too, if it is the file that the part became.
 InterruptionEnd EndWriting(FileSystem& fileSystem, const JournalRecord& record) {
-    if (!fileSystem.Info(record.originalPath)) {
-        // Somebody has taken it away since; perhaps the result is all that is left.
-        const bool resultIsThere = RegularFileAt(fileSystem, record.resultPath).has_value();
-        if (resultIsThere) return InterruptionEnd::LeftAlone;
+    const auto original = RegularFileAt(fileSystem, record.originalPath);
+    const auto result = RegularFileAt(fileSystem, record.resultPath);
+    const bool resultIsOurs = result && *result == record.result;
+    const bool partIsThere = RegularFileAt(fileSystem, record.partPath).has_value();
+    if (partIsThere) {
+        // Without the original it may be all that is left.
+        if (!original || fileSystem.Remove(record.partPath) != FsStatus::Ok) {
+            return InterruptionEnd::LeftAlone;
+        }
     }
-    bool removedAny = RegularFileAt(fileSystem, record.partPath) &&
-                      fileSystem.Remove(record.partPath) == FsStatus::Ok;
-    if (RegularFileAt(fileSystem, record.resultPath) == record.result) {
-        removedAny = fileSystem.Remove(record.resultPath) == FsStatus::Ok || removedAny;
+    if (record.step == Step::WritingElsewhere) {
+        if (resultIsOurs) return InterruptionEnd::Finished;
+    } else if (result && (resultIsOurs || !partIsThere)) {
+        const bool removed = resultIsOurs && original == record.original &&
+                             fileSystem.Remove(record.resultPath) == FsStatus::Ok;
+        return removed ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
     }
-    return removedAny ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
+    return partIsThere ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
 }
 
 /// Whether the file under the original's name is the original still: untouched, or overwritten by
@@ -83,32 +98,53 @@ InterruptionEnd EndReplacing(FileSystem& fileSystem, FileKit& fileKit, Operation
                                                                   : InterruptionEnd::LeftAlone;
 }
 
-MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
-    constexpr const char* Title = "Interrupted operation";
-    const std::string encrypted = record.encrypts ? "encrypted" : "decrypted";
-    const std::string opening = "Vaultline ZR5 was interrupted while this file was being " +
-                                encrypted + ":\r\n\r\n" + DisplayName(record.originalPath) +
-                                "\r\n\r\n";
+std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
+    const bool inPlace = record.step != Step::WritingElsewhere;
+    const std::string result = DisplayName(record.resultPath);
+    const std::string asBefore = "The file is as it was before.";
     switch (end) {
     case InterruptionEnd::Untouched:
-        return Notice(opening + "The file is as it was before.", Title, BoxIcon::Information);
+        return asBefore;
     case InterruptionEnd::Undone:
-        return Notice(opening + "The file is as it was before. The unfinished result beside it "
-                                "has been removed.",
-                      Title, BoxIcon::Information);
+        if (inPlace) return asBefore + " The unfinished result beside it has been removed.";
+        return asBefore + " The unfinished result has been removed from the folder\r\n\r\n" +
+               DisplayName(SplitPath(record.partPath).folder);
     case InterruptionEnd::Finished:
-        return Notice(opening + "This has been completed: the file is " + encrypted + " now.",
-                      Title, BoxIcon::Information);
-    case InterruptionEnd::LeftAlone:
+        if (inPlace) {
+            return std::string("This has been completed: the file is ") +
+                   (record.encrypts ? "encrypted" : "decrypted") + " now.";
+        }
+        if (record.encrypts) return asBefore + " Its encryption is complete, in\r\n\r\n" + result;
+        return asBefore + " The result of the decryption is in\r\n\r\n" + result +
+               "\r\n\r\nBut the report is lost that would say whether anything of the file was "
+               "damaged: please decrypt it again.";
+    case InterruptionEnd::LeftAlone: {
+        const std::string part =
+            record.step == Step::Replacing ? "" : " or in\r\n\r\n" + DisplayName(record.partPath);
+        return std::string("The files have been changed since or cannot be written, so this was "
+                           "not completed. Please look at both yourself; the result of the ") +
+               (record.encrypts ? "encryption" : "decryption") +
+               " is, or was, in the file\r\n\r\n" + result + part;
+    }
+    case InterruptionEnd::OutOfReach:
         break;
     }
-    return Notice(
-        opening +
-            "The files have been changed since or cannot be written, so this was not completed. " +
-            "Please look at both yourself; the result of the " +
-            (record.encrypts ? "encryption" : "decryption") + " is, or was, in the file\r\n\r\n" +
-            DisplayName(record.resultPath),
-        Title, BoxIcon::Exclamation);
+    return "It cannot be found now. If it is on a disk that is not connected, answer No, connect "
+           "the disk and start the program again.\r\n\r\nForget it? Then an unfinished result may "
+           "be left there.";
+}
+
+MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
+    constexpr const char* Title = "Interrupted operation";
+    std::string text = "Vaultline ZR5 was interrupted while this file was being ";
+    text += record.encrypts ? "encrypted" : "decrypted";
+    text += ":\r\n\r\n" + DisplayName(record.originalPath) + "\r\n\r\n";
+    text += WhatBecameOf(end, record);
+    if (end == InterruptionEnd::OutOfReach) {
+        return Question(std::move(text), Title, BoxIcon::Exclamation, Answer::No);
+    }
+    return Notice(std::move(text), Title,
+                  end == InterruptionEnd::LeftAlone ? BoxIcon::Exclamation : BoxIcon::Information);
 }
 
 } // namespace
@@ -116,6 +152,7 @@ MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
 InterruptionEnd EndInterruptedFile(FileSystem& fileSystem, FileKit& fileKit,
                                    OperationJournal& journal) {
     JournalRecord record = journal.Last();
+    if (IsOutOfReach(fileSystem, record)) return InterruptionEnd::OutOfReach;
     return record.step == Step::Replacing ? EndReplacing(fileSystem, fileKit, journal, record)
                                           : EndWriting(fileSystem, record);
 }
@@ -127,7 +164,9 @@ void FinishInterruptedOperations(FileSystem& fileSystem, FileKit& fileKit, UserP
         if (!journal.OpenLeft(OperationJournal::Name(journalPath, number))) continue;
         const JournalRecord record = journal.Last();
         if (record.step != Step::None) {
-            user.Ask(BoxFor(EndInterruptedFile(fileSystem, fileKit, journal), record));
+            const InterruptionEnd end = EndInterruptedFile(fileSystem, fileKit, journal);
+            const Answer answer = user.Ask(BoxFor(end, record));
+            if (end == InterruptionEnd::OutOfReach && answer != Answer::Yes) continue;
         }
         static_cast<void>(journal.Note({})); // and so closing removes it
     }

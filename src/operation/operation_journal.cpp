@@ -111,7 +111,7 @@ Decoded Decode(std::string_view place) {
 
     JournalRecord& record = decoded.record;
     const std::uint64_t step = fields.Number();
-    if (step > static_cast<std::uint64_t>(JournalRecord::Step::Replacing)) return {};
+    if (step > static_cast<std::uint64_t>(JournalRecord::Step::WritingElsewhere)) return {};
     record.step = static_cast<JournalRecord::Step>(step);
     record.encrypts = fields.Number() != 0;
     record.originalPath = fields.Text();
@@ -135,6 +135,7 @@ std::string OperationJournal::Name(const std::string& path, int number) {
 }
 
 bool OperationJournal::OpenNew(const std::string& path) {
+    basePath_ = path;
     for (int number = 1; number <= MostJournals; ++number) {
         path_ = Name(path, number);
         OpenResult opened = fileSystem_.OpenLocked(path_);
@@ -169,6 +170,11 @@ void OperationJournal::Close() {
     file_.reset();
 }
 
+void OperationJournal::SetAside() {
+    Close();
+    static_cast<void>(OpenNew(basePath_));
+}
+
 /// Takes the newer of the two places. False when neither is whole.
 bool OperationJournal::Read() {
     std::vector<std::byte> bytes(Places * PlaceBytes);
@@ -198,12 +204,13 @@ bool OperationJournal::Lay() {
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
     const std::string text = Encoded(record, sequence_ + 1);
-    if (text.size() > PlaceBytes) return false;
+    if (!file_ || text.size() > PlaceBytes) return false;
     const std::uint64_t place = (sequence_ + 1) % Places * PlaceBytes;
     if (file_->MoveTo(place) != FsStatus::Ok ||
         file_->Write(std::as_bytes(std::span(text))) != FsStatus::Ok) {
         return false;
     }
+    file_->StartWriteback(place, PlaceBytes);
     if (durability == Durability::OfDisk && file_->FlushContent() != FsStatus::Ok) return false;
     ++sequence_;
     last_ = record;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What is known on the disk of the one file that is being replaced, so that the next start of the
+// What is known on the disk of the one file that is being worked on, so that the next start of the
 // program can finish or undo it. No key, and nothing of any content.
 
 #include "libs/file_system.h"
@@ -25,13 +25,14 @@ struct FileMark {
 struct JournalRecord {
     enum class Step : std::uint8_t {
         None,
-        Writing,   ///< the result is being made; the original has not been touched
-        Replacing, ///< the result is complete and on the disk; the original goes
+        Writing,          ///< the result is being made; the original has not been touched
+        Replacing,        ///< the result is complete and on the disk; the original goes
+        WritingElsewhere, ///< the result is being made in another file; the original stays
     };
     Step step = Step::None;
     bool encrypts = true;      ///< and so overwrites the original before deleting it
-    std::string originalPath;  ///< the file that is replaced
-    std::string resultPath;    ///< the complete result, until it takes the original's name
+    std::string originalPath;  ///< the file that is worked on
+    std::string resultPath;    ///< the complete result; in place until it takes the original's name
     std::string partPath;      ///< the result while it is made
     FileMark original;         ///< as it was read
     FileMark result;           ///< as it was when it was complete; nothing before
@@ -53,18 +54,22 @@ class OperationJournal {
     OperationJournal(const OperationJournal&) = delete;
     OperationJournal& operator=(const OperationJournal&) = delete;
 
-    /// Opens a journal under the first name that no other run holds and no unfinished replacement
-    /// stands in; false when none can be made.
+    /// Opens a journal under the first name that no other run holds and nothing unfinished stands
+    /// in; false when none can be made.
     [[nodiscard]] bool OpenNew(const std::string& path);
     /// Opens the journal that lies under this very name for finishing what stands in it; false
     /// when there is none or another run holds it.
     [[nodiscard]] bool OpenLeft(const std::string& path);
     [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
-    /// Removes the file, unless a replacement stands in it that is not finished.
+    /// Removes the file, unless something stands in it that is not finished.
     void Close();
+    /// Leaves what stands in it to the next start and goes on in another file. Where none can be
+    /// made, nothing can be noted any more.
+    void SetAside();
 
-    /// Writes a record; with `OfDisk` it survives the machine, else the program only. False when
-    /// it could not be written: then the last one still stands.
+    /// Writes a record. With `OfDisk` it has survived the machine's end when this returns, else
+    /// only the program's, and is on its way to the disk. False when it could not be written: then
+    /// the last one still stands.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
     /// The last record that was written whole; Step::None when there is none.
@@ -78,6 +83,7 @@ class OperationJournal {
     [[nodiscard]] bool Lay();
 
     FileSystem& fileSystem_;
+    std::string basePath_; ///< as it was given to OpenNew
     std::string path_;
     std::unique_ptr<OpenFile> file_;
     JournalRecord last_;

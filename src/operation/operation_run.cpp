@@ -65,10 +65,12 @@ OperationJournal* OpenJournal(const OperationContext& operation, OperationJourna
     const std::string& path = operation.machine.journalPath;
     if (path.empty()) return nullptr;
     if (journal.OpenNew(path)) return &journal;
-    if (operation.setup.OutputMode != OutputTarget::OverwriteInput) return nullptr;
+    const bool inPlace = operation.setup.OutputMode == OutputTarget::OverwriteInput;
     screen.AppendToReport("Note: the file " + DisplayName(path) +
-                          " cannot be written.  Should this operation be interrupted,\r\nthen the "
-                          "next start of the program will not complete it.\r\n");
+                          " cannot be written.  Should this operation be interrupted,\r\nthen " +
+                          (inPlace ? "the next start of the program will not complete it."
+                                   : "an unfinished result may be left.") +
+                          "\r\n");
     return nullptr;
 }
 

@@ -77,6 +77,7 @@ TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
         JournalRecord record;
         record.step = JournalRecord::Step::Writing;
         record.originalPath = path;
+        record.resultPath = path + ".zr5";
         OperationJournal journal(disk);
         ASSERT_TRUE(journal.OpenNew(JournalPath(nextRunPath)));
         ASSERT_TRUE(journal.Note(record));

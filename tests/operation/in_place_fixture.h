@@ -21,7 +21,7 @@ class InPlace : public EngineTest {
         key.keyText = SecretBytes::CopyOf(Key);
         key.keyState = key_state::Keyboard;
     }
-    InPlaceResult Process(Function function, const std::string& name) {
+    FileResult Process(Function function, const std::string& name) {
         setup.Operation = function;
         return ProcessInPlace({setup, key, list, machine, journal}, folder / name,
                               {{}, beforePurge});

@@ -45,7 +45,7 @@ TEST_F(InPlace, KeepsModeAndExtendedAttributes) {
 TEST_F(InPlace, NeverOverwritesAFileThatHasOtherNames) {
     const std::string path = folder.Write("a", "shared content");
     std::filesystem::create_hard_link(path, folder / "b");
-    const InPlaceResult result = Process(Function::Encrypt, "a");
+    const FileResult result = Process(Function::Encrypt, "a");
     EXPECT_EQ(result.outcome, outcome::NotRenamed);
     EXPECT_EQ(result.resultPath, folder / "a.zr5");
     EXPECT_EQ(folder.Read("a"), "shared content");
@@ -72,7 +72,7 @@ TEST_F(InPlace, LeavesAnInputAloneThatChangedMeanwhile) {
 TEST_F(InPlace, ReplacesNothingThatAppearedUnderTheName) {
     folder.Write("a", "mine");
     Disk().Before(FsCall::Rename, 2, [this] { folder.Write("a", "theirs"); });
-    const InPlaceResult result = Process(Function::Encrypt, "a");
+    const FileResult result = Process(Function::Encrypt, "a");
     EXPECT_EQ(result.outcome, outcome::NotRenamed);
     EXPECT_EQ(folder.Read("a"), "theirs");
     EXPECT_EQ(Decrypted(result.resultPath), "mine");
@@ -85,7 +85,7 @@ TEST_F(InPlace, KeepsWhatCouldBeSalvagedBesideTheInput) {
     std::string damaged = folder.Read("a");
     damaged[100] = static_cast<char>(damaged[100] ^ 1);
     folder.Write("a", damaged);
-    const InPlaceResult result = Process(Function::Decrypt, "a");
+    const FileResult result = Process(Function::Decrypt, "a");
     EXPECT_EQ(result.outcome, -21);
     EXPECT_EQ(result.resultPath, folder / "a.zr5");
     EXPECT_EQ(folder.Read("a"), damaged);

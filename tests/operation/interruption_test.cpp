@@ -5,6 +5,7 @@
 #include "operation/in_place_fixture.h"
 #include "operation/interrupted_operation.h"
 #include "operation/operation_run.h"
+#include "operation/system_call_faults.h"
 #include "support/child_process.h"
 
 #include <cstdio>
@@ -13,19 +14,44 @@
 namespace zr5::test {
 namespace {
 
+/// One way through the program: in place, or to another file that is there already or not.
+struct Road {
+    Function function;
+    bool elsewhere = false;
+    bool overAnOutput = false;
+};
+constexpr std::array Roads = {Road{Function::Encrypt},       Road{Function::Decrypt},
+                              Road{Function::Encrypt, true}, Road{Function::Encrypt, true, true},
+                              Road{Function::Decrypt, true}, Road{Function::Decrypt, true, true}};
+
 class Interruption : public InPlace {
   protected:
     Interruption() {
         machine.journalPath = JournalPath();
-        user.onAsk = [](const MessageBox&) { return Answer::Ok; };
-        list = {{WorkItem::Kind::File, folder / "a", folder / "a"}};
-        setup.Folder = {folder.Path(), folder.Path()};
+        user.onAsk = [this](const MessageBox& box) {
+            boxes += box.text;
+            return AnswerThatChangesNothing(box.buttons);
+        };
         setup.FileName = {"a", "a"};
     }
     [[nodiscard]] std::string JournalPath() const { return config / "zr5e.journal"; }
-    /// The report of an operation on `a`.
-    std::string Run(Function function) {
-        setup.Operation = function;
+
+    /// Makes ready what an operation on `a` finds.
+    void PrepareFor(const Road& road) {
+        Prepare(road.function, original);
+        input = folder.Read("a");
+        other.Empty();
+        if (road.overAnOutput) other.Write("a", Old);
+        boxes.clear();
+        setup.Operation = road.function;
+        setup.OutputMode =
+            road.elsewhere ? OutputTarget::SeparateOutput : OutputTarget::OverwriteInput;
+        const TemporaryFolder& output = road.elsewhere ? other : folder;
+        setup.Folder = {folder.Path(), output.Path()};
+        list = {{WorkItem::Kind::File, folder / "a", output / "a"}};
+    }
+    /// The report of the operation.
+    std::string Run() {
         ReportScreen screen(user, clock);
         RunOperation({setup, key, list, machine}, screen);
         return screen.text();
@@ -35,76 +61,157 @@ class Interruption : public InPlace {
         return KilledAtSystemCall(number, work);
     }
 
+    /// Whether nothing is lost: in place a complete file is somewhere, else the input is as it was
+    /// and the output, if there is one, is the old one or complete, or `report` says otherwise.
+    bool NothingIsLost(const Road& road, const std::string& report = {}) {
+        if (!road.elsewhere) return IsSafe(original);
+        if (folder.Names() != Names{"a"} || folder.Read("a") != input) return false;
+        if (!other.Has("a")) return !road.overAnOutput;
+        const bool isOld = road.overAnOutput && other.Read("a") == Old;
+        return isOld || OutputIsComplete(road) || report.find("Partial") != std::string::npos;
+    }
+    bool OutputIsComplete(const Road& road) {
+        const TemporaryFolder& output = road.elsewhere ? other : folder;
+        if (road.function == Function::Decrypt) return output.Read("a") == original;
+        return Decrypted(output / "a") == original;
+    }
+    /// Whether the files are such as a start of the program should leave them.
+    bool IsMended(const Road& road) {
+        const Names outputs = other.Names();
+        return NothingIsLost(road) && folder.Names() == Names{"a"} && config.Names().empty() &&
+               (outputs.empty() || outputs == Names{"a"});
+    }
+    /// What lies about that neither `told` nor the setup names.
+    Names Unnamed(const std::string& told) const {
+        Names unnamed;
+        for (const TemporaryFolder* each : {&folder, &other}) {
+            for (const std::string& name : each->Names()) {
+                if (name != "a" && told.find(*each / name) == std::string::npos)
+                    unnamed.insert(name);
+            }
+        }
+        return unnamed;
+    }
+
+    static constexpr const char* Old = "what stood there before";
+    std::string original = PatternBytes(3000);
+    std::string input;
+    std::string boxes; ///< what was said since the last preparation
+    TemporaryFolder other;
     TemporaryFolder config;
 };
 
-constexpr std::array BothFunctions = {Function::Encrypt, Function::Decrypt};
-
 TEST_F(Interruption, OfTheDiskAtAnyCallLosesNothingAndHidesNothing) {
-    const std::string original = PatternBytes(3000);
     unsigned faults = 0;
-    for (const Function function : BothFunctions) {
+    for (const Road& road : Roads) {
         for (const FsStatus status :
              {FsStatus::IoError, FsStatus::NoSpace, FsStatus::NotPermitted}) {
             for (unsigned number = 1;; ++number) {
-                Prepare(function, original);
+                PrepareFor(road);
                 Disk().FailAny(number, status);
-                const std::string report = Run(function);
+                const std::string report = Run();
                 if (!Disk().AllMet()) break;
                 ++faults;
                 Disk().Reset();
                 const std::string where = "call " + std::to_string(number) + "\n" + report;
-                ASSERT_TRUE(IsSafe(original)) << where;
-                for (const std::string& name : folder.Names()) {
-                    EXPECT_TRUE(name == "a" || report.find(folder / name) != std::string::npos)
-                        << name << " is not named by the report of " << where;
-                }
+                ASSERT_TRUE(NothingIsLost(road, report)) << where;
+                EXPECT_EQ(Unnamed(report), Names{}) << where;
                 const Names before = folder.Names();
                 Start();
-                EXPECT_EQ(folder.Names(), before) << where;
+                EXPECT_EQ(Unnamed(report), Names{}) << where;
+                EXPECT_TRUE(boxes.empty() ? folder.Names() == before : IsMended(road))
+                    << where << boxes;
                 EXPECT_EQ(config.Names(), Names{}) << where;
             }
         }
     }
-    EXPECT_GT(faults, 150U);
+    EXPECT_GT(faults, 400U);
     std::printf("%u failing calls of the disk, all survived\n", faults);
+}
+
+TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
+    unsigned removals = 0;
+    for (const Road& road : Roads) {
+        const std::string disk = (road.elsewhere ? other : folder).Path();
+        const std::string away = disk.substr(0, disk.size() - 1) + ".away";
+        for (unsigned number = 1;; ++number) {
+            PrepareFor(road);
+            Disk().BeforeAny(number, [&] { std::filesystem::rename(disk, away); });
+            const std::string report = Run();
+            if (!Disk().AllMet()) break;
+            ++removals;
+            Disk().Reset();
+            const auto told = [](const std::string& by, const char* what) {
+                return by.find(what) != std::string::npos;
+            };
+            Start();
+            EXPECT_EQ(told(report, "An unfinished result may be left in "),
+                      told(boxes, "It cannot be found now."))
+                << number << report << boxes;
+            std::filesystem::rename(away, disk);
+            ASSERT_TRUE(NothingIsLost(road, report)) << number << report;
+            Start();
+            EXPECT_EQ(Unnamed(told(report, "Error when renaming") ? report : ""), Names{})
+                << number << report << boxes;
+            EXPECT_EQ(config.Names(), Names{}) << number;
+        }
+    }
+    EXPECT_GT(removals, 100U);
+    std::printf("%u disks taken away, all survived\n", removals);
+}
+
+TEST_F(Interruption, OfASystemCallByASignalOrHalfwayIsNotNoticed) {
+    unsigned faults = 0;
+    for (const Road& road : Roads) {
+        for (const SystemCallFault fault : {SystemCallFault::Interrupted, SystemCallFault::Short}) {
+            for (unsigned number = 1;; ++number) {
+                PrepareFor(road);
+                ArmSystemCallFault(fault, number);
+                const std::string report = Run();
+                if (!DisarmSystemCallFault()) break;
+                ++faults;
+                EXPECT_NE(report.find("-> "), std::string::npos) << number << report;
+                ASSERT_TRUE(IsMended(road) && OutputIsComplete(road)) << number << report;
+            }
+        }
+    }
+    EXPECT_GT(faults, 100U);
+    std::printf("%u interrupted and short system calls, none noticed\n", faults);
 }
 
 TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
     unsigned kills = 0;
-    for (const std::string& original : {std::string("x"), PatternBytes(70'000)}) {
-        for (const Function function : BothFunctions) {
+    for (const std::size_t length : {1U, 70'000U}) {
+        original = PatternBytes(length);
+        for (const Road& road : Roads) {
             bool killed = true;
             for (unsigned number = 1; killed; ++number) {
-                Prepare(function, original);
-                killed = Killed(number, [&] { (void)Run(function); });
-                ASSERT_TRUE(IsSafe(original)) << "killed at system call " << number;
+                PrepareFor(road);
+                killed = Killed(number, [&] { (void)Run(); });
+                ASSERT_TRUE(NothingIsLost(road)) << "killed at system call " << number;
                 Start();
-                ASSERT_TRUE(IsWhole(original)) << "killed at system call " << number;
-                ASSERT_EQ(config.Names(), Names{}) << "killed at system call " << number;
+                ASSERT_TRUE(IsMended(road)) << "killed at system call " << number << boxes;
                 kills += killed ? 1 : 0;
             }
         }
     }
-    EXPECT_GT(kills, 150U);
+    EXPECT_GT(kills, 500U);
     std::printf("%u kills, all mended\n", kills);
 }
 
 TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
     constexpr unsigned Stride = 17; // through the run; every call of each mending
-    const std::string original = PatternBytes(3000);
     unsigned kills = 0;
-    for (const Function function : BothFunctions) {
+    for (const Road& road : Roads) {
         bool killed = true;
         for (unsigned number = 1; killed; number += Stride) {
             bool mendingKilled = true;
             for (unsigned inMending = 1; mendingKilled; ++inMending) {
-                Prepare(function, original);
-                killed = Killed(number, [&] { (void)Run(function); });
+                PrepareFor(road);
+                killed = Killed(number, [&] { (void)Run(); });
                 mendingKilled = Killed(inMending, [&] { Start(); });
                 Start();
-                ASSERT_TRUE(IsWhole(original)) << number << ", then " << inMending;
-                ASSERT_EQ(config.Names(), Names{}) << number << ", then " << inMending;
+                ASSERT_TRUE(IsMended(road)) << number << ", then " << inMending;
                 ++kills;
             }
         }
@@ -113,14 +220,15 @@ TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
 }
 
 TEST_F(Interruption, OfAReadBackThatDiffersKeepsTheOriginal) {
-    Prepare(Function::Encrypt, "content");
+    original = "content";
+    PrepareFor(Roads[0]);
     // The seal of the block is damaged after it was written and before it is read back.
     Disk().Before(FsCall::FlushFolder, 2, [this] {
         std::string sealed = folder.Read("a.zr5");
         sealed.back() = static_cast<char>(sealed.back() ^ 1);
         folder.Write("a.zr5", sealed);
     });
-    EXPECT_NE(Run(Function::Encrypt).find("Write error."), std::string::npos);
+    EXPECT_NE(Run().find("Write error."), std::string::npos);
     EXPECT_EQ(folder.Read("a"), "content");
     EXPECT_EQ(folder.Names(), Names{"a"});
 }
@@ -157,7 +265,8 @@ TEST_F(LeftJournal, TakesAwayOnlyWhatTheRunHadMade) {
     EXPECT_EQ(End(Writing), InterruptionEnd::Untouched);
 
     folder.Write("a.zr5", "of somebody else");
-    EXPECT_EQ(End(Writing), InterruptionEnd::Untouched);
+    EXPECT_EQ(End(Writing), InterruptionEnd::LeftAlone);
+    EXPECT_EQ(End(WritingElsewhere), InterruptionEnd::Untouched);
     EXPECT_EQ(folder.Read("a.zr5"), "of somebody else");
 
     record.result = {}; // stopped before it was complete
@@ -230,6 +339,42 @@ TEST_F(LeftJournal, TellsWhichFileItWas) {
                "Interrupted operation", BoxIcon::Information));
     Start();
     EXPECT_EQ(config.Names(), Names{"zr5e.journal-2"});
+}
+
+TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
+    record.step = JournalRecord::Step::WritingElsewhere;
+    const auto boxOfStart = [this](Answer answer) {
+        {
+            OperationJournal left(Disk());
+            EXPECT_TRUE(left.OpenNew(JournalPath()) && left.Note(record));
+        }
+        std::string text;
+        user.onAsk = [&](const MessageBox& box) {
+            text = box.text.substr(box.text.find("a\r\n\r\n") + 5);
+            return answer;
+        };
+        Start();
+        return text;
+    };
+    const std::string result = folder / "a.zr5";
+    EXPECT_EQ(boxOfStart(Answer::Ok),
+              "The file is as it was before. Its encryption is complete, in\r\n\r\n" + result);
+    record.encrypts = false;
+    EXPECT_TRUE(boxOfStart(Answer::Ok).ends_with("please decrypt it again."));
+    record.result = {};
+    folder.Write(".zr5-0123456789abcdef.part", "beginning");
+    EXPECT_EQ(boxOfStart(Answer::Ok),
+              "The file is as it was before. The unfinished result has been "
+              "removed from the folder\r\n\r\n" +
+                  folder.Path());
+    EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"}));
+
+    record.resultPath = folder / "not-there/a";
+    record.partPath = folder / "not-there/.zr5-0123456789abcdef.part";
+    EXPECT_TRUE(boxOfStart(Answer::No).starts_with("It cannot be found now."));
+    EXPECT_EQ(config.Names(), Names{"zr5e.journal"}) << "for another start";
+    EXPECT_TRUE(boxOfStart(Answer::Yes).starts_with("It cannot be found now."));
+    EXPECT_EQ(config.Names(), Names{});
 }
 
 TEST_F(LeftJournal, KeepsTheLastWholeRecordWhenOneIsTornOrCannotBeWritten) {

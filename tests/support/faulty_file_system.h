@@ -52,6 +52,10 @@ class FaultyFileSystem : public FileSystem {
     void Before(FsCall kind, unsigned number, std::function<void()> hook) {
         events_.push_back({.kind = kind, .number = number, .hook = std::move(hook)});
     }
+    /// The same for the `number`-th call whatever its kind.
+    void BeforeAny(unsigned number, std::function<void()> hook) {
+        events_.push_back({.kind = std::nullopt, .number = number, .hook = std::move(hook)});
+    }
     /// Forgets faults, hooks and the calls so far.
     void Reset();
 

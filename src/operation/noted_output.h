@@ -1,0 +1,42 @@
+#pragma once
+
+// What an operation knows of the one result that it is making, so that whatever may be left of it
+// is named: by the report, or after a crash by the next start.
+
+#include "operation/file_ops.h"
+
+#include <string>
+
+namespace zr5 {
+
+/// Follows the engine from the making of a result on, as long as it lives, and notes each step in
+/// the journal if there is one.
+class NotedOutput final : public OutputObserver {
+  public:
+    /// `record` says which file goes into which, and how.
+    NotedOutput(const OperationContext& operation, JournalRecord record);
+    ~NotedOutput() override;
+    NotedOutput(const NotedOutput&) = delete;
+    NotedOutput& operator=(const NotedOutput&) = delete;
+
+    [[nodiscard]] bool WillMake(const std::string& path) override;
+    [[nodiscard]] bool WillName(const FileInfo& info) override;
+
+    [[nodiscard]] const JournalRecord& record() const { return record_; }
+
+    /// The work on the file has ended with `result`, whose `leftPath` is filled in here. The
+    /// journal forgets the file unless something may be left that should not be: this it keeps
+    /// for the next start.
+    [[nodiscard]] FileResult Ended(FileResult result);
+
+  private:
+    [[nodiscard]] bool Note();
+    [[nodiscard]] std::string LeftPath() const;
+
+    FileSystem& fileSystem_;
+    CipherEngine& engine_;
+    OperationJournal* journal_;
+    JournalRecord record_;
+};
+
+} // namespace zr5
