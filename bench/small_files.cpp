@@ -57,6 +57,7 @@ void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
     const auto note = [&] {
         Check(journal.MoveTo(0));
         Check(journal.Write(std::span(buffer).first(JournalBytes)));
+        journal.StartWriteback(0, JournalBytes);
     };
     const std::string part = path + ".part";
     const std::string done = path + ".done";
