@@ -121,8 +121,9 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     case InterruptionEnd::LeftAlone: {
         const std::string part =
             record.step == Step::Replacing ? "" : " or in\r\n\r\n" + DisplayName(record.partPath);
-        return std::string("The files have been changed since or cannot be written, so this was "
-                           "not completed. Please look at both yourself; the result of the ") +
+        return std::string(
+                   "The files may have been changed since, or cannot be written, so this was "
+                   "not completed. Please look at both yourself; the result of the ") +
                (record.encrypts ? "encryption" : "decryption") +
                " is, or was, in the file\r\n\r\n" + result + part;
     }
