@@ -41,11 +41,10 @@ InterruptionEnd EndWriting(FileSystem& fileSystem, const JournalRecord& record) 
     const auto result = RegularFileAt(fileSystem, record.resultPath);
     const bool resultIsOurs = result && *result == record.result;
     const bool partIsThere = RegularFileAt(fileSystem, record.partPath).has_value();
-    if (partIsThere) {
-        // Without the original it may be all that is left.
-        if (!original || fileSystem.Remove(record.partPath) != FsStatus::Ok) {
-            return InterruptionEnd::LeftAlone;
-        }
+    // Without the original they may be all that is left.
+    if (!original && (partIsThere || result)) return InterruptionEnd::LeftAlone;
+    if (partIsThere && fileSystem.Remove(record.partPath) != FsStatus::Ok) {
+        return InterruptionEnd::LeftAlone;
     }
     if (record.step == Step::WritingElsewhere) {
         if (resultIsOurs) return InterruptionEnd::Finished;
