@@ -13,8 +13,6 @@ constexpr double Steepness = 1.45;
 constexpr double MostBits = 8.0;
 /// With fewer differences of one residue the estimate of their entropy is not to be trusted.
 constexpr std::uint64_t LeastOfAResidue = 1000;
-/// Before a counter of 32 bits could overflow.
-constexpr std::uint32_t MostChunksBeforeFold = 1U << 20U;
 
 using Counts = std::array<std::uint64_t, 256>;
 
@@ -94,27 +92,6 @@ void RandomnessMeter::CountChunk() {
     }
     std::copy_n(window_.end() - LongestDistance, LongestDistance, window_.begin());
     filled_ = 0;
-    if (++chunksSinceFold_ == MostChunksBeforeFold) Fold();
-}
-
-void RandomnessMeter::CountRest() {
-    for (const Track& track : Tracks) {
-        for (std::size_t i = isFirstChunk_ ? track.distance : 0; i < filled_; ++i) {
-            const std::size_t at = LongestDistance + i;
-            const std::uint8_t before = track.distance == 0 ? 0 : window_[at - track.distance];
-            ++lanes_[track.firstLane + i % track.lanes]
-                    [static_cast<std::uint8_t>(window_[at] - before)];
-        }
-    }
-    Fold();
-}
-
-void RandomnessMeter::Fold() {
-    for (std::size_t lane = 0; lane < Lanes; ++lane) {
-        std::ranges::transform(folded_[lane], lanes_[lane], folded_[lane].begin(), std::plus<>{});
-        lanes_[lane].fill(0);
-    }
-    chunksSinceFold_ = 0;
 }
 
 void RandomnessMeter::Add(std::span<const std::byte> piece) {
@@ -127,13 +104,19 @@ void RandomnessMeter::Add(std::span<const std::byte> piece) {
     }
 }
 
-/// What the lanes of one residue of the position modulo the distance have counted.
+/// The differences at one residue of the position modulo the distance, those of the chunk that is
+/// being filled included.
 RandomnessMeter::Histogram RandomnessMeter::Residue(const Track& track, std::size_t residue) const {
     Histogram counts{};
-    for (std::size_t lane = residue; lane < track.lanes;
-         lane += std::max<std::size_t>(track.distance, 1)) {
-        std::ranges::transform(counts, folded_[track.firstLane + lane], counts.begin(),
+    for (std::size_t lane = residue; lane < track.lanes; lane += track.residues) {
+        std::ranges::transform(counts, lanes_[track.firstLane + lane], counts.begin(),
                                std::plus<>{});
+    }
+    for (std::size_t i = residue + (isFirstChunk_ ? track.distance : 0); i < filled_;
+         i += track.residues) {
+        const std::size_t at = LongestDistance + i;
+        const std::uint8_t before = track.distance == 0 ? 0 : window_[at - track.distance];
+        ++counts[static_cast<std::uint8_t>(window_[at] - before)];
     }
     return counts;
 }
@@ -142,8 +125,7 @@ double RandomnessMeter::LeastEntropy() const {
     double least = MostBits;
     for (const Track& track : Tracks) {
         Histogram all{};
-        for (std::size_t residue = 0; residue < std::max<std::size_t>(track.distance, 1);
-             ++residue) {
+        for (std::size_t residue = 0; residue < track.residues; ++residue) {
             const Histogram counts = Residue(track, residue);
             std::ranges::transform(all, counts, all.begin(), std::plus<>{});
             const std::uint64_t total = SumOf(counts);
@@ -155,17 +137,11 @@ double RandomnessMeter::LeastEntropy() const {
 }
 
 double RandomnessMeter::Value() const {
-    RandomnessMeter whole = *this;
-    whole.CountRest();
-    return 1.0 - Steepness * (MostBits - whole.LeastEntropy());
+    return 1.0 - Steepness * (MostBits - LeastEntropy());
 }
 
 double RandomnessMeter::ByteEntropy() const {
-    RandomnessMeter whole = *this;
-    whole.CountRest();
-    Histogram bytes{};
-    for (std::size_t lane = 0; lane < Tracks[0].lanes; ++lane)
-        std::ranges::transform(bytes, whole.folded_[lane], bytes.begin(), std::plus<>{});
+    const Histogram bytes = Residue(Tracks[0], 0);
     return ObservedEntropy(bytes, SumOf(bytes));
 }
 

@@ -30,37 +30,38 @@ class RandomnessMeter {
     [[nodiscard]] double ByteEntropy() const;
 
   private:
+    using Histogram = std::array<std::uint64_t, 256>;
+    /// A histogram and room behind it: processors wait for a write before they read what lies a
+    /// multiple of 4 KiB apart from it, and so would the counters of one value in many lanes.
+    using Lane = std::array<std::uint64_t, 256 + 8>;
+
     /// The differences at one distance (0: the bytes themselves), counted apart in so many lanes
     /// by their position: enough for the residues, and so many that equal bytes in a row do not
     /// wait for one counter.
     struct Track {
         std::size_t distance;
+        std::size_t residues; ///< of the position modulo the distance; 1 for the bytes
         std::size_t lanes;
         std::size_t firstLane;
     };
     static constexpr std::array<Track, 6> Tracks{
-        {{0, 8, 0}, {1, 8, 8}, {2, 8, 16}, {3, 6, 24}, {4, 8, 30}, {8, 8, 38}}};
+        {{0, 1, 8, 0}, {1, 1, 8, 8}, {2, 2, 8, 16}, {3, 3, 6, 24}, {4, 4, 8, 30}, {8, 8, 8, 38}}};
     static constexpr std::size_t Lanes = 46;
     static constexpr std::size_t LongestDistance = 8;
-    static constexpr std::size_t ChunkBytes = 3072; ///< a multiple of every number of lanes
-
-    using Histogram = std::array<std::uint64_t, 256>;
+    /// A multiple of every number of lanes, and nearly the sample of a listing.
+    static constexpr std::size_t ChunkBytes = 4080;
 
     template <std::size_t TrackIndex>
     void CountTrack();
     void CountChunk();
-    void CountRest();
-    void Fold();
     [[nodiscard]] Histogram Residue(const Track& track, std::size_t residue) const;
     [[nodiscard]] double LeastEntropy() const;
 
-    /// What precedes the chunk, then the chunk that is being filled.
+    /// What precedes the chunk, then the chunk that is being filled, which is not counted yet.
     std::array<std::uint8_t, LongestDistance + ChunkBytes> window_{};
     std::size_t filled_ = 0;
     bool isFirstChunk_ = true;
-    std::array<std::array<std::uint32_t, 256>, Lanes> lanes_{}; ///< since the last fold
-    std::uint32_t chunksSinceFold_ = 0;
-    std::array<Histogram, Lanes> folded_{};
+    std::array<Lane, Lanes> lanes_{};
 };
 
 } // namespace zr5
