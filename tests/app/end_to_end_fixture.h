@@ -1,0 +1,108 @@
+#pragma once
+
+// The whole program on real files, driven through its own windows by the names of the controls.
+
+#include "app/program.h"
+#include "libs/random.h"
+#include "libs/zr5_engine.h"
+#include "libs/zr5_file_kit.h"
+#include "support/scripted_user.h"
+#include "support/temporary_folder.h"
+#include "support/window_driver.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+
+namespace zr5::test {
+
+/// The script of boxes, and a toolkit that goes on working meanwhile.
+class LivingUser : public ScriptedUser {
+  public:
+    void ProcessEvents() override {
+        QCoreApplication::processEvents();
+        ScriptedUser::ProcessEvents();
+    }
+};
+
+class EndToEnd : public testing::Test {
+  protected:
+    static constexpr const char* Key = "abcd efgh ijkl mnop";
+
+    EndToEnd() {
+        std::filesystem::copy_file(PROGRAM_TEXTS, home / "zr5e.dat");
+        MakeProgram();
+        user.onAsk = [](const MessageBox&) { return Answer::Ok; }; // how to begin
+        EXPECT_TRUE(program->Start());
+        user.onAsk = nullptr;
+    }
+
+    void MakeProgram() {
+        program = std::make_unique<Program>(Program::Surroundings{
+            user, *system, *engine, *kit, clock, random, home / "zr5e", home.Path() + "config"});
+    }
+    QWidget& Main() { return program->Window(); }
+    void Choose(const char* option) { Control<QRadioButton>(Main(), option).click(); }
+    void ChooseInput(const std::string& name, bool decrypts = false) {
+        user.ExpectFile(decrypts ? "Select file to be decrypted" : "Select file to be encrypted",
+                        folder / name);
+        Press(Main(), "cmdSingleFile(0)");
+    }
+    /// For a result of decryption.
+    void ChooseOutput(const std::string& name) {
+        user.ExpectFile("Specify output file for the decrypted file", folder / name);
+        Press(Main(), "cmdSingleFile(1)");
+    }
+    void ChooseFolder(const std::string& path, const char* pattern) {
+        Choose("optFilesInAFolder");
+        user.ExpectFolder("Specify input folder", path);
+        Press(Main(), "cmdSpecifyDirectory");
+        if (pattern == nullptr) return;
+        auto& box = Control<QLineEdit>(Main(), "txbFilePattern");
+        box.setText(QString::fromLatin1(pattern));
+        QTest::keyClick(&box, Qt::Key_Return);
+    }
+    std::string Label(const char* name) {
+        return Control<QLabel>(Main(), name).text().toStdString();
+    }
+    void TypeKey(const char* key = Key) {
+        Press(Main(), "cmdKeyFrom");
+        WhenDialogOpens(Main(), "frmKeyboardWithDisplay", [key](QWidget& dialog) {
+            auto& box = Control<QLineEdit>(dialog, "txbKey");
+            box.clear();
+            QTest::keyClicks(&box, QString::fromLatin1(key));
+            Press(dialog, "cmdYes");
+        });
+        Press(Main(), "cmdKeyboardWithDisplay");
+    }
+    /// Performs what is set and returns the report.
+    std::string Perform() {
+        WhenDialogOpens(Main(), "frmConfirmOperation",
+                        [](QWidget& dialog) { Press(dialog, "cmdYes"); });
+        Press(Main(), "cmdDoIt");
+        QWidget* report = TopWindow("frmReport");
+        if (report == nullptr) return "no report";
+        const QString text = Control<QPlainTextEdit>(*report, "txbText").toPlainText();
+        Press(*report, "cmdClose");
+        EXPECT_FALSE(report->isVisible());
+        return text.toStdString();
+    }
+
+    /// Performs what is set and looks for a text in the report.
+    bool Reports(std::string_view text) { return Perform().find(text) != std::string::npos; }
+
+    TemporaryFolder home;
+    TemporaryFolder folder;
+    LivingUser user;
+    SystemClock clock;
+    SystemRandom random;
+    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
+    std::unique_ptr<FileKit> kit = MakeFileKit(*system, random);
+    std::unique_ptr<Program> program;
+};
+
+} // namespace zr5::test

@@ -1,0 +1,161 @@
+// What the whole program does with files and folders.
+
+#include "app/end_to_end_fixture.h"
+
+#include <map>
+#include <QPushButton>
+#include <sys/stat.h>
+
+namespace zr5::test {
+namespace {
+
+TEST_F(EndToEnd, GivesFilesOfEveryLengthBackInPlace) {
+    TypeKey();
+    for (const std::size_t length : {1U, 16U, 65'537U, 1'048'576U}) {
+        const std::string original = PatternBytes(length);
+        folder.Write("data.odg", original);
+        Choose("optEncrypt");
+        ChooseInput("data.odg");
+        EXPECT_TRUE(Reports("Number of files encrypted: 1\n")) << length;
+        EXPECT_NE(folder.Read("data.odg"), original) << length;
+        Choose("optDecrypt");
+        EXPECT_TRUE(Reports("Number of files decrypted: 1\n")) << length;
+        EXPECT_EQ(folder.Read("data.odg"), original) << length;
+        EXPECT_EQ(folder.Names(), std::set<std::string>{"data.odg"});
+    }
+}
+
+TEST_F(EndToEnd, TakesEveryNameInPlaceAndToADifferentFile) {
+    TypeKey();
+    for (const std::string& name :
+         {std::string("with blanks .odg"), std::string("it's \"quoted\""),
+          std::string("two\nlines"), std::string("not \xFF\xC3 utf-8"), std::string(255, 'n')}) {
+        folder.Empty();
+        folder.Write(name, "content");
+        Choose("optOverwriteInputFiles");
+        Choose("optEncrypt");
+        ChooseInput(name);
+        EXPECT_TRUE(Reports("-> ")) << name;
+        Choose("optWriteToSeparateOutputFiles");
+        Choose("optDecrypt");
+        ChooseInput(name, true);
+        ChooseOutput("plain");
+        EXPECT_TRUE(Reports("plain  7 bytes")) << name;
+        EXPECT_EQ(folder.Read("plain"), "content");
+        EXPECT_EQ(folder.Names(), (std::set<std::string>{name, "plain"}));
+    }
+}
+
+TEST_F(EndToEnd, ReportsAWrongKeyAndLeavesBothFilesAsTheyWere) {
+    TypeKey();
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    static_cast<void>(Perform());
+    const std::string sealed = folder.Read("a.odg");
+    folder.Write("out", "kept");
+    Choose("optDecrypt");
+    Choose("optWriteToSeparateOutputFiles");
+    ChooseInput("a.odg", true);
+    ChooseOutput("out");
+    TypeKey("another key of good length");
+    EXPECT_TRUE(Reports("7 bytes   Invalid block size.\n"));
+    EXPECT_EQ(folder.Read("a.odg"), sealed);
+    EXPECT_EQ(folder.Read("out"), "kept");
+}
+
+TEST_F(EndToEnd, ReportsWhatVanishedOrChangedItsKindAfterItWasChosen) {
+    TypeKey();
+    folder.Write("a.odg", "content");
+    ChooseInput("a.odg");
+    folder.Remove("a.odg");
+    EXPECT_TRUE(Reports("Input file not found.\n"));
+    std::filesystem::create_directory(folder / "a.odg");
+    EXPECT_TRUE(Reports("Unable to open input file.\n"));
+    std::filesystem::remove(folder / "a.odg");
+    ASSERT_EQ(mkfifo((folder / "a.odg").c_str(), 0600), 0);
+    EXPECT_TRUE(Reports("Unable to open input file.\n"));
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odg"});
+}
+
+TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
+    const std::string path = folder / "large.odg";
+    folder.Write("large.odg", "");
+    std::filesystem::resize_file(path, std::uintmax_t{400} << 20U);
+    TypeKey();
+    ChooseInput("large.odg");
+    int seen = 0;
+    int seenDuringPurge = 0;
+    user.onEvents = [&] {
+        if (folder.Has("large.odg.zr5")) ++seenDuringPurge;
+        QWidget* report = TopWindow("frmReport");
+        const bool works = report != nullptr && Control(*report, "prgFile").isVisible();
+        if (!works || ++seen != 2) return;
+        Main().activateWindow();
+        QApplication::processEvents();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return report->isActiveWindow(); })) << "not covered";
+        Press(*report, "cmdStop");
+        EXPECT_EQ(Control<QPushButton>(*report, "cmdStop").text(), "Stop");
+        EXPECT_EQ(Control<QLabel>(*report, "lblPausedDone").text(), "Stopped");
+    };
+    EXPECT_TRUE(Reports("Number of files encrypted: 1\n"));
+    EXPECT_GT(seen, 2) << "the engine must let the interface react while it works";
+    EXPECT_GT(seenDuringPurge, 2) << "and so must the overwriting of the input";
+    user.onEvents = nullptr;
+}
+
+TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {
+    std::map<std::string, std::string> originals;
+    for (const char* name : {"a.odg", "two\nlines.odg", "not \xFF utf-8.odg", ".hidden.odg",
+                             "sub/b.odg", "sub/deep/c.odg", "sub/.Trash-1/d.odg", "e.odp"}) {
+        std::filesystem::create_directories(std::filesystem::path(folder / name).parent_path());
+        originals[name] = PatternBytes(3000, static_cast<unsigned>(originals.size()));
+        folder.Write(name, originals[name]);
+    }
+    folder.Write("sub/empty.odg", "");
+    std::filesystem::create_directory_symlink(folder.Path(), folder / "sub/loop");
+    TypeKey();
+    ChooseFolder(folder.Path(), "*.odg");
+    Choose("optSubfolders");
+    EXPECT_TRUE(Reports("Number of files encrypted: 6\n"));
+    for (const auto& [name, content] : originals)
+        EXPECT_EQ(folder.Read(name) == content, name == "sub/.Trash-1/d.odg" || name == "e.odp");
+    Choose("optDecrypt");
+    const std::string report = Perform();
+    EXPECT_NE(report.find("\n***  Prohibited folder  ***\n"), std::string::npos);
+    EXPECT_NE(report.find("Number of files decrypted: 6\n"), std::string::npos);
+    for (const auto& [name, content] : originals)
+        EXPECT_EQ(folder.Read(name), content) << name;
+}
+
+TEST_F(EndToEnd, PerformsTheReliabilityTestAsOftenAsAsked) {
+    std::filesystem::create_directory(folder / "zr5test");
+    folder.Write("zr5test/a.tst", "content");
+    TypeKey();
+    ChooseFolder(folder / "zr5test", "*.tst");
+    const auto& label = Control(Main(), "lblPerformingReliabilityTest");
+    bool wasAnnounced = false;
+    user.onEvents = [&] { wasAnnounced = wasAnnounced || label.isVisible(); };
+    WhenDialogOpens(Main(), "frmReliabilityTest", [](QWidget& dialog) {
+        EXPECT_EQ(Control<QLineEdit>(dialog, "txbNumTests").text(), "1");
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(Perform(), "no report");
+    EXPECT_FALSE(wasAnnounced);
+    WhenDialogOpens(Main(), "frmReliabilityTest", [this](QWidget& dialog) {
+        auto& box = Control<QLineEdit>(dialog, "txbNumTests");
+        QTest::keyClicks(&box, "many");
+        user.Expect("Number of performances",
+                    "The number of performances must be a whole number between 1 and 100.");
+        QTest::keyClick(&box, Qt::Key_Return);
+        EXPECT_EQ(box.selectedText(), "many");
+        QTest::keyClicks(&box, "2");
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    EXPECT_TRUE(Reports("Reliability test #2 of 2\n"));
+    EXPECT_TRUE(wasAnnounced && !label.isVisible());
+    EXPECT_EQ(folder.Read("zr5test/a.tst"), "content");
+    user.onEvents = nullptr;
+}
+
+} // namespace
+} // namespace zr5::test
