@@ -1,10 +1,8 @@
 // From the start of a process to its main window on the (offscreen) display, in rounds. Usage:
 // [ROUNDS]; called with "window" it is that process.
 
-#include "app/program.h"
+#include "app/machine_parts.h"
 #include "figures.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
 #include "util/user_port.h"
 
 #include <chrono>
@@ -38,14 +36,9 @@ int ShowWindow(int argc, char** argv) {
     const std::filesystem::path config =
         std::filesystem::temp_directory_path() / ("zr5-start-" + std::to_string(getpid()));
     Absent user;
-    SystemClock clock;
-    SystemRandom random;
-    const auto fileSystem = MakeSystemFileSystem();
-    const auto engine = MakeCipherEngine(*fileSystem, clock, random);
-    const auto fileKit = MakeFileKit(*fileSystem, random);
-    Program program({user, *fileSystem, *engine, *fileKit, clock, random,
-                     std::filesystem::canonical("/proc/self/exe").parent_path() / "zr5e",
-                     config.native()});
+    MachineParts machine;
+    Program program(machine.For(
+        user, std::filesystem::canonical("/proc/self/exe").parent_path() / "zr5e", config));
     const bool started = program.Start();
     QApplication::processEvents(); // and so painted
     std::filesystem::remove_all(config);

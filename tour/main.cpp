@@ -1,10 +1,7 @@
 // Drives the program's own windows through one encryption and one decryption, as a user would,
 // and leaves screenshots and the report in the folder that is its argument.
 
-#include "app/program.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "app/machine_parts.h"
 #include "support/window_driver.h"
 #include "ui/qt_user_port.h"
 
@@ -132,15 +129,10 @@ int main(int argc, char** argv) {
     const std::filesystem::path executable = QCoreApplication::applicationFilePath().toStdString();
 
     TourUser user;
-    SystemClock clock;
-    SystemRandom random;
-    const auto fileSystem = MakeSystemFileSystem();
-    const auto engine = MakeCipherEngine(*fileSystem, clock, random);
-    const auto fileKit = MakeFileKit(*fileSystem, random);
+    MachineParts machine;
     const std::filesystem::path configFolder = folder / "config";
     std::filesystem::create_directories(configFolder);
-    Program program({user, *fileSystem, *engine, *fileKit, clock, random,
-                     (executable.parent_path() / "zr5e").string(), configFolder.string()});
+    Program program(machine.For(user, executable.parent_path() / "zr5e", configFolder));
     const bool cameBack = Tour(program, user, folder).Run();
     std::cout << (cameBack ? "The file came back unchanged.\n" : "The tour failed.\n");
     return cameBack ? 0 : 1;

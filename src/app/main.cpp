@@ -1,10 +1,7 @@
 // The process: makes the machine's own parts and runs the program on them.
 
-#include "app/program.h"
-#include "libs/random.h"
+#include "app/machine_parts.h"
 #include "libs/secret.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
 #include "ui/appearance.h"
 #include "ui/qt_user_port.h"
 
@@ -32,14 +29,9 @@ int main(int argc, char** argv) {
     std::filesystem::current_path("/", ignored);
 
     QtUserPort user;
-    SystemClock clock;
-    SystemRandom random;
-    const auto fileSystem = MakeSystemFileSystem();
-    const auto engine = MakeCipherEngine(*fileSystem, clock, random);
-    const auto fileKit = MakeFileKit(*fileSystem, random);
-    Program program(
-        {user, *fileSystem, *engine, *fileKit, clock, random,
-         NativePath(QCoreApplication::applicationFilePath()),
-         NativePath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))});
+    MachineParts machine;
+    Program program(machine.For(
+        user, NativePath(QCoreApplication::applicationFilePath()),
+        NativePath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))));
     return program.Start() ? QApplication::exec() : 1;
 }

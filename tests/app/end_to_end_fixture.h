@@ -2,10 +2,7 @@
 
 // The whole program on real files, driven through its own windows by the names of the controls.
 
-#include "app/program.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "app/machine_parts.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
@@ -41,8 +38,7 @@ class EndToEnd : public testing::Test {
     }
 
     void MakeProgram() {
-        program = std::make_unique<Program>(Program::Surroundings{
-            user, *system, *engine, *kit, clock, random, home / "zr5e", home.Path() + "config"});
+        program = std::make_unique<Program>(machine.For(user, home / "zr5e", home / "config"));
     }
     QWidget& Main() { return program->Window(); }
     void Choose(const char* option) { Control<QRadioButton>(Main(), option).click(); }
@@ -97,11 +93,7 @@ class EndToEnd : public testing::Test {
     TemporaryFolder home;
     TemporaryFolder folder;
     LivingUser user;
-    SystemClock clock;
-    SystemRandom random;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
-    std::unique_ptr<FileKit> kit = MakeFileKit(*system, random);
+    MachineParts machine;
     std::unique_ptr<Program> program;
 };
 

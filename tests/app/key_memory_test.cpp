@@ -1,10 +1,7 @@
 // What is left of a key in the memory of the process after it was typed, used and erased. See
 // docs/key-memory.md for what is done and what cannot be.
 
-#include "app/program.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "app/machine_parts.h"
 #include "support/memory_search.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
@@ -53,19 +50,14 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
     const std::string path = folder.Write("a.odg", "content");
     std::filesystem::copy_file(PROGRAM_TEXTS, folder / "zr5e.dat");
     ScriptedUser user;
-    SystemClock clock;
-    SystemRandom random;
-    const auto system = MakeSystemFileSystem();
-    const auto engine = MakeCipherEngine(*system, clock, random);
-    const auto kit = MakeFileKit(*system, random);
-    Program program(
-        {user, *system, *engine, *kit, clock, random, folder / "zr5e", folder / "config"});
+    MachineParts machine;
+    Program program(machine.For(user, folder / "zr5e", folder / "config"));
     const auto press = [&](const char* name) { Press(program.Window(), name); };
     const auto type = [&](const QWidget& dialog, const char* name) {
         for (std::size_t i = 0; i < secret.size(); ++i)
             QTest::keyClick(&Control(dialog, name), secret[i]);
     };
-    if (engine->allocate_buffers() == 0) throw std::runtime_error("no buffers");
+    if (machine.engine->allocate_buffers() == 0) throw std::runtime_error("no buffers");
     program.Window().show();
     user.ExpectFile("Select file to be encrypted", path);
     press("cmdSingleFile(0)");
