@@ -2,16 +2,13 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
+#include "libs/kit_fixture.h"
 #include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
-#include "support/faulty_file_system.h"
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"
-#include "support/temporary_folder.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
 namespace zr5::test {
 namespace {
@@ -28,7 +25,7 @@ std::string RandomCharacters() {
     return key;
 }
 
-class KeyfileChoiceTest : public testing::Test {
+class KeyfileChoiceTest : public KitTest {
   protected:
     KeyfileChoiceTest() {
         key.keyText = SecretBytes::CopyOf(std::string_view("TYPED BEFORE"));
@@ -71,14 +68,9 @@ class KeyfileChoiceTest : public testing::Test {
         EXPECT_EQ(key.keyfilePath, "") << where;
     }
 
-    TemporaryFolder folder;
     ScriptedUser user;
     StoppedClock clock;
-    SystemRandom random;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    FaultyFileSystem disk{*system};
     std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
-    std::unique_ptr<FileKit> kit = MakeFileKit(*system, random);
     FakeInspector inspector;
     FakeCollector collector;
     CurrentKey key;

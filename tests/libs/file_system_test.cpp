@@ -1,22 +1,16 @@
 #include "libs/file_system.h"
 #include "libs/safe_file.h"
 
-#include "support/faulty_file_system.h"
-#include "support/temporary_folder.h"
+#include "libs/kit_fixture.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
 namespace zr5::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class SystemFiles : public testing::Test {
-  protected:
-    std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
-    TemporaryFolder folder;
-};
+using SystemFiles = KitTest;
 
 TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
     folder.Write("file", "kept");
@@ -25,14 +19,14 @@ TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
     const auto names = folder.Names();
     for (const char* name : {"file", "folder", "link", "dangling", "pipe"}) {
         SCOPED_TRACE(name);
-        EXPECT_EQ(disk->RenameWithoutReplacing(folder / "from", folder / name),
+        EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / name),
                   FsStatus::AlreadyExists);
         EXPECT_EQ(folder.Names(), names);
     }
     EXPECT_EQ(folder.Read("file"), "kept");
-    EXPECT_EQ(disk->RenameWithoutReplacing(folder / "from", folder / "free"), FsStatus::Ok);
+    EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / "free"), FsStatus::Ok);
     EXPECT_EQ(folder.Read("free"), "moved");
-    EXPECT_EQ(disk->RenameWithoutReplacing(folder / "from", folder / "x"), FsStatus::NotFound);
+    EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / "x"), FsStatus::NotFound);
 }
 
 TEST_F(SystemFiles, OpenOnlyRegularFilesAndMakeOnlyNewOnes) {
@@ -45,15 +39,15 @@ TEST_F(SystemFiles, OpenOnlyRegularFilesAndMakeOnlyNewOnes) {
         SCOPED_TRACE(name);
         const std::string path = folder / name;
         const auto opened = kind == FileKind::Regular ? FsStatus::Ok : FsStatus::NotRegularFile;
-        EXPECT_EQ(disk->OpenForReading(path).status, opened);
-        EXPECT_EQ(disk->OpenForOverwriting(path).status, opened);
-        EXPECT_EQ(disk->CreateExclusively(path).status, FsStatus::AlreadyExists);
-        ASSERT_TRUE(disk->Info(path));
-        EXPECT_EQ(disk->Info(path)->kind, kind);
+        EXPECT_EQ(system->OpenForReading(path).status, opened);
+        EXPECT_EQ(system->OpenForOverwriting(path).status, opened);
+        EXPECT_EQ(system->CreateExclusively(path).status, FsStatus::AlreadyExists);
+        ASSERT_TRUE(system->Info(path));
+        EXPECT_EQ(system->Info(path)->kind, kind);
     }
     EXPECT_EQ(folder.Read("file"), "content") << "opening for overwriting cuts nothing off";
-    EXPECT_EQ(disk->OpenForReading(folder / "none").status, FsStatus::NotFound);
-    EXPECT_FALSE(disk->Info(folder / "none"));
+    EXPECT_EQ(system->OpenForReading(folder / "none").status, FsStatus::NotFound);
+    EXPECT_FALSE(system->Info(folder / "none"));
 }
 
 TEST_F(SystemFiles, HaveOneIdentityUnderAllTheirNames) {
@@ -81,21 +75,17 @@ TEST_F(SystemFiles, HaveOneIdentityUnderAllTheirNames) {
           Case{"C:\\a\xFF", "c:\\A\xFF", true}, // not UTF-8
           Case{"C:\\a", path("file"), false}}) {
         SCOPED_TRACE(entry.a + " and " + entry.b);
-        EXPECT_EQ(SameFile(*disk, entry.a, entry.b), entry.same);
-        EXPECT_EQ(SameFile(*disk, entry.b, entry.a), entry.same);
+        EXPECT_EQ(SameFile(*system, entry.a, entry.b), entry.same);
+        EXPECT_EQ(SameFile(*system, entry.b, entry.a), entry.same);
     }
 }
 
-class SafeFile : public testing::Test {
+class SafeFile : public KitTest {
   protected:
     FsStatus Write(IfThere ifThere) {
         return WriteSafely(disk, random, folder / "f", std::as_bytes(std::span(content)), ifThere);
     }
     const std::string content = PatternBytes(64);
-    TemporaryFolder folder;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    FaultyFileSystem disk{*system};
-    SystemRandom random;
 };
 
 TEST_F(SafeFile, IsItsOwnersOnlyAndReplacesNothingUnlessItMay) {

@@ -1,14 +1,11 @@
 #include "operation/byte_pair_picture.h"
 
-#include "libs/random.h"
+#include "libs/kit_fixture.h"
 #include "operation/picture_file.h"
-#include "support/faulty_file_system.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"
-#include "support/temporary_folder.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <numeric>
 
 namespace zr5::test {
@@ -54,14 +51,11 @@ TEST(PairCounts, OfRandomBytesScatterAsIndependentDrawsDo) {
     }
 }
 
-class Picture : public testing::Test {
+class Picture : public KitTest {
   protected:
     BytePairPicture Of(const std::string& content) {
         return {disk, user, clock, folder.Write("file", content)};
     }
-    TemporaryFolder folder;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    FaultyFileSystem disk{*system};
     ScriptedUser user;
     StoppedClock clock;
 };
@@ -143,7 +137,6 @@ class SavedPicture : public Picture {
         Save(folder / name,
              Notice(folder / name + "\r\n" + reason, "Save picture", BoxIcon::Exclamation));
     }
-    SystemRandom random;
 };
 
 TEST_F(SavedPicture, GetsAnExtensionAndReplacesAFileOnlyWhenToldTo) {
