@@ -27,9 +27,10 @@ TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
     EXPECT_EQ(desk.Setup().Folder[Input], folder / "sub/");
     EXPECT_EQ(desk.Setup().Folder[Output], folder / "sub/");
     EXPECT_EQ(Text("lblFiles(0)"), "All files");
-    EXPECT_EQ(desk.CheckLabels(), 0);
     EXPECT_TRUE(desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking));
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
+    EXPECT_EQ(desk.Setup().FileName, (std::array<std::string, 2>{"*.txt", "*.txt"}));
+    EXPECT_EQ(desk.CheckLabels(), 0);
     Choose(folder / "sub");
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching: *.txt");
     EXPECT_EQ(desk.Setup().FileName[Output], "*.txt");

@@ -2,53 +2,27 @@
 
 #include "setup/verb_form.h"
 #include "setup/words.h"
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
+#include "support/desk_fixture.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
-using test::ScriptedUser;
 using enum SetupDesk::Leaving;
 
-class Desk : public testing::Test {
+class Desk : public DeskTest {
   protected:
-    Desk() {
-        desk.ResetSetup();
-        desk.FinishStartup();
-    }
+    Desk() { desk.FinishStartup(); }
     void ChooseInput() { desk.SetInputFile("/in/", "a.txt"); }
-    /// As a later version's folder choice leaves it.
-    void TakeFolder() {
-        OperationSetup setup;
-        setup.InputMode = InputSource::FilesInAFolder;
-        setup.Folder = {"/in/", "/in/"};
-        setup.FileName = {"*.*", "*.*"};
-        setup.FilePattern = "*.*";
-        desk.TakeOver(setup);
-        desk.RewriteLabels();
-    }
     void ExpectNoLabels() {
         for (const char* label : {"lblFolder(0)", "lblFolder(1)", "lblFiles(0)", "lblFiles(1)"})
             EXPECT_EQ(Text(label), "") << label;
     }
-    ControlView Control(const char* name) { return desk.Refresh().at(name); }
-    std::string Text(const char* name) { return Control(name).text.value(); }
-
-    ScriptedUser user;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t number) {
-                       return number == TextSameAsInputFolder ? "Same as input folder"
-                              : number == TextSameAsInputFile ? "Same as input file"
-                                                              : "Same as input files";
-                   }};
 };
 
 TEST_F(Desk, AsksForNothingBeforeStartupIsOver) {
-    SetupDesk fresh(user, *fileSystem, [](std::int16_t) { return ""; });
+    SetupDesk fresh(user, disk, [](std::int16_t) { return ""; });
     EXPECT_EQ(fresh.Refresh().at("txbMaxNumFiles").text, "10000");
     EXPECT_FALSE(fresh.ReadyToPerform()) << "and nobody is asked for an input yet";
 }
@@ -186,22 +160,11 @@ TEST_F(Desk, TidiesAndChecksThePattern) {
     EXPECT_EQ(Text("txbFilePattern"), "*.*");
 }
 
-TEST_F(Desk, WritesAnEditedPatternOnTheLabelsOfAFolder) {
-    TakeFolder();
-    EXPECT_EQ(Text("lblFiles(0)"), "All files");
-    EXPECT_TRUE(desk.LeaveFilePattern("*.txt", Speaking));
-    EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
-    EXPECT_EQ(Text("lblFiles(1)"), "Same as input files");
-    EXPECT_EQ(desk.Setup().FileName[Output], "*.txt");
-    EXPECT_EQ(desk.CheckLabels(), 0);
-}
-
 TEST_F(Desk, AsksForAFolderBeforeTheSubfolderQuestionIsAnswered) {
     desk.SelectInputMode(InputSource::FilesInAFolder);
     user.Expect("Subfolders?", "Please select an input folder.");
     desk.AnswerSubfolders(true);
     EXPECT_FALSE(Control("optSubfolders").checked);
-    const test::TemporaryFolder folder;
     desk.SetInputFolder(folder.Path());
     user.Expect(Notice(folder.Path() + " has no subfolders.", "Subfolders?", BoxIcon::Information));
     desk.AnswerSubfolders(true);
@@ -232,22 +195,8 @@ TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
     EXPECT_EQ(Text("lblFolder(1)"), "/out/");
 }
 
-TEST_F(Desk, RefusesAFolderOperationWithSeparateOutput) {
-    TakeFolder();
-    OperationSetup setup = desk.Setup();
-    setup.OutputMode = OutputTarget::SeparateOutput;
-    desk.TakeOver(setup);
-    user.Expect("Specify folder", "The output of this setup does not fit its other options.\r\n"
-                                  "Please select the input folder anew, or clear the setup.");
-    EXPECT_FALSE(desk.ReadyToPerform());
-}
-
-TEST(Words, CountAndNameFiles) {
+TEST(Words, SayThatNoFilesAreSeveral) {
     EXPECT_EQ(FileWord(0), "files");
-    EXPECT_EQ(FileWord(1), "file");
-    EXPECT_EQ(FileWord(2), "files");
-    EXPECT_EQ(InputOutputFileWord(Output, InputSource::SingleFile), "Output file");
-    EXPECT_EQ(InputOutputFileWord(Input, InputSource::FilesInAFolder), "Input files");
 }
 
 TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {
@@ -260,4 +209,4 @@ TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {
 }
 
 } // namespace
-} // namespace zr5
+} // namespace zr5::test
