@@ -18,21 +18,6 @@ TEST(NormalisedKey, HasNoBlanksAndNoSmallLetters) {
         EXPECT_EQ(NormaliseKey(text).text(), canonical);
 }
 
-TEST(KeyLength, CountsCanonicalCharactersOnly) {
-    EXPECT_FALSE(KeyLengthSufficient("abcdefghijklmno"));
-    EXPECT_FALSE(KeyLengthSufficient("   abcdefgh\tijklmno   "));
-    EXPECT_TRUE(KeyLengthSufficient("abcdefghijklmnop"));
-    EXPECT_TRUE(KeyLengthSufficient(std::string(64, 'x')));
-    EXPECT_FALSE(KeyLengthSufficient(std::string(64, ' ')));
-}
-
-TEST(Checksum, IsTheSameForTextsThatNormaliseAlike) {
-    EXPECT_EQ(KeyChecksum("ABCDEFGHIJKLMNOP"), 6304);
-    EXPECT_EQ(KeyChecksum(NormaliseKey("abcd efgh ijkl mnop").text()), 6304);
-    EXPECT_NE(KeyChecksum("ABCDEFGHIJKLMNOQ"), 6304);
-    EXPECT_EQ(ChecksumText(6304), "Checksum is 6304");
-}
-
 TEST(Checksum, HasFourDigitsForAnyKey) {
     std::int16_t least = INT16_MAX;
     std::int16_t most = 0;

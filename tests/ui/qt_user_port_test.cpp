@@ -121,11 +121,6 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
     EXPECT_EQ(Pick(FilePicker::Kind::Save), folder / "new.zr5");
 }
 
-TEST_F(Pickers, GiveNothingWhenCancelled) {
-    InNext<QFileDialog>([](QFileDialog&) {});
-    EXPECT_EQ(Pick(FilePicker::Kind::Open), std::nullopt);
-}
-
 TEST_F(Pickers, OpenWhereTheOneOfThisTitleWas) {
     FilePicker picker;
     picker.title = "Keyfile";
