@@ -1,13 +1,9 @@
 #include "ui/main_window.h"
 
-#include "libs/clock.h"
+#include "operation/operation_fixture.h"
 #include "setup/field_rules.h"
-#include "support/fakes.h"
-#include "support/scripted_user.h"
-#include "support/temporary_folder.h"
 #include "support/window_driver.h"
 
-#include <gtest/gtest.h>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -42,9 +38,10 @@ class RecordingProgram : public MainWindowActions, public ProgramActions {
     bool mayQuit = true;
 };
 
-class MainWindowTest : public testing::Test {
+class MainWindowTest : public OperationTest {
   protected:
     MainWindowTest() {
+        key = {};
         desk.ResetSetup();
         desk.FinishStartup();
         window.Refresh();
@@ -73,17 +70,10 @@ class MainWindowTest : public testing::Test {
         return focus == nullptr ? "" : focus->objectName().toStdString();
     }
 
-    ScriptedUser user;
-    FakeEngine engine;
     RecordingProgram program;
-    CurrentKey key;
-    std::unique_ptr<FileSystem> fileSystem = MakeSystemFileSystem();
-    SetupDesk desk{user, *fileSystem, [](std::int16_t) { return "Same as input file"; }};
-    SingleFileChoice choice{user, *fileSystem, desk};
-    FolderChoice folderChoice{user, *fileSystem, desk};
-    FakeKit kit;
-    SystemClock clock;
-    Machine machine{*fileSystem, engine, kit, user, clock, "/usr/bin/zr5e"};
+    SetupDesk desk{user, *disk, [](std::int16_t) { return "Same as input file"; }};
+    SingleFileChoice choice{user, *disk, desk};
+    FolderChoice folderChoice{user, *disk, desk};
     RandomnessReport randomness{desk, machine};
     MainWindow window{{user,
                        desk,
@@ -224,9 +214,8 @@ TEST_F(MainWindowTest, ShowsTheReportOnlyWhenThereIsOne) {
 }
 
 TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
-    const TemporaryFolder files;
-    const std::string path = files.Write("a.txt", "x");
-    desk.SetInputFile(files.Path(), "a.txt");
+    const std::string path = folder.Write("a.txt", "x");
+    desk.SetInputFile(folder.Path(), "a.txt");
     window.Refresh();
     user.onEvents = [this] {
         EXPECT_TRUE(The("lblCheckingFile").isVisible() && The("lblRandomness").isHidden());
@@ -245,8 +234,8 @@ TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
     EXPECT_EQ(FocusName(), "cmdRandomnessReport");
 
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
-    desk.SetOutputFile(files.Path(), "b.txt");
-    files.Write("b.txt", "x");
+    desk.SetOutputFile(folder.Path(), "b.txt");
+    folder.Write("b.txt", "x");
     Click("cmdRandomnessReport");
     EXPECT_TRUE(The("lblRandomness").isHidden());
     Click("cmdRandomnessFile(1)");
