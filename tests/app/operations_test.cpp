@@ -9,22 +9,6 @@
 namespace zr5::test {
 namespace {
 
-TEST_F(EndToEnd, GivesFilesOfEveryLengthBackInPlace) {
-    TypeKey();
-    for (const std::size_t length : {1U, 16U, 65'537U, 1'048'576U}) {
-        const std::string original = PatternBytes(length);
-        folder.Write("data.odg", original);
-        Choose("optEncrypt");
-        ChooseInput("data.odg");
-        EXPECT_TRUE(Reports("Number of files encrypted: 1\n")) << length;
-        EXPECT_NE(folder.Read("data.odg"), original) << length;
-        Choose("optDecrypt");
-        EXPECT_TRUE(Reports("Number of files decrypted: 1\n")) << length;
-        EXPECT_EQ(folder.Read("data.odg"), original) << length;
-        EXPECT_EQ(folder.Names(), std::set<std::string>{"data.odg"});
-    }
-}
-
 TEST_F(EndToEnd, TakesEveryNameInPlaceAndToADifferentFile) {
     TypeKey();
     for (const std::string& name :
