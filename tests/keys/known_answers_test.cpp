@@ -1,12 +1,8 @@
-#include "libs/clock.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
+#include "libs/engine_fixture.h"
 #include "support/known_answers.h"
-#include "support/temporary_folder.h"
 
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -25,12 +21,9 @@ std::string Stored(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(KnownAnswers, OpenAsTheTableSays) {
-    const auto system = MakeSystemFileSystem();
-    SystemClock clock;
-    SystemRandom random;
-    const auto engine = MakeCipherEngine(*system, clock, random);
-    ASSERT_NE(engine->allocate_buffers(), 0);
+using KnownAnswers = EngineTest;
+
+TEST_F(KnownAnswers, OpenAsTheTableSays) {
     std::istringstream table(Stored("known_answers.txt"));
     std::set<std::string> named;
     for (std::string line; std::getline(table, line);) {
@@ -41,9 +34,9 @@ TEST(KnownAnswers, OpenAsTheTableSays) {
         std::int32_t code = 1;
         std::size_t bytes = 0;
         ASSERT_TRUE(row >> name >> key >> code >> bytes >> digest);
-        const TemporaryFolder folder;
-        engine->operation_initialization(KnownKey(key).text(), EngineDecrypt, 0, 0);
-        EXPECT_EQ(engine->decrypt_file(folder.Write("in", Stored(name)), folder / "out"), code);
+        folder.Empty();
+        folder.Write("in", Stored(name));
+        EXPECT_EQ(DecryptPath(folder / "in", folder / "out", KnownKey(key).text()), code);
         const std::string out = folder.Has("out") ? folder.Read("out") : "";
         EXPECT_EQ(out.size(), bytes);
         EXPECT_EQ(folder.Has("out") ? Md5Text(out) : "-", digest);
@@ -58,7 +51,7 @@ TEST(KnownAnswers, OpenAsTheTableSays) {
     }
 }
 
-TEST(KnownAnswers, AreMadeAgainToTheByte) {
+TEST_F(KnownAnswers, AreMadeAgainToTheByte) {
     for (const auto& [name, bytes] : MakeKnownFiles())
         EXPECT_TRUE(Stored(name) == bytes) << name;
 }

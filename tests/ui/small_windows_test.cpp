@@ -1,15 +1,10 @@
-#include "libs/random.h"
-#include "support/fakes.h"
-#include "support/scripted_user.h"
-#include "support/stopped_clock.h"
-#include "support/temporary_folder.h"
+#include "operation/operation_fixture.h"
 #include "support/window_driver.h"
 #include "ui/graphic_window.h"
 #include "ui/inspect_key_window.h"
 #include "ui/pair_picture.h"
 #include "ui/random_key_window.h"
 
-#include <gtest/gtest.h>
 #include <QAction>
 #include <QLabel>
 #include <QPointingDevice>
@@ -102,7 +97,7 @@ TEST_F(RandomWindow, CollectsFromMousePenAndFingerOverAllOfIt) {
     EXPECT_EQ(rules.Take().size(), 4U) << "closed early: too few";
 }
 
-class GraphicWindowTest : public testing::Test {
+class GraphicWindowTest : public OperationTest {
   protected:
     GraphicWindowTest() {
         window.show();
@@ -113,10 +108,6 @@ class GraphicWindowTest : public testing::Test {
         return Control<QPushButton>(window, "cmdDisplay").text().toStdString();
     }
 
-    TemporaryFolder folder;
-    std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
-    ScriptedUser user;
-    StoppedClock clock;
     BytePairPicture rules{*disk, user, clock, folder.Write("a.bin", std::string(200, 'A') + "zB")};
     QImage saved;
     GraphicWindow window{rules, [this](std::span<const std::byte> png) {
