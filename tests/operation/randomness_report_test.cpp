@@ -1,5 +1,6 @@
 #include "operation/randomness_report.h"
 
+#include "libs/engine_fixture.h"
 #include "operation/operation_fixture.h"
 #include "operation/randomness_of_pattern.h"
 
@@ -11,27 +12,16 @@ namespace {
 
 using State = RandomnessReport::State;
 
-/// Every look at it is 60 ms later.
-class TickingClock : public StoppedClock {
-  public:
-    [[nodiscard]] std::chrono::milliseconds Now() const override {
-        ticked_ += std::chrono::milliseconds(60);
-        return ticked_;
-    }
-
-  private:
-    mutable std::chrono::milliseconds ticked_{0};
-};
-
 class Randomness : public OperationTest {
   protected:
     Randomness() {
+        ticking.step = std::chrono::milliseconds(60);
         desk.ResetSetup();
         folder.Write("in.txt", std::string(123'456, 'x'));
         desk.SetInputFile(folder.Path(), "in.txt");
     }
     SetupDesk desk{user, *disk, [](std::int16_t) { return std::string(); }};
-    TickingClock ticking;
+    SteppingClock ticking;
     Machine ticks{*disk, engine, kit, user, ticking, "/usr/bin/zr5e"};
     RandomnessReport report{desk, ticks};
 };
