@@ -76,6 +76,16 @@ QSize KeyBox::sizeHint() const {
     return size;
 }
 
+bool KeyBox::event(QEvent* event) {
+    // Held here, the old text is not given back by the toolkit when it makes the new one.
+    const QString oldText = text();
+    const QString oldShown = displayText();
+    const bool taken = QLineEdit::event(event);
+    if (oldText.constData() != text().constData()) OverwriteInPlace(oldText);
+    if (oldShown.constData() != displayText().constData()) OverwriteInPlace(oldShown);
+    return taken;
+}
+
 void KeyBox::keyPressEvent(QKeyEvent* event) {
     const bool meantForAMenu =
         event->modifiers().testFlag(Qt::AltModifier) && !event->text().isEmpty();

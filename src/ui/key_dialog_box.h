@@ -33,6 +33,8 @@ class KeyBox final : public QLineEdit {
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:
+    /// Whatever changes the text, the old one is overwritten afterwards.
+    bool event(QEvent* event) override;
     /// Alt and a letter is meant for a menu or a button, never for the key.
     void keyPressEvent(QKeyEvent* event) override;
 
