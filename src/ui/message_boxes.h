@@ -8,7 +8,8 @@
 namespace zr5 {
 
 /// While it lives, each message box of the program is written in plain text, which wraps inside a
-/// long name, and is wide enough for its title as far as the screen permits.
+/// long name, is wide enough for its title as far as the screen permits, and scrolls a text that is
+/// too tall for the screen.
 class MessageBoxDresser : public QObject {
   public:
     MessageBoxDresser();

@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -63,7 +65,7 @@ TEST(MessageBoxes, ShowNamesAsTheyAreAndLinesAsLines) {
     EXPECT_EQ(user.Ask(Notice("<b>a.txt</b>\r\nb", "Title", BoxIcon::Critical)), Answer::Ok);
 }
 
-TEST(MessageBoxes, ShowLongNamesAndTitlesWhole) {
+TEST(MessageBoxes, ShowLongNamesAndTitlesWholeAndFitTheScreen) {
     QtUserPort user;
     InNext<QMessageBox>([](QMessageBox& window) {
         const auto* text = window.findChild<QLabel*>("lblText");
@@ -78,6 +80,13 @@ TEST(MessageBoxes, ShowLongNamesAndTitlesWhole) {
         EXPECT_GT(window.width(), title + 100);
     });
     EXPECT_EQ(user.Ask(Notice("?", "A title longer than the text")), Answer::Ok);
+    InNext<QMessageBox>([](QMessageBox& window) {
+        EXPECT_LT(window.height(), window.screen()->availableGeometry().height());
+        const auto* text = window.findChild<QLabel*>("lblText");
+        EXPECT_GE(text->height(), text->heightForWidth(text->width()));
+        EXPECT_EQ(window.focusWidget(), window.button(QMessageBox::Ok));
+    });
+    EXPECT_EQ(user.Ask(Notice(std::string(20000, 'W'), "Title")), Answer::Ok);
 }
 
 TEST(Clipboard, GetsTheLineEndsOfTheDesktop) {
