@@ -235,7 +235,10 @@ std::string ReportScreen::ProgressText() const {
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
-    if (view_ != nullptr) view_->ShowPurgeWarning(warning, path);
+    if (view_ == nullptr) return;
+    const std::chrono::milliseconds since = clock_.Now();
+    view_->ShowPurgeWarning(warning, path);
+    pausedFor_ += clock_.Now() - since;
 }
 
 void ReportScreen::SetState(State state) {

@@ -4,6 +4,7 @@
 #include "ui/purge_warning_window.h"
 #include "ui/text_edges.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFontDatabase>
@@ -226,30 +227,34 @@ void ReportWindow::StateChanged() {
 }
 
 void ReportWindow::ShowProgress() {
-    ShowFileProgress();
-    ShowWhole();
+    NameFile();
+    NameWhole();
+    // A bar is drawn at once, and what stands beside it with it: in its new place by then.
+    layout()->activate();
+    const OperationProgress& progress = screen_.Progress();
+    progress_->setValue(static_cast<int>(progress.file.Fraction() * ProgressSteps));
+    wholeProgress_->setValue(static_cast<int>(progress.Fraction() * ProgressSteps));
 }
 
-void ReportWindow::ShowFileProgress() {
+void ReportWindow::NameFile() {
     const FileProgress& file = screen_.Progress().file;
     const bool isShown = !file.name.empty() && file.lengthBytes > 0;
     progress_->setVisible(isShown);
     file_->setVisible(isShown);
     if (!isShown) return;
-    const double done = file.Fraction();
-    progress_->setValue(static_cast<int>(done * ProgressSteps));
     file_->setText(QStringLiteral("%1: %2 %")
                        .arg(fontMetrics().elidedText(ToQt(file.name), Qt::ElideMiddle, 220))
-                       .arg(static_cast<int>(done * 100)));
+                       .arg(static_cast<int>(file.Fraction() * 100)));
 }
 
-void ReportWindow::ShowWhole() {
+void ReportWindow::NameWhole() {
     const bool isShown = screen_.Progress().files > 1;
     whole_->setVisible(isShown);
     wholeProgress_->setVisible(isShown);
-    if (!isShown) return;
-    whole_->setText(ToQt(screen_.ProgressText()));
-    wholeProgress_->setValue(static_cast<int>(screen_.Progress().Fraction() * ProgressSteps));
+    whole_->setText(isShown ? ToQt(screen_.ProgressText()) : QString());
+    // Never narrower while an operation runs, so that the bar keeps its length.
+    const int width = whole_->sizeHint().width();
+    whole_->setMinimumWidth(isShown ? std::max(whole_->minimumWidth(), width) : 0);
 }
 
 void ReportWindow::ShowTime() {

@@ -44,8 +44,8 @@ class ReportWindow : public QDialog, public ReportView {
     void ShowSelection();
     void ShowTime();
     void ShowProgress();
-    void ShowFileProgress();
-    void ShowWhole();
+    void NameFile();
+    void NameWhole();
 
     ReportScreen& screen_;
     QPlainTextEdit* text_;

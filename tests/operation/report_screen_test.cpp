@@ -61,6 +61,22 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
     EXPECT_TRUE(screen.StopRequested());
 }
 
+/// A window whose warning is left unanswered for an hour.
+class SlowReader final : public ReportView {
+  public:
+    explicit SlowReader(StoppedClock& clock) : clock_(clock) {}
+    void TextReplaced() override {}
+    void TextAppended(std::string_view /*text*/, bool /*scrollToEnd*/) override {}
+    void TextRemoved(std::string_view /*text*/) override {}
+    void StateChanged() override {}
+    void ShowPurgeWarning(PurgeWarning& /*warning*/, const std::string& /*path*/) override {
+        clock_.now += std::chrono::hours(1);
+    }
+
+  private:
+    StoppedClock& clock_;
+};
+
 TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     constexpr std::uint64_t Megabyte = 1048576;
     screen.BeginRun(Function::Encrypt);
@@ -79,6 +95,10 @@ TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     };
     screen.PauseContinuePressed();
     screen.PauseStep();
+    SlowReader reader(clock);
+    screen.SetView(&reader);
+    PurgeWarning warning({});
+    screen.ShowPurgeWarning(warning, "a");
     EXPECT_EQ(screen.ProgressText(), "1 of 2 files, 2.00 of 4.00 MB, 10 seconds left");
     EXPECT_EQ(screen.Progress().Fraction(), 0.5);
 }
