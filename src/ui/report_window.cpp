@@ -215,7 +215,10 @@ void ReportWindow::StateChanged() {
     if (screen_.IsRunning()) {
         // Small files come by the thousand: progress is drawn as often as text.
         if (!flushTimer_.isActive()) flushTimer_.start();
-        if (!clock_.isActive()) clock_.start();
+        if (!clock_.isActive()) {
+            clock_.start();
+            ShowTime();
+        }
         if (screen_.state() == ReportScreen::State::Paused) FlushText();
         return;
     }
