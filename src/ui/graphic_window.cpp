@@ -21,11 +21,9 @@ namespace zr5 {
 namespace {
 
 constexpr const char* Explanation =
-    "Each point is a pair of neighbouring bytes; the more often the pair occurs, the brighter it "
-    "is. Encrypted and compressed files fill the square as evenly as random bytes do. Clusters, "
-    "lines and dark areas are structure.";
-/// Pixels of a saved picture for each pair, in both directions.
-constexpr int SavedScale = 4;
+    "Each point is a pair of neighbouring bytes, brighter the more often it occurs. Encrypted and "
+    "compressed files fill the square as random bytes do. Clusters, lines, single points and dark "
+    "areas are structure.";
 constexpr int TrackHeight = 8;
 
 } // namespace
@@ -131,11 +129,7 @@ void GraphicWindow::ShowProgress() {
 void GraphicWindow::Save() {
     QByteArray png;
     QBuffer buffer(&png);
-    const int side = picture_->Image().width() * SavedScale;
-    if (!buffer.open(QIODevice::WriteOnly) ||
-        !picture_->Image().scaled(side, side).save(&buffer, "PNG")) {
-        return;
-    }
+    if (!buffer.open(QIODevice::WriteOnly) || !picture_->Page().save(&buffer, "PNG")) return;
     save_(std::as_bytes(std::span(png.constData(), static_cast<std::size_t>(png.size()))));
 }
 

@@ -11,6 +11,7 @@ namespace {
 constexpr int Side = static_cast<int>(PairSide);
 constexpr int LeastSide = 176;
 constexpr int PreferredSide = 360;
+constexpr int SavedScale = 4;
 
 /// Every pair keeps sharp edges when the picture grows, and none is lost when it shrinks.
 QImage ScaledTo(const QImage& image, int side) {
@@ -42,6 +43,17 @@ void PairPicture::ShowCounts(const PairCounts& counts) {
     for (int row = 0; row < Side; ++row, pixels += Side)
         std::copy_n(pixels, Side, image_.scanLine(row));
     update();
+}
+
+QImage PairPicture::Page() const {
+    PairPicture drawn;
+    drawn.image_ = image_;
+    drawn.setPalette(QPalette(Qt::white));
+    const int side = Side * SavedScale + AxisRoom() + 1;
+    drawn.resize(side, side);
+    QImage page(drawn.size(), QImage::Format_RGB32);
+    drawn.render(&page);
+    return page;
 }
 
 QSize PairPicture::sizeHint() const {

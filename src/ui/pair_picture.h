@@ -16,6 +16,9 @@ class PairPicture : public QWidget {
     void ShowCounts(const PairCounts& counts);
     /// One pixel a pair: first byte from left to right, second from top to bottom.
     [[nodiscard]] const QImage& Image() const { return image_; }
+    /// What is saved: the picture with its axes, dark on white, four pixels a pair in both
+    /// directions.
+    [[nodiscard]] QImage Page() const;
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
