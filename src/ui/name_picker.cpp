@@ -1,9 +1,25 @@
 #include "ui/name_picker.h"
 
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QTreeView>
 
 namespace zr5 {
+namespace {
+
+constexpr QSize PreferredSize(800, 480);
+
+} // namespace
+
+NamePicker::NamePicker(QWidget* parent, const QString& title) : QFileDialog(parent, title) {
+    // The list of the toolkit's own picker, which cuts sizes and dates.
+    const auto* list = findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (list == nullptr) return;
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    resize(PreferredSize);
+}
 
 QString NamePicker::Chosen() const {
     return literal_.isEmpty() ? selectedFiles().value(0) : literal_;

@@ -1,7 +1,7 @@
 #pragma once
 
 // The toolkit's picker reads quotes as the ends of several names. Here a typed or chosen name
-// that holds one is what it says.
+// that holds one is what it says, and the list cuts nothing but names.
 
 #include <QFileDialog>
 
@@ -9,7 +9,7 @@ namespace zr5 {
 
 class NamePicker final : public QFileDialog {
   public:
-    using QFileDialog::QFileDialog;
+    NamePicker(QWidget* parent, const QString& title);
     /// The path that was accepted.
     [[nodiscard]] QString Chosen() const;
 
