@@ -15,9 +15,11 @@ namespace zr5 {
 namespace {
 
 constexpr int TextWidth = 480;
+/// Of the screen's height, beyond which a sentence with long names scrolls.
+constexpr double TallestSentence = 0.25;
 constexpr int WarningIconSize = 24;
 
-QLabel* Paragraph(const char* name, const std::string& text, QWidget* parent) {
+WrappingLabel* Paragraph(const char* name, const std::string& text, QWidget* parent) {
     auto* label = new WrappingLabel(ToQt(text), parent);
     label->setObjectName(QLatin1String(name));
     label->setMinimumWidth(TextWidth);
@@ -39,12 +41,12 @@ QFrame* InputAndOutput(const Confirmation& confirmation, QWidget* parent) {
     grid->setHorizontalSpacing(GroupSpacing);
     grid->setVerticalSpacing(RowSpacing);
     grid->setColumnStretch(1, 1);
-    const auto addRow = [&](const char* caption, QLabel* sentence) {
+    const auto addRow = [&](const char* caption, WrappingLabel* sentence) {
         auto* label = new QLabel(QLatin1String(caption), frame);
         Soften(*label, parent->palette());
         const int row = grid->rowCount();
         grid->addWidget(label, row, 0, Qt::AlignTop);
-        grid->addWidget(sentence, row, 1);
+        grid->addWidget(FitToScreen(sentence, TallestSentence), row, 1);
     };
     addRow("Input:", Paragraph("lblInput", confirmation.input, frame));
     addRow("Output:", Paragraph("lblOutput", confirmation.output, frame));

@@ -10,8 +10,6 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 
 namespace zr5 {
 namespace {
@@ -23,6 +21,8 @@ constexpr int WidestTitle = 900;
 
 /// Texts of more than this width wrap.
 constexpr int WidestText = 500;
+/// Texts of more than this part of the screen's height scroll.
+constexpr double TallestText = 0.66;
 
 int LongestLine(const QString& text, const QFontMetrics& metrics) {
     int width = 0;
@@ -38,20 +38,6 @@ int TitleWidth(const QMessageBox& box) {
     return std::min({wanted, WidestTitle, box.screen()->availableGeometry().width() / 2});
 }
 
-/// `text`, or what scrolls it where it would push the buttons off the screen.
-QWidget* FitToScreen(WrappingLabel* text, QMessageBox& box) {
-    const int tallest = box.screen()->availableGeometry().height() * 2 / 3;
-    if (text->heightForWidth(text->minimumWidth()) <= tallest) return text;
-    auto* scroller = new QScrollArea(&box);
-    scroller->setFrameShape(QFrame::NoFrame);
-    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroller->setWidgetResizable(true);
-    scroller->setWidget(text);
-    scroller->setMinimumSize(
-        text->minimumWidth() + scroller->verticalScrollBar()->sizeHint().width(), tallest);
-    return scroller;
-}
-
 /// The box fixes its own size, so that only what stands in it can make it wider; and its own label
 /// cuts a word that is wider than the box.
 void Dress(QMessageBox& box) {
@@ -63,7 +49,7 @@ void Dress(QMessageBox& box) {
     wrapping->setObjectName(QStringLiteral("lblText"));
     wrapping->setMinimumWidth(
         std::min(LongestLine(box.text(), wrapping->fontMetrics()), WidestText));
-    delete grid->replaceWidget(cutting, FitToScreen(wrapping, box));
+    delete grid->replaceWidget(cutting, FitToScreen(wrapping, TallestText));
     cutting->hide();
     const int lastRow = grid->rowCount() - 1;
     grid->addItem(new QSpacerItem(TitleWidth(box), 0), lastRow, 0, 1, grid->columnCount());

@@ -15,6 +15,7 @@ namespace {
 /// 1675 position units of 15 to the pixel.
 constexpr int BelowReportTop = 1675 / 15;
 constexpr int TextWidth = 520;
+constexpr double TallestText = 0.5; // of the screen's height
 
 } // namespace
 
@@ -43,7 +44,7 @@ PurgeWarningWindow::PurgeWarningWindow(PurgeWarning& warning, const std::string&
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
     layout->setSpacing(GroupSpacing);
-    layout->addWidget(message, 1);
+    layout->addWidget(FitToScreen(message, TallestText), 1);
     layout->addLayout(buttons);
     ok->setFocus();
 

@@ -2,6 +2,9 @@
 
 #include <cmath>
 #include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTextLayout>
 
 namespace zr5 {
@@ -62,6 +65,20 @@ void WrappingLabel::paintEvent(QPaintEvent* /*event*/) {
     QTextLayout layout(LayoutText(), font());
     static_cast<void>(BreakLines(layout, width()));
     layout.draw(&painter, {0, 0});
+}
+
+QWidget* FitToScreen(WrappingLabel* text, double partOfScreen) {
+    const int tallest =
+        static_cast<int>(text->screen()->availableGeometry().height() * partOfScreen);
+    const int width = text->minimumWidth();
+    if (text->heightForWidth(width) <= tallest) return text;
+    auto* scroller = new QScrollArea(text->parentWidget());
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setWidgetResizable(true);
+    scroller->setWidget(text);
+    scroller->setMinimumSize(width + scroller->verticalScrollBar()->sizeHint().width(), tallest);
+    return scroller;
 }
 
 } // namespace zr5

@@ -26,4 +26,8 @@ class WrappingLabel : public QLabel {
     [[nodiscard]] QString LayoutText() const;
 };
 
+/// `text`, or, where it is taller at its least width than this part of the screen, what scrolls it:
+/// it must not push the buttons off the screen.
+[[nodiscard]] QWidget* FitToScreen(WrappingLabel* text, double partOfScreen);
+
 } // namespace zr5
