@@ -80,7 +80,6 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     auto* yes = new QPushButton(QStringLiteral("Yes"), this);
     yes->setObjectName(QStringLiteral("cmdYes"));
     yes->setMinimumHeight(ButtonHeight);
-    yes->setAutoDefault(false);
     auto* no = new QPushButton(QStringLiteral("No"), this);
     no->setObjectName(QStringLiteral("cmdNo"));
     no->setMinimumHeight(ButtonHeight);

@@ -123,7 +123,6 @@ void InspectKeyWindow::LayOut() {
     auto* yes = Button("cmdYes", "Yes", this);
     yes->setDefault(true);
     auto* no = Button("cmdNo", "No", this);
-    no->setAutoDefault(false);
     buttons->addWidget(yes);
     buttons->addWidget(no);
 

@@ -55,7 +55,6 @@ ReliabilityTestWindow::ReliabilityTestWindow(ReliabilityTestForm& form, QWidget*
     auto* start = Button("cmdStart", "Start the test", this);
     start->setDefault(true);
     auto* abandon = Button("cmdAbandon", "Abandon", this);
-    abandon->setAutoDefault(false);
 
     auto* row = new QHBoxLayout;
     row->setSpacing(RowSpacing);

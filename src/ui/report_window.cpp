@@ -9,6 +9,7 @@
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -277,6 +278,15 @@ void ReportWindow::ShowPurgeWarning(PurgeWarning& warning, const std::string& pa
 void ReportWindow::closeEvent(QCloseEvent* event) {
     reject();
     event->setAccepted(!isVisible());
+}
+
+void ReportWindow::keyPressEvent(QKeyEvent* event) {
+    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        button->click();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 /// Every way of closing comes here: the button, Escape and the window's frame.

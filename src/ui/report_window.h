@@ -36,6 +36,8 @@ class ReportWindow : public QDialog, public ReportView {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    /// Enter presses the button that has the focus, and none without: no button is the default.
+    void keyPressEvent(QKeyEvent* event) override;
     void reject() override;
 
   private:

@@ -35,7 +35,6 @@ SpecifyFilesWindow::SpecifyFilesWindow(SpecifyFiles& rules, const SpecifyFilesNa
         options_[option] = AddOption(names.options[option], option);
     LayOut();
     accept_->setDefault(true);
-    cancel_->setAutoDefault(false);
     connect(accept_, &QPushButton::clicked, this, [this] { TakeAnswer(); });
     connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
     ShowSelection();

@@ -1,5 +1,6 @@
 #include "operation/operation_fixture.h"
 #include "support/window_driver.h"
+#include "ui/confirm_window.h"
 #include "ui/graphic_window.h"
 #include "ui/inspect_key_window.h"
 #include "ui/pair_picture.h"
@@ -44,6 +45,16 @@ TEST(InspectKeyWindow, SwitchesViewsAndReturnsToYes) {
         });
         EXPECT_EQ(inspector.Inspect({buffer, "Key entered at keyboard", "", false, true, false}),
                   accepts);
+    }
+}
+
+TEST(ConfirmWindow, AnswersNoUnlessYesHasTheFocus) {
+    ConfirmWindow window({"o", "i", "u", "", "", "q"});
+    for (const bool accepts : {false, true}) {
+        window.show();
+        if (accepts) QTest::keyClick(window.focusWidget(), Qt::Key_Left);
+        QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+        EXPECT_EQ(window.result(), accepts ? QDialog::Accepted : QDialog::Rejected);
     }
 }
 
