@@ -36,14 +36,23 @@ inline constexpr std::int32_t NineDamagedBlocks = -29;
 inline constexpr std::int32_t EngineDecrypt = 0;
 inline constexpr std::int32_t EngineEncrypt = 1;
 
-/// Told where an output is made before it takes its name. False ends the work with WriteError.
+enum class Extent {
+    Whole,
+    Part, ///< what could be recovered
+};
+
+/// Told how an output is made. False from WillMake or WillName ends the work with WriteError.
 class OutputObserver {
   public:
     virtual ~OutputObserver() = default;
+    /// Whether a file that has the output's name already may be replaced.
+    [[nodiscard]] virtual bool MayReplace() const = 0;
     /// A file is about to be made at `path`.
     [[nodiscard]] virtual bool WillMake(const std::string& path) = 0;
-    /// It is complete and on the disk, and about to take the output's name.
-    [[nodiscard]] virtual bool WillName(const FileInfo& info) = 0;
+    /// There it is.
+    virtual void HasMade() = 0;
+    /// It is on the disk and about to take the output's name.
+    [[nodiscard]] virtual bool WillName(const FileInfo& info, Extent extent) = 0;
 };
 
 class CipherEngine {

@@ -145,8 +145,9 @@ std::int32_t RunDecryption(JobContext& job) {
     if (damage.stoppedBy != engine_code::Success) {
         return KeepPart(damage.stoppedBy, output, *input.file);
     }
-    code = output.Commit(*input.file);
-    return code == engine_code::Success ? damage.Code() : code;
+    const std::int32_t found = damage.Code();
+    code = output.Commit(*input.file, found == engine_code::Success ? Extent::Whole : Extent::Part);
+    return code == engine_code::Success ? found : code;
 }
 
 } // namespace zr5

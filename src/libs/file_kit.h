@@ -2,6 +2,7 @@
 
 // The eight calls of the file kit: comparing, measuring, purging, new names, program texts.
 
+#include "libs/file_system.h"
 #include "libs/progress.h"
 
 #include <cstddef>
@@ -40,8 +41,9 @@ inline constexpr std::int32_t PurgeDeleteOnly = 0;
 /// Length of the buffer that `gt` fills.
 inline constexpr std::int32_t ProgramTextBufferLength = 1024;
 
-/// False: the file must not be overwritten.
-using BeforeOverwriting = std::function<bool(std::span<const std::byte> firstBytes)>;
+/// Told which file is going to be overwritten, and with what. False: it must not be.
+using BeforeOverwriting =
+    std::function<bool(const FileInfo& file, std::span<const std::byte> firstBytes)>;
 
 class FileKit {
   public:
@@ -63,7 +65,8 @@ class FileKit {
                                                     std::int16_t flag) = 0;
     /// Overwrites the whole file once with random bytes, flushes it to the disk and deletes it.
     /// `overwrite` 0 leaves the overwriting out, `remove` false the deleting; `reserved` is not
-    /// used. A file with several names is never overwritten. Below PurgeFailureLimit: failed.
+    /// used. A file with several names is never overwritten, and nothing is deleted but what was
+    /// overwritten. Below PurgeFailureLimit: failed.
     [[nodiscard]] virtual std::int32_t purge_file(const std::string& path, std::int32_t overwrite,
                                                   bool remove, bool reserved) = 0;
     /// 1 when a new file of this name can be made, else 0. Makes nothing.
@@ -81,8 +84,8 @@ class FileKit {
     /// less: a failure code (`LoadProgramText` in util has the words).
     [[nodiscard]] virtual std::int32_t lt(const std::string& path, std::int32_t reserved) = 0;
 
-    /// Hands in what is told the first bytes that a file is going to be overwritten with, before
-    /// any is written; false leaves the file as it is. An empty function for nothing.
+    /// Hands in what is asked before the first byte of a file is overwritten; false leaves the
+    /// file as it is. An empty function for nothing.
     virtual void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) = 0;
     /// Hands in what is called after each piece while a file is overwritten or compared, or
     /// measured over all; an empty function for nothing.

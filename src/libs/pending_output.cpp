@@ -54,6 +54,7 @@ std::string PendingOutput::NewName() {
 std::int32_t PendingOutput::Begin(std::uint64_t lengthBytes) {
     if (const auto existing = fileSystem_.Info(outputPath_)) {
         if (existing->kind != FileKind::Regular ||
+            (observer_ != nullptr && !observer_->MayReplace()) ||
             fileSystem_.OpenForOverwriting(outputPath_).status != FsStatus::Ok) {
             return engine_code::OutputNotOpened;
         }
@@ -75,6 +76,7 @@ std::int32_t PendingOutput::MakeFile() {
     if (made.status != FsStatus::Ok) return engine_code::OutputNotOpened;
     temporaryPath_ = std::move(path);
     file_ = std::move(made.file);
+    if (observer_ != nullptr) observer_->HasMade();
     return engine_code::Success;
 }
 
@@ -91,17 +93,17 @@ FsStatus PendingOutput::TakeName() {
                      : fileSystem_.RenameWithoutReplacing(temporaryPath_, outputPath_);
 }
 
-std::int32_t PendingOutput::Commit(const OpenFile& source) {
+std::int32_t PendingOutput::Commit(const OpenFile& source, Extent extent) {
     const FsStatus status = file_->CopyAttributesFrom(source);
-    return status == FsStatus::Ok ? CommitPrivate() : CodeOf(status);
+    return status == FsStatus::Ok ? CommitPrivate(extent) : CodeOf(status);
 }
 
-std::int32_t PendingOutput::CommitPrivate() {
+std::int32_t PendingOutput::CommitPrivate(Extent extent) {
     FsStatus status = file_->Flush();
     if (status != FsStatus::Ok) return CodeOf(status);
     if (observer_ != nullptr) {
         const auto info = file_->Info();
-        if (!info || !observer_->WillName(*info)) return engine_code::WriteError;
+        if (!info || !observer_->WillName(*info, extent)) return engine_code::WriteError;
     }
     status = TakeName();
     if (status == FsStatus::NoSpace) return engine_code::DiskFull;
@@ -117,7 +119,7 @@ std::int32_t PendingOutput::CommitPrivate() {
 
 std::int32_t PendingOutput::CommitPart(const OpenFile& source) {
     const FsStatus status = file_->Truncate(writtenBytes_);
-    return status == FsStatus::Ok ? Commit(source) : CodeOf(status);
+    return status == FsStatus::Ok ? Commit(source, Extent::Part) : CodeOf(status);
 }
 
 } // namespace zr5

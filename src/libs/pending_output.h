@@ -32,11 +32,11 @@ class PendingOutput {
     /// Gives the file the attributes of `source`, brings it to the disk and gives it its name:
     /// an output that was there at `Begin` is replaced in one step, one that appeared since is
     /// not. An engine_code.
-    [[nodiscard]] std::int32_t Commit(const OpenFile& source);
+    [[nodiscard]] std::int32_t Commit(const OpenFile& source, Extent extent = Extent::Whole);
     /// As Commit, for a result that ends early: the reserved rest is cut off.
     [[nodiscard]] std::int32_t CommitPart(const OpenFile& source);
     /// As Commit, for a file without a source: only its owner may read it (0600).
-    [[nodiscard]] std::int32_t CommitPrivate();
+    [[nodiscard]] std::int32_t CommitPrivate(Extent extent = Extent::Whole);
 
     /// Whether `Begin` found an output, which `Commit` is going to replace.
     [[nodiscard]] bool Replaces() const { return replaces_; }

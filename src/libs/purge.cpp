@@ -20,11 +20,8 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
                                   reinterpret_cast<const unsigned char*>(seed.data()));
 }
 
-std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::string& path,
+std::int32_t Overwrite(OpenFile& file, const std::optional<FileInfo>& info, RandomSource& random,
                        const PurgeHooks& hooks) {
-    const OpenResult opened = fileSystem.OpenForPurging(path);
-    if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
-    const auto info = opened.file->Info();
     if (!info) return purge_code::NotOpened;
     if (info->linkCount > 1) return purge_code::HasSeveralNames;
     std::vector<std::byte> piece(
@@ -35,15 +32,16 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
             static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size())));
         FillPiece(random, part);
         if (left == info->lengthBytes && hooks.beforeOverwriting &&
-            !hooks.beforeOverwriting(part.first(std::min(part.size(), OverwriteHeadBytes)))) {
+            !hooks.beforeOverwriting(*info,
+                                     part.first(std::min(part.size(), OverwriteHeadBytes)))) {
             return purge_code::NotOverwritten;
         }
-        if (opened.file->Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
-        writeback.Wrote(*opened.file, part.size());
+        if (file.Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
+        writeback.Wrote(file, part.size());
         left -= part.size();
         if (hooks.progress) hooks.progress(info->lengthBytes - left, info->lengthBytes);
     }
-    return opened.file->Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
+    return file.Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
 }
 
 } // namespace
@@ -51,8 +49,13 @@ std::int32_t Overwrite(FileSystem& fileSystem, RandomSource& random, const std::
 std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
                        bool overwrite, bool remove, const PurgeHooks& hooks) {
     if (overwrite) {
-        const std::int32_t code = Overwrite(fileSystem, random, path, hooks);
-        if (code != purge_code::Done) return code;
+        const OpenResult opened = fileSystem.OpenForPurging(path);
+        if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
+        const auto info = opened.file->Info();
+        const std::int32_t code = Overwrite(*opened.file, info, random, hooks);
+        if (code != purge_code::Done || !remove) return code;
+        const auto named = fileSystem.Info(path);
+        if (!named || named->identity != info->identity) return purge_code::NotRemoved;
     }
     if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;
     return purge_code::Done;

@@ -29,8 +29,9 @@ struct PurgeHooks {
 /// So many of the first bytes `beforeOverwriting` is told, or all of a shorter file.
 inline constexpr std::size_t OverwriteHeadBytes = 32;
 
-/// A purge_code. A file that has several names is not
-/// overwritten: its other names would lose their content with it.
+/// A purge_code. A file that has several names is not overwritten: its other names would lose
+/// their content with it. Nor is a file deleted that has taken the overwritten one's name
+/// meanwhile.
 [[nodiscard]] std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random,
                                      const std::string& path, bool overwrite, bool remove,
                                      const PurgeHooks& hooks = {});

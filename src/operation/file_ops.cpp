@@ -42,6 +42,9 @@ FileResult ProcessToOther(const OperationContext& operation, const std::string& 
     record.encrypts = operation.setup.Operation == Function::Encrypt;
     record.originalPath = inputPath;
     record.resultPath = outputPath;
+    if (const auto input = operation.machine.fileSystem.Info(inputPath)) {
+        record.original = MarkOf(*input);
+    }
     NotedOutput output(operation, std::move(record));
     const std::int16_t code = EncryptOrDecryptFile(operation, false, inputPath, outputPath);
     return output.Ended({code, outputPath});

@@ -13,9 +13,9 @@ std::string TemporaryName(FileKit& fileKit, const std::string& path) {
     return fileKit.new_file_creatable(name) == 1 ? name : std::string{};
 }
 
-bool IsSameContent(const FileInfo& before, const std::optional<FileInfo>& now) {
-    return now && now->kind == FileKind::Regular && now->identity == before.identity &&
-           now->lengthBytes == before.lengthBytes && now->modifiedNs == before.modifiedNs;
+bool IsSameContent(const std::optional<FileInfo>& before, const std::optional<FileInfo>& now) {
+    return before && now && now->kind == FileKind::Regular && now->identity == before->identity &&
+           now->lengthBytes == before->lengthBytes && now->modifiedNs == before->modifiedNs;
 }
 
 std::int16_t NotRenamedOutcome(const std::string& path) {
@@ -31,19 +31,22 @@ FileResult Replace(const OperationContext& operation, NotedOutput& output,
     const std::string& temporary = output.record().resultPath;
     std::int16_t code = EncryptOrDecryptFile(operation, true, path, temporary);
     if (code != 0) return {code, temporary};
+    const auto result = fileSystem.Info(temporary);
     if (output.record().encrypts) {
         if (hooks.beforeVerifying) hooks.beforeVerifying();
         code = static_cast<std::int16_t>(operation.machine.engine.verify_file(path, temporary));
         if (code != 0) {
-            static_cast<void>(fileSystem.Remove(temporary));
+            if (IsSameContent(result, fileSystem.Info(temporary))) {
+                static_cast<void>(fileSystem.Remove(temporary));
+            }
             return {code, temporary};
         }
     }
     if (hooks.beforePurge) hooks.beforePurge();
     JournalRecord record = output.record();
-    const auto result = fileSystem.Info(temporary);
     if (result) record.result = MarkOf(*result);
-    if (!before || !result || !IsSameContent(*before, fileSystem.Info(path)) ||
+    if (!IsSameContent(result, fileSystem.Info(temporary)) ||
+        !IsSameContent(before, fileSystem.Info(path)) ||
         !ReplaceOriginal(fileSystem, operation.machine.fileKit, operation.journal, record)) {
         return {NotRenamedOutcome(path), temporary};
     }

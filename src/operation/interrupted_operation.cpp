@@ -27,11 +27,17 @@ bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::stri
            head == std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
+/// A disk is missed by the folder, or where its folder stays behind empty, by the files.
 bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
     const auto isThere = [&](const std::string& path) { return fileSystem.Info(path).has_value(); };
-    return !isThere(SplitPath(record.resultPath).folder) ||
-           (!isThere(record.originalPath) && !isThere(record.resultPath) &&
-            !isThere(record.partPath));
+    const auto folderOf = [&](const std::string& path) {
+        return fileSystem.IdentityOf(SplitPath(path).folder);
+    };
+    const auto resultFolder = folderOf(record.resultPath);
+    if (!resultFolder || !folderOf(record.originalPath)) return true;
+    if (isThere(record.resultPath) || isThere(record.partPath)) return false;
+    return !isThere(record.originalPath) ||
+           (record.step == Step::WritingElsewhere && resultFolder->inode != record.resultFolder);
 }
 
 /// While the result was being made nothing had touched the original, so the part under its random
@@ -100,21 +106,21 @@ InterruptionEnd EndReplacing(FileSystem& fileSystem, FileKit& fileKit, Operation
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.resultPath);
-    const std::string asBefore = "The file is as it was before.";
+    const std::string untouched = "The program has not touched the file.";
     switch (end) {
     case InterruptionEnd::Untouched:
-        return asBefore;
+        return untouched;
     case InterruptionEnd::Undone:
-        if (inPlace) return asBefore + " The unfinished result beside it has been removed.";
-        return asBefore + " The unfinished result has been removed from the folder\r\n\r\n" +
+        if (inPlace) return untouched + " The unfinished result beside it has been removed.";
+        return untouched + " The unfinished result has been removed from the folder\r\n\r\n" +
                DisplayName(SplitPath(record.partPath).folder);
     case InterruptionEnd::Finished:
         if (inPlace) {
             return std::string("This has been completed: the file is ") +
                    (record.encrypts ? "encrypted" : "decrypted") + " now.";
         }
-        if (record.encrypts) return asBefore + " Its encryption is complete, in\r\n\r\n" + result;
-        return asBefore + " The result of the decryption is in\r\n\r\n" + result +
+        if (record.encrypts) return untouched + " Its encryption is complete, in\r\n\r\n" + result;
+        return untouched + " The result of the decryption is in\r\n\r\n" + result +
                "\r\n\r\nBut the report is lost that would say whether anything of the file was "
                "damaged: please decrypt it again.";
     case InterruptionEnd::LeftAlone: {
@@ -129,9 +135,11 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     case InterruptionEnd::OutOfReach:
         break;
     }
-    return "It cannot be found now. If it is on a disk that is not connected, answer No, connect "
-           "the disk and start the program again.\r\n\r\nForget it? Then an unfinished result may "
-           "be left there.";
+    return "Not all of it can be found now. If it is on a disk that is not connected, answer No, "
+           "connect the disk and start the program again.\r\n\r\nForget it? " +
+           (record.step == Step::Replacing
+                ? "Its result, which may be the only whole copy, then stays in\r\n\r\n" + result
+                : "An unfinished result may then be left beside\r\n\r\n" + result);
 }
 
 MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {

@@ -17,7 +17,9 @@ NotedOutput::NotedOutput(const OperationContext& operation, JournalRecord record
     : fileSystem_(operation.machine.fileSystem),
       engine_(operation.machine.engine),
       journal_(operation.journal),
-      record_(std::move(record)) {
+      record_(std::move(record)),
+      folder_(ResultFolder()) {
+    if (folder_) record_.resultFolder = folder_->inode;
     engine_.SetOutputObserver(this);
 }
 
@@ -25,8 +27,16 @@ NotedOutput::~NotedOutput() {
     engine_.SetOutputObserver(nullptr);
 }
 
+std::optional<FileIdentity> NotedOutput::ResultFolder() const {
+    return fileSystem_.IdentityOf(SplitPath(record_.resultPath).folder);
+}
+
 bool NotedOutput::Note() {
     return journal_ == nullptr || journal_->Note(record_);
+}
+
+bool NotedOutput::MayReplace() const {
+    return record_.step == JournalRecord::Step::WritingElsewhere;
 }
 
 bool NotedOutput::WillMake(const std::string& path) {
@@ -34,8 +44,9 @@ bool NotedOutput::WillMake(const std::string& path) {
     return Note();
 }
 
-bool NotedOutput::WillName(const FileInfo& info) {
+bool NotedOutput::WillName(const FileInfo& info, Extent extent) {
     record_.result = MarkOf(info);
+    if (extent == Extent::Part) record_.step = JournalRecord::Step::WritingElsewhere;
     return Note();
 }
 
@@ -52,9 +63,8 @@ FileResult NotedOutput::Ended(FileResult result) {
 
 /// Where nothing can be seen, as on a disk that was taken away, something may be.
 std::string NotedOutput::LeftPath() const {
-    if (record_.partPath.empty()) return {};
-    const bool folderIsThere = fileSystem_.Info(SplitPath(record_.partPath).folder).has_value();
-    if (!folderIsThere || fileSystem_.Info(record_.partPath)) return record_.partPath;
+    if (!isMade_) return {};
+    if (ResultFolder() != folder_ || fileSystem_.Info(record_.partPath)) return record_.partPath;
     const auto result = fileSystem_.Info(record_.resultPath);
     return result && MarkOf(*result) == record_.result ? record_.resultPath : std::string{};
 }

@@ -5,6 +5,7 @@
 
 #include "operation/file_ops.h"
 
+#include <optional>
 #include <string>
 
 namespace zr5 {
@@ -19,8 +20,13 @@ class NotedOutput final : public OutputObserver {
     NotedOutput(const NotedOutput&) = delete;
     NotedOutput& operator=(const NotedOutput&) = delete;
 
+    /// In place the result has a name that was free; whatever has taken it since stays.
+    [[nodiscard]] bool MayReplace() const override;
     [[nodiscard]] bool WillMake(const std::string& path) override;
-    [[nodiscard]] bool WillName(const FileInfo& info) override;
+    void HasMade() override { isMade_ = true; }
+    /// A part is named by the report, and the original stays: so it is noted as a result
+    /// elsewhere, that the next start must not remove.
+    [[nodiscard]] bool WillName(const FileInfo& info, Extent extent) override;
 
     [[nodiscard]] const JournalRecord& record() const { return record_; }
 
@@ -31,12 +37,15 @@ class NotedOutput final : public OutputObserver {
 
   private:
     [[nodiscard]] bool Note();
+    [[nodiscard]] std::optional<FileIdentity> ResultFolder() const;
     [[nodiscard]] std::string LeftPath() const;
 
     FileSystem& fileSystem_;
     CipherEngine& engine_;
     OperationJournal* journal_;
     JournalRecord record_;
+    std::optional<FileIdentity> folder_; ///< in which the result is made
+    bool isMade_ = false;
 };
 
 } // namespace zr5

@@ -86,6 +86,7 @@ std::string Encoded(const JournalRecord& record, std::uint64_t sequence) {
     fields.Text(record.partPath);
     fields.Mark(record.original);
     fields.Mark(record.result);
+    fields.Number(record.resultFolder);
     fields.Text(record.overwriteHead);
     fields.Text(record.earlierHead);
     Writer place;
@@ -119,6 +120,7 @@ Decoded Decode(std::string_view place) {
     record.partPath = fields.Text();
     record.original = fields.Mark();
     record.result = fields.Mark();
+    record.resultFolder = fields.Number();
     record.overwriteHead = fields.Text();
     record.earlierHead = fields.Text();
     return fields.IsValid() ? decoded : Decoded{};
@@ -142,7 +144,9 @@ bool OperationJournal::OpenNew(const std::string& path) {
         if (opened.status == FsStatus::AlreadyExists) continue;
         if (opened.status != FsStatus::Ok) return false;
         file_ = std::move(opened.file);
-        if (Read() && last_.step != JournalRecord::Step::None) {
+        const Content content = Read();
+        if (content == Content::Unreadable ||
+            (content == Content::Record && last_.step != JournalRecord::Step::None)) {
             file_.reset(); // the next start sees to it
             continue;
         }
@@ -160,8 +164,9 @@ bool OperationJournal::OpenLeft(const std::string& path) {
     if (opened.status != FsStatus::Ok) return false;
     path_ = path;
     file_ = std::move(opened.file);
-    if (!Read()) last_ = {};
-    return true;
+    if (Read() != Content::Unreadable) return true;
+    file_.reset();
+    return false;
 }
 
 void OperationJournal::Close() {
@@ -175,21 +180,24 @@ void OperationJournal::SetAside() {
     static_cast<void>(OpenNew(basePath_));
 }
 
-/// Takes the newer of the two places. False when neither is whole.
-bool OperationJournal::Read() {
-    std::vector<std::byte> bytes(Places * PlaceBytes);
-    if (file_->MoveTo(0) != FsStatus::Ok) return false;
-    const ReadResult got = file_->Read(bytes);
-    if (got.status != FsStatus::Ok || got.count != bytes.size()) return false;
+/// Takes the newer of the two places. What begins otherwise than a place does is not ours.
+OperationJournal::Content OperationJournal::Read() {
     sequence_ = 0;
+    last_ = {};
+    std::vector<std::byte> bytes(Places * PlaceBytes + 1); // one more than there may be
+    if (file_->MoveTo(0) != FsStatus::Ok) return Content::Unreadable;
+    const ReadResult got = file_->Read(bytes);
+    if (got.status != FsStatus::Ok || got.count == bytes.size()) return Content::Unreadable;
     for (std::size_t i = 0; i < Places; ++i) {
-        const auto place = std::span(bytes).subspan(i * PlaceBytes, PlaceBytes);
-        Decoded decoded = Decode({reinterpret_cast<const char*>(place.data()), place.size()});
+        const auto raw = std::span(bytes).subspan(i * PlaceBytes, PlaceBytes);
+        const std::string_view place(reinterpret_cast<const char*>(raw.data()), raw.size());
+        if (place.front() != '\0' && !place.starts_with(Magic)) return Content::Unreadable;
+        Decoded decoded = Decode(place);
         if (decoded.sequence <= sequence_) continue;
         sequence_ = decoded.sequence;
         last_ = std::move(decoded.record);
     }
-    return sequence_ != 0;
+    return sequence_ != 0 ? Content::Record : Content::Nothing;
 }
 
 /// Gives the file its whole length now, so that no record has to wait for room or finds none.
@@ -204,7 +212,8 @@ bool OperationJournal::Lay() {
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
     const std::string text = Encoded(record, sequence_ + 1);
-    if (!file_ || text.size() > PlaceBytes) return false;
+    if (!file_) return true;
+    if (text.size() > PlaceBytes) return false;
     const std::uint64_t place = (sequence_ + 1) % Places * PlaceBytes;
     if (file_->MoveTo(place) != FsStatus::Ok ||
         file_->Write(std::as_bytes(std::span(text))) != FsStatus::Ok) {

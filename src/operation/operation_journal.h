@@ -30,14 +30,15 @@ struct JournalRecord {
         WritingElsewhere, ///< the result is being made in another file; the original stays
     };
     Step step = Step::None;
-    bool encrypts = true;      ///< and so overwrites the original before deleting it
-    std::string originalPath;  ///< the file that is worked on
-    std::string resultPath;    ///< the complete result; in place until it takes the original's name
-    std::string partPath;      ///< the result while it is made
-    FileMark original;         ///< as it was read
-    FileMark result;           ///< as it was when it was complete; nothing before
-    std::string overwriteHead; ///< the first bytes that the original is overwritten with
-    std::string earlierHead;   ///< those with which an interrupted mending found it overwritten
+    bool encrypts = true;     ///< and so overwrites the original before deleting it
+    std::string originalPath; ///< the file that is worked on
+    std::string resultPath;   ///< the complete result; in place until it takes the original's name
+    std::string partPath;     ///< the result while it is made
+    FileMark original;        ///< as it was read
+    FileMark result;          ///< as it was when it took its name; nothing before
+    std::uint64_t resultFolder = 0; ///< inode of the folder that the result is made in
+    std::string overwriteHead;      ///< the first bytes that the original is overwritten with
+    std::string earlierHead; ///< those with which an interrupted mending found it overwritten
     friend bool operator==(const JournalRecord&, const JournalRecord&) = default;
 };
 
@@ -54,22 +55,21 @@ class OperationJournal {
     OperationJournal(const OperationJournal&) = delete;
     OperationJournal& operator=(const OperationJournal&) = delete;
 
-    /// Opens a journal under the first name that no other run holds and nothing unfinished stands
-    /// in; false when none can be made.
+    /// Opens a journal under the first name that no other run holds and nothing stands under but
+    /// a journal with nothing unfinished; false when none can be made.
     [[nodiscard]] bool OpenNew(const std::string& path);
     /// Opens the journal that lies under this very name for finishing what stands in it; false
-    /// when there is none or another run holds it.
+    /// when there is none, it cannot be read or is no such journal, or another run holds it.
     [[nodiscard]] bool OpenLeft(const std::string& path);
     [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
     /// Removes the file, unless something stands in it that is not finished.
     void Close();
-    /// Leaves what stands in it to the next start and goes on in another file. Where none can be
-    /// made, nothing can be noted any more.
+    /// Leaves what stands in it to the next start and goes on in another file, if one can be made.
     void SetAside();
 
     /// Writes a record. With `OfDisk` it has survived the machine's end when this returns, else
     /// only the program's, and is on its way to the disk. False when it could not be written: then
-    /// the last one still stands.
+    /// the last one still stands. Without an open file nothing is noted, and all is well.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
     /// The last record that was written whole; Step::None when there is none.
@@ -79,7 +79,13 @@ class OperationJournal {
     [[nodiscard]] static std::string Name(const std::string& path, int number);
 
   private:
-    [[nodiscard]] bool Read();
+    /// What stands in the open file.
+    enum class Content {
+        Record,     ///< one is whole, and in `last_`
+        Nothing,    ///< it was laid, or was being laid
+        Unreadable, ///< or no journal of this kind
+    };
+    [[nodiscard]] Content Read();
     [[nodiscard]] bool Lay();
 
     FileSystem& fileSystem_;

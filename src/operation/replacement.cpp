@@ -3,19 +3,30 @@
 namespace zr5 {
 namespace {
 
-std::int32_t PurgeOriginal(FileKit& fileKit, OperationJournal* journal, JournalRecord& record) {
+/// Whether `file` is the original, as it was read or as an interrupted run has overwritten it.
+bool IsOriginal(const FileInfo& file, const JournalRecord& record) {
+    const FileMark mark = MarkOf(file);
+    if (record.earlierHead.empty()) return mark == record.original;
+    return mark.inode == record.original.inode && mark.lengthBytes == record.original.lengthBytes;
+}
+
+std::int32_t PurgeOriginal(FileSystem& fileSystem, FileKit& fileKit, OperationJournal* journal,
+                           JournalRecord& record) {
     const auto note = [&] {
         return journal == nullptr || journal->Note(record, OperationJournal::Durability::OfDisk);
     };
+    constexpr std::int32_t Refused = PurgeFailureLimit - 1;
     if (!record.encrypts) {
-        if (!note()) return PurgeFailureLimit - 1;
+        if (!note()) return Refused;
+        const auto file = fileSystem.Info(record.originalPath);
+        if (!file || !IsOriginal(*file, record)) return Refused;
         return fileKit.purge_file(record.originalPath, PurgeDeleteOnly, true, false);
     }
     // What the file is overwritten with tells afterwards that it was this program.
-    fileKit.SetBeforeOverwriting([&](std::span<const std::byte> firstBytes) {
+    fileKit.SetBeforeOverwriting([&](const FileInfo& file, std::span<const std::byte> firstBytes) {
         record.overwriteHead.assign(reinterpret_cast<const char*>(firstBytes.data()),
                                     firstBytes.size());
-        return note();
+        return IsOriginal(file, record) && note();
     });
     const std::int32_t purged =
         fileKit.purge_file(record.originalPath, PurgeOverwrite, true, false);
@@ -28,7 +39,7 @@ std::int32_t PurgeOriginal(FileKit& fileKit, OperationJournal* journal, JournalR
 bool ReplaceOriginal(FileSystem& fileSystem, FileKit& fileKit, OperationJournal* journal,
                      JournalRecord record) {
     record.step = JournalRecord::Step::Replacing;
-    if (PurgeOriginal(fileKit, journal, record) < PurgeFailureLimit) return false;
+    if (PurgeOriginal(fileSystem, fileKit, journal, record) < PurgeFailureLimit) return false;
     if (fileSystem.RenameWithoutReplacing(record.resultPath, record.originalPath) != FsStatus::Ok) {
         return false;
     }

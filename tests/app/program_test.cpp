@@ -84,7 +84,7 @@ TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
     }
     user.Expect("Interrupted operation",
                 "Vaultline ZR5 was interrupted while this file was being encrypted:\r\n\r\n" +
-                    path + "\r\n\r\nThe file is as it was before.");
+                    path + "\r\n\r\nThe program has not touched the file.");
     ExpectStartupMessage();
     EXPECT_TRUE(Start());
     EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odt"});

@@ -88,7 +88,7 @@ TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
         // On the disk before it is deleted.
         const auto& calls = disk.Calls();
         ASSERT_GE(calls.size(), 2U);
-        EXPECT_EQ(calls[calls.size() - 2], FsCall::Flush);
+        EXPECT_EQ(calls[calls.size() - 3], FsCall::Flush);
         EXPECT_EQ(calls.back(), FsCall::Remove);
     }
 }

@@ -38,7 +38,9 @@ class FaultyFile : public OpenFile {
     FsStatus FlushContent() override {
         return disk_.StatusFor(FsCall::Flush, [&] { return inner_->FlushContent(); });
     }
-    FsStatus MoveTo(std::uint64_t offset) override { return inner_->MoveTo(offset); }
+    FsStatus MoveTo(std::uint64_t offset) override {
+        return disk_.StatusFor(FsCall::MoveTo, [&] { return inner_->MoveTo(offset); });
+    }
     void ForgetCached() override { inner_->ForgetCached(); }
     FsStatus CopyAttributesFrom(const OpenFile& source) override {
         return disk_.StatusFor(FsCall::CopyAttributes,

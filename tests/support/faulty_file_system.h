@@ -28,6 +28,8 @@ enum class FsCall {
     ListFolder,
     MakeFolder,
     RemoveFolder,
+    Look, ///< at a path, without opening it
+    MoveTo,
 };
 
 class FaultyFileSystem : public FileSystem {
@@ -36,7 +38,7 @@ class FaultyFileSystem : public FileSystem {
     explicit FaultyFileSystem(FileSystem& inner) : inner_(inner) {}
 
     /// The `number`-th call of `kind` from now on answers `status` and has no effect, but that a
-    /// failing write has written the first half by then. A failing FileInfo knows nothing.
+    /// failing write has written the first half by then. A failing FileInfo or Look sees nothing.
     void Fail(FsCall kind, unsigned number, FsStatus status = FsStatus::IoError) {
         events_.push_back({.kind = kind, .number = number, .status = status});
     }
@@ -81,9 +83,11 @@ class FaultyFileSystem : public FileSystem {
     OpenResult CreateExclusively(const std::string& path) override {
         return Opened(FsCall::Create, [&] { return inner_.CreateExclusively(path); });
     }
-    std::optional<FileInfo> Info(const std::string& path) override { return inner_.Info(path); }
+    std::optional<FileInfo> Info(const std::string& path) override {
+        return SeesNothing() ? std::nullopt : inner_.Info(path);
+    }
     std::optional<FileIdentity> IdentityOf(const std::string& path) override {
-        return inner_.IdentityOf(path);
+        return SeesNothing() ? std::nullopt : inner_.IdentityOf(path);
     }
     FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override {
         return StatusFor(FsCall::Rename, [&] { return inner_.RenameWithoutReplacing(from, to); });
@@ -98,7 +102,7 @@ class FaultyFileSystem : public FileSystem {
         return StatusFor(FsCall::FlushFolder, [&] { return inner_.FlushFolderOf(path); });
     }
     bool FolderAcceptsFiles(const std::string& path) override {
-        return inner_.FolderAcceptsFiles(path);
+        return !SeesNothing() && inner_.FolderAcceptsFiles(path);
     }
     FsStatus MakeFolder(const std::string& path) override {
         return StatusFor(FsCall::MakeFolder, [&] { return inner_.MakeFolder(path); });
@@ -112,7 +116,7 @@ class FaultyFileSystem : public FileSystem {
         return inner_.ListFolder(path);
     }
     std::optional<std::string> CanonicalPath(const std::string& path) override {
-        return inner_.CanonicalPath(path);
+        return SeesNothing() ? std::nullopt : inner_.CanonicalPath(path);
     }
     std::optional<std::uint64_t> FreeBytes(const std::string& path) override {
         if (freeBytes) return *freeBytes;
@@ -133,6 +137,10 @@ class FaultyFileSystem : public FileSystem {
     };
     /// Counts a call; the event that meets it, if any.
     const Event* Meet(FsCall kind);
+    bool SeesNothing() {
+        const Event* event = Meet(FsCall::Look);
+        return event != nullptr && event->status != FsStatus::Ok;
+    }
     FsStatus StatusFor(FsCall kind, const std::function<FsStatus()>& call);
     OpenResult Opened(FsCall kind, const std::function<OpenResult()>& call);
 
