@@ -57,13 +57,17 @@ void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
     const auto note = [&] {
         Check(journal.MoveTo(0));
         Check(journal.Write(std::span(buffer).first(JournalBytes)));
+    };
+    const auto noteInOrder = [&] {
+        note();
         journal.StartWriteback(0, JournalBytes);
+        journal.AwaitWriteback(0, JournalBytes);
     };
     const std::string part = path + ".part";
     const std::string done = path + ".done";
     {
         const OpenResult input = disk.OpenForReading(path);
-        note();
+        noteInOrder();
         const OpenResult output = disk.CreateExclusively(part);
         Check(output.file->Reserve(SealedBytes));
         static_cast<void>(input.file->Read(std::span(buffer).first(FileBytes)));
@@ -71,7 +75,7 @@ void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
         Check(output.file->CopyAttributesFrom(*input.file));
         Check(output.file->Flush());
     }
-    note();
+    noteInOrder();
     Check(disk.RenameWithoutReplacing(part, done));
     Check(disk.FlushFolderOf(done));
     { // reading back

@@ -71,7 +71,8 @@ class CipherEngine {
                                           std::uint64_t inputLengthBytes,
                                           std::int32_t reserved) = 0;
     /// Encrypts a file into another. The output is untouched unless the result is 0; then it is
-    /// complete and on the disk.
+    /// complete and on the disk. (An output that was replaced is complete also when only its name
+    /// could not be brought to the disk: WriteError.)
     [[nodiscard]] virtual std::int32_t encrypt_file(const std::string& inputPath,
                                                     const std::string& outputPath) = 0;
     /// Decrypts a file into another. The output is untouched, or complete and on the disk (0),

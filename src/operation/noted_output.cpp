@@ -32,7 +32,7 @@ std::optional<FileIdentity> NotedOutput::ResultFolder() const {
 }
 
 bool NotedOutput::Note() {
-    return journal_ == nullptr || journal_->Note(record_);
+    return journal_ == nullptr || journal_->Note(record_, OperationJournal::Durability::OfOrder);
 }
 
 bool NotedOutput::MayReplace() const {

@@ -38,7 +38,7 @@ struct Machine {
     UserPort& user;
     const Clock& clock;
     std::string executablePath;   ///< real path of the running program
-    std::string journalPath = {}; ///< where replacements are noted; empty: nowhere
+    std::string journalPath = {}; ///< where results are noted; empty: nowhere
 };
 
 /// One operation; setup and key stay as they are while it runs.
@@ -47,7 +47,7 @@ struct OperationContext {
     const CurrentKey& key;
     const WorkList& list;
     Machine& machine;
-    OperationJournal* journal = nullptr; ///< open; null: replacements are not noted
+    OperationJournal* journal = nullptr; ///< open; null: results are not noted
     /// Whether a file that is to be decrypted may turn out not to be encrypted.
     bool mayMeetPlaintext = true;
 };

@@ -219,7 +219,10 @@ bool OperationJournal::Note(const JournalRecord& record, Durability durability) 
         file_->Write(std::as_bytes(std::span(text))) != FsStatus::Ok) {
         return false;
     }
-    file_->StartWriteback(place, PlaceBytes);
+    if (durability == Durability::OfOrder) {
+        file_->StartWriteback(place, PlaceBytes);
+        file_->AwaitWriteback(place, PlaceBytes);
+    }
     if (durability == Durability::OfDisk && file_->FlushContent() != FsStatus::Ok) return false;
     ++sequence_;
     last_ = record;

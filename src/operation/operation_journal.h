@@ -48,7 +48,12 @@ struct JournalRecord {
 class OperationJournal {
   public:
     static constexpr int MostJournals = 9;
-    enum class Durability { OfProcess, OfDisk };
+    /// What a record survives from when on.
+    enum class Durability {
+        OfProcess, ///< the end of the program, at once
+        OfOrder,   ///< the end of the machine, once anything later on the same disk does
+        OfDisk,    ///< the end of the machine, at once
+    };
 
     explicit OperationJournal(FileSystem& fileSystem) : fileSystem_(fileSystem) {}
     ~OperationJournal() { Close(); }
@@ -67,9 +72,8 @@ class OperationJournal {
     /// Leaves what stands in it to the next start and goes on in another file, if one can be made.
     void SetAside();
 
-    /// Writes a record. With `OfDisk` it has survived the machine's end when this returns, else
-    /// only the program's, and is on its way to the disk. False when it could not be written: then
-    /// the last one still stands. Without an open file nothing is noted, and all is well.
+    /// Writes a record. False when it could not be written: then the last one still stands.
+    /// Without an open file nothing is noted, and all is well.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
     /// The last record that was written whole; Step::None when there is none.
