@@ -81,7 +81,7 @@ void BareFile(FileSystem& disk, OpenFile& journal, const std::string& path,
     { // reading back
         const OpenResult plain = disk.OpenForReading(path);
         const OpenResult sealed = disk.OpenForReading(done);
-        sealed.file->ForgetCached();
+        sealed.file->ForgetCached(0, 0);
         static_cast<void>(sealed.file->Read(std::span(buffer).first(SealedBytes)));
         static_cast<void>(plain.file->Read(std::span(buffer).first(FileBytes)));
     }

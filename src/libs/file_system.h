@@ -69,9 +69,9 @@ class OpenFile {
     [[nodiscard]] virtual FsStatus Flush() = 0;
     /// As Flush, but for the time of the last change and what else is not needed for reading.
     [[nodiscard]] virtual FsStatus FlushContent() = 0;
-    /// Lets go of what the system keeps of a flushed file in memory, so that the next reading
-    /// comes from the disk. A hint.
-    virtual void ForgetCached() = 0;
+    /// Lets go of what the system keeps in memory of `lengthBytes` from `offset` on (0: of all from
+    /// there on) that are on the disk, so that the next reading comes from there. A hint.
+    virtual void ForgetCached(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
     [[nodiscard]] virtual std::optional<FileInfo> Info() const = 0;
     /// Gives this file the owner (where permitted), mode, access lists and extended attributes
     /// of `source`. What the file system does not know or permit is left out; NoSpace and

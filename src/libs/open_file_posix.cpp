@@ -129,7 +129,10 @@ class PosixFile final : public OpenFile {
         return StatusOfCall(Retrying([&] { return fdatasync(descriptor_); }));
     }
 
-    void ForgetCached() override { posix_fadvise(descriptor_, 0, 0, POSIX_FADV_DONTNEED); }
+    void ForgetCached(std::uint64_t offset, std::uint64_t lengthBytes) override {
+        posix_fadvise(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
+                      POSIX_FADV_DONTNEED);
+    }
 
     std::optional<FileInfo> Info() const override {
         struct stat raw {};

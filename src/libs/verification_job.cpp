@@ -67,7 +67,7 @@ std::int32_t RunVerification(JobContext& job) {
     if (plain.status != FsStatus::Ok) return InputCode(plain.status);
     const OpenResult sealed = job.fileSystem.OpenForReading(job.outputPath);
     if (sealed.status != FsStatus::Ok) return engine_code::WriteError;
-    sealed.file->ForgetCached();
+    sealed.file->ForgetCached(0, 0);
 
     const auto plainInfo = plain.file->Info();
     const auto sealedInfo = sealed.file->Info();

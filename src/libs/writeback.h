@@ -1,7 +1,8 @@
 #pragma once
 
-// Keeps the disk busy while a long file is written, and little of it waiting in memory: the
-// flush at the end is then short, and progress is that of the disk.
+// Keeps the disk busy while a long file is written, and little of it in memory: the flush at the
+// end is then short, progress is that of the disk, and what other programs have in the system's
+// memory stays there.
 
 #include "libs/file_system.h"
 
@@ -18,7 +19,9 @@ class Writeback {
             file.StartWriteback(started_, Step);
             started_ += Step;
             if (started_ > MostWaiting) {
-                file.AwaitWriteback(started_ - MostWaiting - Step, Step);
+                const std::uint64_t oldest = started_ - MostWaiting - Step;
+                file.AwaitWriteback(oldest, Step);
+                file.ForgetCached(oldest, Step);
             }
         }
     }

@@ -129,11 +129,18 @@ class Driver {
         }
         screen_.AppendToReport(OutcomeText(item, result));
         if (!result.leftPath.empty()) {
-            screen_.AppendToReport(std::string(LineEnd) + ContinuationIndent +
-                                   "An unfinished result may be left in " +
-                                   DisplayName(result.leftPath) + ".");
+            AppendRemark("An unfinished result may be left in " + DisplayName(result.leftPath) +
+                         ".");
+        }
+        if (operation_.journal != nullptr && operation_.journal->HasFailed()) {
+            AppendRemark("The file " + DisplayName(operation_.machine.journalPath) +
+                         " cannot be written.");
         }
         EndLine();
+    }
+
+    void AppendRemark(const std::string& text) {
+        screen_.AppendToReport(std::string(LineEnd) + ContinuationIndent + text);
     }
 
     void EndLine() {

@@ -45,8 +45,10 @@ FileResult Replace(const OperationContext& operation, NotedOutput& output,
     if (hooks.beforePurge) hooks.beforePurge();
     JournalRecord record = output.record();
     if (result) record.result = MarkOf(*result);
-    if (!IsSameContent(result, fileSystem.Info(temporary)) ||
-        !IsSameContent(before, fileSystem.Info(path)) ||
+    if (!IsSameContent(result, fileSystem.Info(temporary))) {
+        return {engine_code::WriteError, temporary}; // somebody has taken the result away
+    }
+    if (!IsSameContent(before, fileSystem.Info(path)) ||
         !ReplaceOriginal(fileSystem, operation.machine.fileKit, operation.journal, record)) {
         return {NotRenamedOutcome(path), temporary};
     }

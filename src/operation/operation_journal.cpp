@@ -211,8 +211,12 @@ bool OperationJournal::Lay() {
 }
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
+    hasFailed_ = file_ && !Write(record, durability);
+    return !hasFailed_;
+}
+
+bool OperationJournal::Write(const JournalRecord& record, Durability durability) {
     const std::string text = Encoded(record, sequence_ + 1);
-    if (!file_) return true;
     if (text.size() > PlaceBytes) return false;
     const std::uint64_t place = (sequence_ + 1) % Places * PlaceBytes;
     if (file_->MoveTo(place) != FsStatus::Ok ||

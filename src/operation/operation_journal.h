@@ -76,6 +76,8 @@ class OperationJournal {
     /// Without an open file nothing is noted, and all is well.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
+    /// Whether the last record could not be written.
+    [[nodiscard]] bool HasFailed() const { return hasFailed_; }
     /// The last record that was written whole; Step::None when there is none.
     [[nodiscard]] const JournalRecord& Last() const { return last_; }
 
@@ -90,6 +92,7 @@ class OperationJournal {
         Unreadable, ///< or no journal of this kind
     };
     [[nodiscard]] Content Read();
+    [[nodiscard]] bool Write(const JournalRecord& record, Durability durability);
     [[nodiscard]] bool Lay();
 
     FileSystem& fileSystem_;
@@ -98,6 +101,7 @@ class OperationJournal {
     std::unique_ptr<OpenFile> file_;
     JournalRecord last_;
     std::uint64_t sequence_ = 0;
+    bool hasFailed_ = false;
 };
 
 } // namespace zr5

@@ -40,7 +40,7 @@ class MemoryFile final : public OpenFile {
     }
     FsStatus Flush() override { return FsStatus::Ok; }
     FsStatus FlushContent() override { return FsStatus::Ok; }
-    void ForgetCached() override {}
+    void ForgetCached(std::uint64_t /*offset*/, std::uint64_t /*lengthBytes*/) override {}
     [[nodiscard]] std::optional<FileInfo> Info() const override {
         FileInfo info;
         info.lengthBytes = content_.size();

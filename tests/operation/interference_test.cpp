@@ -61,7 +61,7 @@ TEST_F(Interference, WithTheVerifiedResultKeepsTheOriginal) {
         folder.Remove("a.zr5");
         folder.Write("a.zr5", Foreign);
     };
-    EXPECT_EQ(Process(Function::Encrypt, "a").outcome, outcome::NotRenamed);
+    EXPECT_EQ(Process(Function::Encrypt, "a").outcome, engine_code::WriteError);
     EXPECT_EQ(folder.Read("a"), original);
     EXPECT_TRUE(ForeignFileIsThere());
 }

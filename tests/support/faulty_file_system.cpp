@@ -41,7 +41,9 @@ class FaultyFile : public OpenFile {
     FsStatus MoveTo(std::uint64_t offset) override {
         return disk_.StatusFor(FsCall::MoveTo, [&] { return inner_->MoveTo(offset); });
     }
-    void ForgetCached() override { inner_->ForgetCached(); }
+    void ForgetCached(std::uint64_t offset, std::uint64_t lengthBytes) override {
+        inner_->ForgetCached(offset, lengthBytes);
+    }
     FsStatus CopyAttributesFrom(const OpenFile& source) override {
         return disk_.StatusFor(FsCall::CopyAttributes,
                                [&] { return inner_->CopyAttributesFrom(source); });
