@@ -43,6 +43,10 @@ class Opener {
             }
             damage_.stoppedBy = output.Write(OpenPiece(sealed));
             if (damage_.stoppedBy != engine_code::Success) break;
+            // A long file must not drive what others have out of the system's memory.
+            if (sealed.size() != sealedBytes) {
+                input_.ForgetCached(HeaderBytes + done, sealed.size());
+            }
             done += sealed.size();
             if (job_.progress) job_.progress(HeaderBytes + done, HeaderBytes + sealedBytes);
         }

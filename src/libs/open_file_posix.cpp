@@ -75,6 +75,7 @@ class PosixFile final : public OpenFile {
     ~PosixFile() override { close(descriptor_); }
 
     ReadResult Read(std::span<std::byte> into) override {
+        if (into.size() >= LeastReadAheadFor) ReadAhead();
         ReadResult result;
         while (result.count < into.size()) {
             const std::size_t piece = std::min(into.size() - result.count, LargestTransfer);
@@ -87,6 +88,7 @@ class PosixFile final : public OpenFile {
             if (got == 0) break;
             result.count += static_cast<std::size_t>(got);
         }
+        position_ += static_cast<off_t>(result.count);
         return result;
     }
 
@@ -118,6 +120,7 @@ class PosixFile final : public OpenFile {
     }
 
     FsStatus MoveTo(std::uint64_t offset) override {
+        position_ = askedTo_ = static_cast<off_t>(offset);
         return StatusOfCall(lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET));
     }
 
@@ -177,7 +180,22 @@ class PosixFile final : public OpenFile {
     std::intptr_t NativeHandle() const override { return descriptor_; }
 
   private:
+    static constexpr std::size_t LeastReadAheadFor = std::size_t{1} << 20U;
+    static constexpr off_t ReadAheadStep = off_t{4} << 20U;
+    static constexpr off_t MostReadAhead = 4 * ReadAheadStep;
+
+    /// Lets the disk read while what it has read before is worked on. The system's own reading
+    /// ahead is too short for that.
+    void ReadAhead() {
+        while (askedTo_ < position_ + MostReadAhead) {
+            posix_fadvise(descriptor_, askedTo_, ReadAheadStep, POSIX_FADV_WILLNEED);
+            askedTo_ += ReadAheadStep;
+        }
+    }
+
     int descriptor_;
+    off_t position_ = 0; ///< of the next reading
+    off_t askedTo_ = 0;  ///< so far the disk was asked for
 };
 
 } // namespace
