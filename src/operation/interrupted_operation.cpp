@@ -106,7 +106,7 @@ InterruptionEnd EndReplacing(FileSystem& fileSystem, FileKit& fileKit, Operation
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.resultPath);
-    const std::string untouched = "The program has not touched the file.";
+    std::string untouched = "The program has not touched the file.";
     switch (end) {
     case InterruptionEnd::Untouched:
         return untouched;
