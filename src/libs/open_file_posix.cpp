@@ -125,11 +125,13 @@ class PosixFile final : public OpenFile {
     }
 
     FsStatus Flush() override {
-        return StatusOfCall(Retrying([&] { return fsync(descriptor_); }));
+        const FsStatus status = StatusOfCall(Retrying([&] { return fsync(descriptor_); }));
+        return status == FsStatus::Ok ? awaited_ : status;
     }
 
     FsStatus FlushContent() override {
-        return StatusOfCall(Retrying([&] { return fdatasync(descriptor_); }));
+        const FsStatus status = StatusOfCall(Retrying([&] { return fdatasync(descriptor_); }));
+        return status == FsStatus::Ok ? awaited_ : status;
     }
 
     void ForgetCached(std::uint64_t offset, std::uint64_t lengthBytes) override {
@@ -172,9 +174,11 @@ class PosixFile final : public OpenFile {
     }
 
     void AwaitWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
-        sync_file_range(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
-                        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
-                            SYNC_FILE_RANGE_WAIT_AFTER);
+        // A failure that was told here is not told again when the file is flushed.
+        const int result = sync_file_range(
+            descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
+            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+        if (result != 0 && IsRealFailure(errno)) awaited_ = StatusOf(errno);
     }
 
     std::intptr_t NativeHandle() const override { return descriptor_; }
@@ -194,8 +198,9 @@ class PosixFile final : public OpenFile {
     }
 
     int descriptor_;
-    off_t position_ = 0; ///< of the next reading
-    off_t askedTo_ = 0;  ///< so far the disk was asked for
+    FsStatus awaited_ = FsStatus::Ok; ///< what waiting for the disk has told
+    off_t position_ = 0;              ///< of the next reading
+    off_t askedTo_ = 0;               ///< so far the disk was asked for
 };
 
 } // namespace
