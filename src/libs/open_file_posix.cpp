@@ -169,24 +169,28 @@ class PosixFile final : public OpenFile {
     }
 
     void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
-        sync_file_range(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
-                        SYNC_FILE_RANGE_WRITE);
+        Synchronize(offset, lengthBytes, SYNC_FILE_RANGE_WRITE);
     }
 
     void AwaitWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
-        // A failure that was told here is not told again when the file is flushed.
-        const int result = sync_file_range(
-            descriptor_, static_cast<off_t>(offset), static_cast<off_t>(lengthBytes),
-            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
-        if (result != 0 && IsRealFailure(errno)) awaited_ = StatusOf(errno);
+        Synchronize(offset, lengthBytes,
+                    SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                        SYNC_FILE_RANGE_WAIT_AFTER);
     }
 
     std::intptr_t NativeHandle() const override { return descriptor_; }
 
   private:
     static constexpr std::size_t LeastReadAheadFor = std::size_t{1} << 20U;
-    static constexpr off_t ReadAheadStep = off_t{4} << 20U;
-    static constexpr off_t MostReadAhead = 4 * ReadAheadStep;
+    static constexpr off_t ReadAheadStep = off_t{128} << 10U; // the system may cut longer ones
+    static constexpr off_t MostReadAhead = off_t{16} << 20U;
+
+    /// A failure that is told here is not told again when the file is flushed.
+    void Synchronize(std::uint64_t offset, std::uint64_t lengthBytes, unsigned flags) {
+        const int result = sync_file_range(descriptor_, static_cast<off_t>(offset),
+                                           static_cast<off_t>(lengthBytes), flags);
+        if (result != 0 && IsRealFailure(errno)) awaited_ = StatusOf(errno);
+    }
 
     /// Lets the disk read while what it has read before is worked on. The system's own reading
     /// ahead is too short for that.

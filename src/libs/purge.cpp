@@ -55,7 +55,10 @@ std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::
         const std::int32_t code = Overwrite(*opened.file, info, random, hooks);
         if (code != purge_code::Done || !remove) return code;
         const auto named = fileSystem.Info(path);
-        if (!named || named->identity != info->identity) return purge_code::NotRemoved;
+        if (!named || named->identity != info->identity ||
+            named->lengthBytes != info->lengthBytes) {
+            return purge_code::NotRemoved;
+        }
     }
     if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;
     return purge_code::Done;

@@ -31,17 +31,18 @@ FileResult Replace(const OperationContext& operation, NotedOutput& output,
     const std::string& temporary = output.record().resultPath;
     std::int16_t code = EncryptOrDecryptFile(operation, true, path, temporary);
     if (code != 0) return {code, temporary};
-    const auto result = fileSystem.Info(temporary);
     if (output.record().encrypts) {
         if (hooks.beforeVerifying) hooks.beforeVerifying();
         code = static_cast<std::int16_t>(operation.machine.engine.verify_file(path, temporary));
         if (code != 0) {
-            if (IsSameContent(result, fileSystem.Info(temporary))) {
+            const auto failed = fileSystem.Info(temporary);
+            if (failed && output.IsResult(*failed)) {
                 static_cast<void>(fileSystem.Remove(temporary));
             }
             return {code, temporary};
         }
     }
+    const auto result = fileSystem.Info(temporary);
     if (hooks.beforePurge) hooks.beforePurge();
     JournalRecord record = output.record();
     if (result) record.result = MarkOf(*result);

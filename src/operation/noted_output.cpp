@@ -35,6 +35,11 @@ bool NotedOutput::Note() {
     return journal_ == nullptr || journal_->Note(record_, OperationJournal::Durability::OfOrder);
 }
 
+bool NotedOutput::IsResult(const FileInfo& file) const {
+    return file.identity.inode == record_.result.inode &&
+           file.lengthBytes == record_.result.lengthBytes;
+}
+
 bool NotedOutput::MayReplace() const {
     return record_.step == JournalRecord::Step::WritingElsewhere;
 }
@@ -53,7 +58,8 @@ bool NotedOutput::WillName(const FileInfo& info, Extent extent) {
 FileResult NotedOutput::Ended(FileResult result) {
     if (!ReportNamesResult(result.outcome)) result.leftPath = LeftPath();
     if (journal_ == nullptr) return result;
-    if (!result.leftPath.empty()) {
+    const bool isOutOfReach = result.outcome != 0 && isMade_ && ResultFolder() != folder_;
+    if (!result.leftPath.empty() || isOutOfReach) {
         journal_->SetAside();
     } else if (journal_->Last().step != JournalRecord::Step::None) {
         static_cast<void>(journal_->Note({}));
@@ -66,7 +72,7 @@ std::string NotedOutput::LeftPath() const {
     if (!isMade_) return {};
     if (ResultFolder() != folder_ || fileSystem_.Info(record_.partPath)) return record_.partPath;
     const auto result = fileSystem_.Info(record_.resultPath);
-    return result && MarkOf(*result) == record_.result ? record_.resultPath : std::string{};
+    return result && IsResult(*result) ? record_.resultPath : std::string{};
 }
 
 } // namespace zr5

@@ -10,7 +10,7 @@ namespace zr5 {
 namespace {
 
 // One place: magic, sequence number, length of the record, record, MD5 of all that.
-constexpr std::string_view Magic = "ZR5 journal 1\r\n";
+constexpr std::string_view Magic = "ZR5 journal 2\r\n";
 constexpr std::size_t PlaceBytes = 16'384;
 constexpr std::size_t Places = 2;
 constexpr std::size_t DigestBytes = std::tuple_size_v<Md5Digest>;
@@ -177,7 +177,7 @@ void OperationJournal::Close() {
 
 void OperationJournal::SetAside() {
     Close();
-    static_cast<void>(OpenNew(basePath_));
+    hasFailed_ = !OpenNew(basePath_);
 }
 
 /// Takes the newer of the two places. What begins otherwise than a place does is not ours.
@@ -211,7 +211,8 @@ bool OperationJournal::Lay() {
 }
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
-    hasFailed_ = file_ && !Write(record, durability);
+    if (!file_) return true;
+    hasFailed_ = !Write(record, durability);
     return !hasFailed_;
 }
 

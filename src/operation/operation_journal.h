@@ -76,7 +76,7 @@ class OperationJournal {
     /// Without an open file nothing is noted, and all is well.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
-    /// Whether the last record could not be written.
+    /// Whether the last record could not be written, or a journal to go on in not be made.
     [[nodiscard]] bool HasFailed() const { return hasFailed_; }
     /// The last record that was written whole; Step::None when there is none.
     [[nodiscard]] const JournalRecord& Last() const { return last_; }

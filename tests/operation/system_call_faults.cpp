@@ -53,6 +53,7 @@ int __real_fallocate(int file, int mode, off_t offset, off_t length);
 int __real_fdatasync(int file);
 int __real_fsync(int file);
 int __real_ftruncate(int file, off_t length);
+int __real_sync_file_range(int file, off_t offset, off_t length, unsigned flags);
 
 ssize_t __wrap_read(int file, void* into, size_t count) {
     return zr5::test::IsInterrupted() ? -1 : __real_read(file, into, zr5::test::Moved(count));
@@ -68,6 +69,12 @@ int __wrap_fdatasync(int file) {
 }
 int __wrap_fsync(int file) {
     return zr5::test::IsInterrupted() ? -1 : __real_fsync(file);
+}
+int __wrap_sync_file_range(int file, off_t offset, off_t length, unsigned flags) {
+    if (!zr5::test::Meets(zr5::test::SystemCallFault::LostWrite))
+        return __real_sync_file_range(file, offset, length, flags);
+    errno = EIO;
+    return -1;
 }
 int __wrap_ftruncate(int file, off_t length) {
     return zr5::test::IsInterrupted() ? -1 : __real_ftruncate(file, length);
