@@ -21,7 +21,8 @@ std::string PatternBytes(std::size_t length, unsigned seed) {
     return bytes;
 }
 
-TemporaryFolder::TemporaryFolder() : path_((fs::temp_directory_path() / "zr5-test-XXXXXX")) {
+TemporaryFolder::TemporaryFolder()
+    : path_((fs::temp_directory_path() / "zr5-test-").native() + std::string(6, 'X')) {
     if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary folder: " + path_);
     path_ += '/';
 }
