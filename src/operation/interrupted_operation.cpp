@@ -69,10 +69,7 @@ bool IsOriginal(FileSystem& fileSystem, JournalRecord& record, const FileMark& f
         record.earlierHead.clear();
         return true;
     }
-    if (!record.encrypts || found.inode != record.original.inode ||
-        found.lengthBytes != record.original.lengthBytes) {
-        return false;
-    }
+    if (!record.encrypts || !found.IsSameFileAs(record.original)) return false;
     if (BeginsWith(fileSystem, record.originalPath, record.overwriteHead)) {
         record.earlierHead = record.overwriteHead;
         return true;

@@ -36,8 +36,7 @@ bool NotedOutput::Note() {
 }
 
 bool NotedOutput::IsResult(const FileInfo& file) const {
-    return file.identity.inode == record_.result.inode &&
-           file.lengthBytes == record_.result.lengthBytes;
+    return MarkOf(file).IsSameFileAs(record_.result);
 }
 
 bool NotedOutput::MayReplace() const {

@@ -29,7 +29,7 @@ class NotedOutput final : public OutputObserver {
     [[nodiscard]] bool WillName(const FileInfo& info, Extent extent) override;
 
     [[nodiscard]] const JournalRecord& record() const { return record_; }
-    /// Whether `file` is what the engine has made. Its time is not asked: a server may set its own.
+    /// Whether `file` is what the engine has made.
     [[nodiscard]] bool IsResult(const FileInfo& file) const;
 
     /// The work on the file has ended with `result`, whose `leftPath` is filled in here. The

@@ -19,6 +19,11 @@ struct FileMark {
     std::uint64_t lengthBytes = 0;
     std::int64_t modifiedNs = 0;
     friend bool operator==(const FileMark&, const FileMark&) = default;
+    /// Whether it is the same file, whenever it was written to: the program does so itself, and a
+    /// server may set times of its own.
+    [[nodiscard]] bool IsSameFileAs(const FileMark& other) const {
+        return inode == other.inode && lengthBytes == other.lengthBytes;
+    }
 };
 [[nodiscard]] FileMark MarkOf(const FileInfo& info);
 

@@ -4,11 +4,25 @@ namespace zr5 {
 namespace {
 
 /// Whether `file` is the original, as it was read or as an interrupted run has overwritten it.
-bool IsOriginal(const FileInfo& file, const JournalRecord& record) {
+bool IsStillOriginal(const FileInfo& file, const JournalRecord& record) {
     const FileMark mark = MarkOf(file);
-    if (record.earlierHead.empty()) return mark == record.original;
-    return mark.inode == record.original.inode && mark.lengthBytes == record.original.lengthBytes;
+    return record.earlierHead.empty() ? mark == record.original
+                                      : mark.IsSameFileAs(record.original);
 }
+
+/// Has the file kit ask before it overwrites, while it lives.
+class AskedBeforeOverwriting {
+  public:
+    AskedBeforeOverwriting(FileKit& fileKit, BeforeOverwriting ask) : fileKit_(fileKit) {
+        fileKit_.SetBeforeOverwriting(std::move(ask));
+    }
+    ~AskedBeforeOverwriting() { fileKit_.SetBeforeOverwriting({}); }
+    AskedBeforeOverwriting(const AskedBeforeOverwriting&) = delete;
+    AskedBeforeOverwriting& operator=(const AskedBeforeOverwriting&) = delete;
+
+  private:
+    FileKit& fileKit_;
+};
 
 std::int32_t PurgeOriginal(FileSystem& fileSystem, FileKit& fileKit, OperationJournal* journal,
                            JournalRecord& record) {
@@ -19,19 +33,17 @@ std::int32_t PurgeOriginal(FileSystem& fileSystem, FileKit& fileKit, OperationJo
     if (!record.encrypts) {
         if (!note()) return Refused;
         const auto file = fileSystem.Info(record.originalPath);
-        if (!file || !IsOriginal(*file, record)) return Refused;
+        if (!file || !IsStillOriginal(*file, record)) return Refused;
         return fileKit.purge_file(record.originalPath, PurgeDeleteOnly, true, false);
     }
     // What the file is overwritten with tells afterwards that it was this program.
-    fileKit.SetBeforeOverwriting([&](const FileInfo& file, std::span<const std::byte> firstBytes) {
-        record.overwriteHead.assign(reinterpret_cast<const char*>(firstBytes.data()),
-                                    firstBytes.size());
-        return IsOriginal(file, record) && note();
-    });
-    const std::int32_t purged =
-        fileKit.purge_file(record.originalPath, PurgeOverwrite, true, false);
-    fileKit.SetBeforeOverwriting({});
-    return purged;
+    const AskedBeforeOverwriting asked(
+        fileKit, [&](const FileInfo& file, std::span<const std::byte> firstBytes) {
+            record.overwriteHead.assign(reinterpret_cast<const char*>(firstBytes.data()),
+                                        firstBytes.size());
+            return IsStillOriginal(file, record) && note();
+        });
+    return fileKit.purge_file(record.originalPath, PurgeOverwrite, true, false);
 }
 
 } // namespace
