@@ -5,12 +5,12 @@
 //   entropy FILES    the entropy of the bytes of each file
 //   buffers FILES    how many pieces of 64 bytes pass for random keys
 
-#include "libs/randomness.h"
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/filekit/randomness.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/filekit/zr5_file_kit.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 #include "operation/randomness_tally.h"
 
 #include <algorithm>

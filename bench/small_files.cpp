@@ -3,9 +3,9 @@
 // [FILES ...]]
 
 #include "figures.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/filekit/zr5_file_kit.h"
+#include "libs/system/random.h"
 #include "operation/file_listing.h"
 #include "operation/operation_run.h"
 #include "operation/work_list.h"

@@ -2,11 +2,11 @@
 // rounds, so that a change of the disk's mood hits all of them.
 
 #include "figures.h"
-#include "libs/cipher_engine.h"
-#include "libs/clock.h"
-#include "libs/file_system.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/system/clock.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,8 +3,8 @@
 // The machine's own parts, made in the order in which they need each other.
 
 #include "app/program.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/filekit/zr5_file_kit.h"
 
 namespace zr5 {
 

@@ -1,7 +1,7 @@
 // The process: makes the machine's own parts and runs the program on them.
 
 #include "app/machine_parts.h"
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 #include "ui/appearance.h"
 #include "ui/qt_user_port.h"
 

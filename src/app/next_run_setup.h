@@ -2,7 +2,7 @@
 
 // Where the setup-for-next-run file and the journal of replacements lie.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <string>
 

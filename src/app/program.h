@@ -4,11 +4,11 @@
 // it (main.cpp), the tour and the end-to-end tests each give it a machine and a user.
 
 #include "keys/current_key.h"
-#include "libs/cipher_engine.h"
-#include "libs/clock.h"
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
-#include "libs/random.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/clock.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 #include "util/user_port.h"
 
 #include <memory>

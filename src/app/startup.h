@@ -4,9 +4,9 @@
 // buffers, the setup of the last run, what an interrupted run has left, and a word to a new user.
 
 #include "keys/current_key.h"
-#include "libs/cipher_engine.h"
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/file_system.h"
 #include "setup/setup_desk.h"
 #include "setup/setup_files.h"
 #include "util/user_port.h"

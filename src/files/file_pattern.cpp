@@ -1,6 +1,6 @@
 #include "files/file_pattern.h"
 
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 #include "util/paths.h"
 #include "util/text.h"
 

@@ -3,7 +3,7 @@
 // Choosing the input folder: which folders are refused, and what is said of them.
 
 #include "files/folder_walk.h"
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "setup/setup_desk.h"
 #include "util/user_port.h"
 

@@ -4,7 +4,7 @@
 // they agree. Each folder's files come before its subfolders, depth first, in the order of the
 // file system; nothing is sorted.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "util/user_port.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 // Folders that are never worked on: the system's own, and the trash.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "setup/operation_setup.h"
 #include "util/user_port.h"
 

@@ -3,7 +3,7 @@
 // Choosing the single input file and its output: what the pickers ask, and which choices are
 // refused.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "setup/setup_desk.h"
 #include "util/user_port.h"
 

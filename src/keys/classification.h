@@ -2,9 +2,9 @@
 
 // What can be told of the bytes of a keyfile: whether they are text, look random, or neither.
 
-#include "libs/cipher_engine.h"
-#include "libs/file_kit.h"
-#include "libs/secret.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/secret.h"
 
 #include <cstddef>
 #include <string_view>

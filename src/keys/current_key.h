@@ -2,8 +2,8 @@
 
 // The one key of the running program: its bytes in locked memory, and what is known of them.
 
-#include "libs/cipher_engine.h"
-#include "libs/secret.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/system/secret.h"
 
 #include <cstdint>
 #include <string>

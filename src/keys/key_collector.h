@@ -2,7 +2,7 @@
 
 // Where the choice of a keyfile meets the window that collects a new random key from the user.
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 namespace zr5 {
 

@@ -4,8 +4,8 @@
 // bytes, as a table of four rows that can be read out, and what is known of it.
 
 #include "keys/key_inspector.h"
-#include "libs/file_kit.h"
-#include "libs/secret.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/secret.h"
 #include "util/user_port.h"
 
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 // Where a key choice meets the window in which the user looks at a key before using it.
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
-#include "libs/safe_file.h"
+#include "libs/cipher/safe_file.h"
 #include "setup/verb_form.h"
 #include "util/chosen_file.h"
 #include "util/display.h"

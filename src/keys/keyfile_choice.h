@@ -6,9 +6,9 @@
 #include "keys/current_key.h"
 #include "keys/key_collector.h"
 #include "keys/key_inspector.h"
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
-#include "libs/random.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 #include "setup/operation_setup.h"
 #include "util/user_port.h"
 

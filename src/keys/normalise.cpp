@@ -1,6 +1,6 @@
 #include "keys/normalise.h"
 
-#include "libs/md5.h"
+#include "libs/cipher/md5.h"
 #include "util/code_page.h"
 #include "util/numbers.h"
 

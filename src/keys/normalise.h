@@ -3,7 +3,7 @@
 // What every key goes through, typed or read: the canonical form that the cipher gets, and the
 // four digits by which a person knows it again. Keys are bytes of code page 1252.
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "keys/random_key.h"
 
 #include "keys/classification.h"
-#include "libs/key_text.h"
+#include "libs/cipher/key_text.h"
 
 #include <algorithm>
 #include <array>

@@ -3,9 +3,9 @@
 // The rules of the window in which a new random key comes about: from the movements of the
 // pointer, from the clock, and from the operating system's generator.
 
-#include "libs/clock.h"
-#include "libs/random.h"
-#include "libs/secret.h"
+#include "libs/system/clock.h"
+#include "libs/system/random.h"
+#include "libs/system/secret.h"
 
 #include <chrono>
 #include <cstddef>

@@ -4,7 +4,7 @@
 // answered, and how a typed key becomes the current one.
 
 #include "keys/current_key.h"
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <optional>
 #include <string_view>

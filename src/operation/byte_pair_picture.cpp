@@ -1,6 +1,6 @@
 #include "operation/byte_pair_picture.h"
 
-#include "libs/progress.h"
+#include "libs/system/progress.h"
 #include "operation/file_randomness.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 // The rules of `frmGraphic`: reads a file pair by pair for a picture, and its three states.
 
-#include "libs/clock.h"
-#include "libs/file_system.h"
+#include "libs/system/clock.h"
+#include "libs/system/file_system.h"
 #include "operation/pair_counts.h"
 #include "util/user_port.h"
 

@@ -3,7 +3,7 @@
 // The folder in which the reliability test keeps its copies: a new one, so that nothing else is
 // ever overwritten or removed, and gone with the copies unless they are to be kept.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <string>
 #include <vector>

@@ -2,7 +2,7 @@
 
 // Whether the results of an operation will find room.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "util/user_port.h"
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 // What the program does at its start about a file that was being worked on when it was stopped.
 
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/file_system.h"
 #include "operation/operation_journal.h"
 #include "util/user_port.h"
 

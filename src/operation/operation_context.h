@@ -3,10 +3,10 @@
 // What a running operation works with: what to do, which files, and the machine.
 
 #include "keys/current_key.h"
-#include "libs/cipher_engine.h"
-#include "libs/clock.h"
-#include "libs/file_kit.h"
-#include "libs/file_system.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
+#include "libs/system/clock.h"
+#include "libs/system/file_system.h"
 #include "operation/operation_journal.h"
 #include "setup/operation_setup.h"
 #include "util/user_port.h"

@@ -1,6 +1,6 @@
 #include "operation/operation_journal.h"
 
-#include "libs/md5.h"
+#include "libs/cipher/md5.h"
 
 #include <algorithm>
 #include <span>

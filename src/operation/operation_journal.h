@@ -3,7 +3,7 @@
 // What is known on the disk of the one file that is being worked on, so that the next start of the
 // program can finish or undo it. No key, and nothing of any content.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <cstdint>
 #include <memory>

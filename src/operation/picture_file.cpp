@@ -1,6 +1,6 @@
 #include "operation/picture_file.h"
 
-#include "libs/safe_file.h"
+#include "libs/cipher/safe_file.h"
 #include "util/chosen_file.h"
 #include "util/display.h"
 #include "util/paths.h"

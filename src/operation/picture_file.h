@@ -2,8 +2,8 @@
 
 // Saving a picture as a file: which name, what is never overwritten, and what went wrong.
 
-#include "libs/file_system.h"
-#include "libs/random.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 #include "util/user_port.h"
 
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 // Measures listed files and counts how many look encrypted or compressed and how many do not.
 
-#include "libs/file_kit.h"
+#include "libs/filekit/file_kit.h"
 #include "operation/listing_summary.h"
 
 #include <cstdint>

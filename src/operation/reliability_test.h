@@ -3,7 +3,7 @@
 // The reliability test: proves on copies that encryption followed by decryption gives every file
 // back unchanged, first with the current key and then with random ones.
 
-#include "libs/random.h"
+#include "libs/system/random.h"
 #include "operation/listing_summary.h"
 #include "operation/operation_context.h"
 #include "operation/report_screen.h"

@@ -3,7 +3,7 @@
 // The moment at which a file is replaced: the original goes, and the result takes its name. An
 // operation does this, and the next start of the program finishes it.
 
-#include "libs/file_kit.h"
+#include "libs/filekit/file_kit.h"
 #include "operation/operation_journal.h"
 
 namespace zr5 {

@@ -3,7 +3,7 @@
 // The rules of the report screen: its text, the states of a run, its buttons, and the flags
 // through which the user pauses and stops between files.
 
-#include "libs/clock.h"
+#include "libs/system/clock.h"
 #include "operation/operation_progress.h"
 #include "operation/purge_warning.h"
 #include "operation/report_text.h"

@@ -1,6 +1,6 @@
 #include "operation/work_list.h"
 
-#include "libs/zr5_engine.h"
+#include "libs/cipher/zr5_engine.h"
 #include "operation/randomness_tally.h"
 
 namespace zr5 {

@@ -3,7 +3,7 @@
 // The desk at which an operation is composed: owns the one OperationSetup of the run and has
 // one call for each thing that the user can do to it in the main window.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 #include "setup/labels.h"
 #include "setup/main_window_view.h"
 #include "setup/prompts.h"

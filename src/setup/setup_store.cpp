@@ -1,6 +1,6 @@
 #include "setup/setup_store.h"
 
-#include "libs/safe_file.h"
+#include "libs/cipher/safe_file.h"
 #include "setup/setup_text.h"
 #include "util/chosen_file.h"
 #include "util/display.h"

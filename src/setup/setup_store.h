@@ -3,8 +3,8 @@
 // Saves the setup of the desk and loads it again: the setup for the next run, and operation files
 // that the user names.
 
-#include "libs/file_system.h"
-#include "libs/random.h"
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
 #include "setup/setup_desk.h"
 #include "setup/setup_files.h"
 #include "util/user_port.h"

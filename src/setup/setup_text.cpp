@@ -1,6 +1,6 @@
 #include "setup/setup_text.h"
 
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 #include "setup/delimited_fields.h"
 #include "setup/field_rules.h"
 #include "setup/identity.h"

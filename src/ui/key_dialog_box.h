@@ -3,7 +3,7 @@
 // The text box into which a key is typed. It shows what the dialog's rules hold, keeps nothing
 // that could be undone, and overwrites its text when it goes.
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <functional>
 #include <QLineEdit>

@@ -2,7 +2,7 @@
 
 // What stands behind the main window's operation buttons: checks, confirmation, report screen.
 
-#include "libs/random.h"
+#include "libs/system/random.h"
 #include "operation/operation_context.h"
 #include "operation/report_screen.h"
 #include "setup/setup_desk.h"

@@ -1,6 +1,6 @@
 #include "ui/secret_text.h"
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <QFont>
 

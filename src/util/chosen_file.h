@@ -2,7 +2,7 @@
 
 // What a path that came out of a file picker leads to, and the words for why it will not do.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <optional>
 #include <string>

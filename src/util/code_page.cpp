@@ -1,6 +1,6 @@
 #include "util/code_page.h"
 
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 #include "util/text.h"
 
 #include <algorithm>

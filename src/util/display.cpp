@@ -1,6 +1,6 @@
 #include "util/display.h"
 
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 
 #include <cstdint>
 

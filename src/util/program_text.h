@@ -2,7 +2,7 @@
 
 // The program's numbered texts: loaded once at start-up, fetched by number.
 
-#include "libs/file_kit.h"
+#include "libs/filekit/file_kit.h"
 #include "util/user_port.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "util/text.h"
 
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 #include "util/code_page.h"
 
 #include <algorithm>

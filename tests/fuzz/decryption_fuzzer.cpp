@@ -8,10 +8,10 @@
 //   PLACE             two bytes: a number of blocks, and so many bytes (signed) from there
 
 #include "fuzz/memory_file_system.h"
-#include "libs/clock.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_format.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/cipher/zr5_format.h"
+#include "libs/system/clock.h"
+#include "libs/system/random.h"
 
 #include <array>
 #include <cstdint>

@@ -2,7 +2,7 @@
 // prefixes of the one against all of the other, and is done in time.
 
 #include "files/file_pattern.h"
-#include "libs/unicode.h"
+#include "libs/system/unicode.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 // Files in memory, as far as the engine asks for them, so that a fuzzer does not wait for a disk.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // Any bytes as a file of program texts: a result says what was read, a refusal where and leaves
 // the texts, and what was read and is written out again reads as the same.
 
-#include "libs/program_text_file.h"
-#include "libs/unicode.h"
+#include "libs/filekit/program_text_file.h"
+#include "libs/system/unicode.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -2,8 +2,8 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
-#include "libs/kit_fixture.h"
-#include "libs/zr5_engine.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/filekit/kit_fixture.h"
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"

@@ -1,4 +1,4 @@
-#include "libs/engine_fixture.h"
+#include "libs/cipher/engine_fixture.h"
 #include "support/known_answers.h"
 
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "keys/random_key.h"
 
 #include "keys/classification.h"
-#include "libs/key_text.h"
-#include "libs/randomness.h"
+#include "libs/cipher/key_text.h"
+#include "libs/filekit/randomness.h"
 #include "support/stopped_clock.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "operation/byte_pair_picture.h"
 
-#include "libs/kit_fixture.h"
+#include "libs/filekit/kit_fixture.h"
 #include "operation/picture_file.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"

@@ -2,8 +2,8 @@
 
 // The in-place road with the real engine and file kit, on a disk that can be made to fail.
 
-#include "libs/engine_fixture.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/cipher/engine_fixture.h"
+#include "libs/filekit/zr5_file_kit.h"
 #include "operation/in_place.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"

@@ -3,9 +3,9 @@
 // An operation on real files in a fresh folder, with an engine and a file kit that answer what
 // the test sets, unless it takes the real ones.
 
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/filekit/zr5_file_kit.h"
+#include "libs/system/random.h"
 #include "operation/operation_run.h"
 #include "support/fakes.h"
 #include "support/faulty_file_system.h"

@@ -1,6 +1,6 @@
 #include "operation/randomness_report.h"
 
-#include "libs/engine_fixture.h"
+#include "libs/cipher/engine_fixture.h"
 #include "operation/operation_fixture.h"
 #include "operation/randomness_of_pattern.h"
 

@@ -2,8 +2,8 @@
 
 #include "operation/reliability_test.h"
 
-#include "libs/engine_fixture.h"
-#include "libs/zr5_file_kit.h"
+#include "libs/cipher/engine_fixture.h"
+#include "libs/filekit/zr5_file_kit.h"
 #include "operation/confirmation.h"
 #include "operation/reliability_rules.h"
 #include "support/fakes.h"

@@ -2,8 +2,8 @@
 
 // An engine and a file kit that answer what a test sets and remember what they were asked.
 
-#include "libs/cipher_engine.h"
-#include "libs/file_kit.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
 
 #include <algorithm>
 #include <functional>

@@ -3,7 +3,7 @@
 // A file system that fails where a test says, or stops there: the call of a kind, or the call
 // of any kind, with a number counted from 1.
 
-#include "libs/file_system.h"
+#include "libs/system/file_system.h"
 
 #include <functional>
 #include <map>

@@ -3,11 +3,11 @@
 #include "keys/classification.h"
 #include "keys/normalise.h"
 #include "keys/typed_key.h"
-#include "libs/clock.h"
-#include "libs/md5.h"
-#include "libs/random.h"
-#include "libs/zr5_engine.h"
-#include "libs/zr5_format.h"
+#include "libs/cipher/md5.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/cipher/zr5_format.h"
+#include "libs/system/clock.h"
+#include "libs/system/random.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>

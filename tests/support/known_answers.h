@@ -2,7 +2,7 @@
 
 // How the files of tests/data were made, so that they can be made again to the byte.
 
-#include "libs/secret.h"
+#include "libs/system/secret.h"
 
 #include <map>
 #include <string>

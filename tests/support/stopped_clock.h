@@ -2,7 +2,7 @@
 
 // A clock that says what the test sets.
 
-#include "libs/clock.h"
+#include "libs/system/clock.h"
 
 namespace zr5::test {
 

@@ -1,6 +1,6 @@
 #include "util/program_text.h"
 
-#include "libs/program_text_file.h"
+#include "libs/filekit/program_text_file.h"
 #include "support/fakes.h"
 #include "support/scripted_user.h"
 #include "util/language_lists.h"

@@ -1,0 +1,118 @@
+#include "libs/cipher/key_text.h"
+#include "libs/cipher/master_keys.h"
+#include "libs/cipher/md5.h"
+#include "libs/cipher/zr5_crypto.h"
+#include "libs/system/secret.h"
+#include "support/known_answers.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace zr5::test {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+TEST(Md5, GivesTheAnswersOfRfc1321) {
+    for (const auto& [text, digest] :
+         {std::pair{""sv, "d41d8cd98f00b204e9800998ecf8427e"},
+          {"abc"sv, "900150983cd24fb0d6963f7d28e17f72"},
+          {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"sv,
+           "d174ab98d277d9f5a5611c2c9f419d9f"},
+          {"1234567890123456789012345678901234567890"
+           "1234567890123456789012345678901234567890"sv,
+           "57edf4a22be3c955ac49da2e2107b67a"}}) {
+        EXPECT_EQ(Md5Text(text), digest);
+        const std::string longer = std::string(text) + "more";
+        EXPECT_EQ(MD5Digest(longer, static_cast<std::int32_t>(text.size())), MD5Digest(text));
+    }
+}
+
+TEST(Crypto, ComputesItsKnownAnswersAndCountsBlocksInSixtyFourBits) {
+    EXPECT_TRUE(CryptoComputesKnownAnswers());
+    const SecretBytes key(KeyBytes);
+    BlockCipher cipher(key);
+    const auto plain = std::as_bytes(std::span("text"sv));
+    std::vector<std::byte> sealed(plain.size() + TagBytes);
+    std::vector<std::byte> opened(plain.size());
+    const std::uint64_t number = 0x0102030405060708U;
+    ASSERT_TRUE(cipher.Seal(number, false, plain, sealed));
+    EXPECT_TRUE(cipher.Open(number, false, sealed, opened));
+    EXPECT_FALSE(cipher.Open(number & 0xFFFFFFFFU, false, sealed, opened));
+}
+
+TEST(Secrets, HaveOneOwnerAndLeaveNothing) {
+    SecretBytes a = SecretBytes::CopyOf("secret");
+    SecretBytes copy = a.Clone();
+    copy.bytes()[0] = std::byte{'S'};
+    EXPECT_EQ(a.text(), "secret");
+    const std::byte* place = a.bytes().data();
+    SecretBytes b = std::move(a);
+    EXPECT_EQ(b.bytes().data(), place) << "moved, not copied";
+    // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move): that is what is shown
+    EXPECT_TRUE(a.empty());
+    // NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
+    copy = std::move(b);
+    EXPECT_EQ(copy.text(), "secret");
+    copy.Clear();
+    EXPECT_TRUE(copy.empty());
+    EXPECT_EQ(SecretBytes(3).text(), "\0\0\0"sv);
+    std::string text = "secret";
+    Wipe(std::as_writable_bytes(std::span(text)));
+    EXPECT_EQ(text, std::string(6, '\0'));
+    EXPECT_TRUE(EqualInConstantTime({}, {}));
+    EXPECT_FALSE(
+        EqualInConstantTime(std::as_bytes(std::span("ab"sv)), std::as_bytes(std::span("abc"sv))));
+}
+
+TEST(Secrets, CannotBeTouchedAfterTheyAreGone) {
+    EXPECT_DEATH(
+        {
+            const std::byte* place = nullptr;
+            {
+                const SecretBytes secret = SecretBytes::CopyOf("secret");
+                place = secret.bytes().data();
+            }
+            volatile auto byte = *place;
+            static_cast<void>(byte);
+        },
+        "");
+}
+
+TEST(Masters, AreDerivedOnceForAKeyAndSalt) {
+    MasterKeys masters;
+    const RunSalt salt{std::byte{1}};
+    const RunSalt other{std::byte{2}};
+    EXPECT_FALSE(masters.HasKey());
+    masters.SetKey("key");
+    const std::byte* first = masters.For(salt)->bytes().data();
+    const std::byte* second = masters.For(other)->bytes().data();
+    const SecretBytes before = masters.For(salt)->Clone();
+    EXPECT_NE(before.text(), masters.For(other)->text());
+    const unsigned generation = masters.Generation();
+    masters.SetKey("key"); // as before every file
+    EXPECT_EQ(masters.Generation(), generation);
+    EXPECT_EQ(masters.For(salt)->bytes().data(), first);
+    EXPECT_EQ(masters.For(other)->bytes().data(), second);
+    masters.SetKey("kez");
+    EXPECT_NE(masters.Generation(), generation);
+    EXPECT_NE(masters.For(salt)->text(), before.text());
+    masters.SetKey("key");
+    EXPECT_EQ(masters.For(salt)->text(), before.text());
+    masters.SetKey({});
+    EXPECT_FALSE(masters.HasKey());
+}
+
+TEST(KeyText, IsWhatAPersonCouldHaveWritten) {
+    for (const auto key :
+         {"plain text"sv, "\t\n\f\r"sv, "\x80\x8A\x9F\xA0\xFF"sv, "padded\0\0\0"sv, "\0\0"sv, ""sv})
+        EXPECT_TRUE(KeyBytesAreText(key)) << testing::PrintToString(key);
+    for (const auto key : {"in\0side"sv, "\0in front"sv, "a\v"sv, "a\b"sv, "a\x1F"sv, "a\x7F"sv,
+                           "a\x81"sv, "a\x8D"sv, "a\x8F"sv, "a\x90"sv, "a\x9D"sv})
+        EXPECT_FALSE(KeyBytesAreText(key)) << testing::PrintToString(key);
+}
+
+} // namespace
+} // namespace zr5::test

@@ -1,0 +1,95 @@
+#pragma once
+
+// One engine for all tests of a suite, because deriving a key is slow by intent, on a disk that
+// can be made to fail, in a fresh folder for every test.
+
+#include "libs/cipher/cipher_engine.h"
+#include "libs/cipher/zr5_engine.h"
+#include "libs/cipher/zr5_format.h"
+#include "libs/system/clock.h"
+#include "libs/system/random.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace zr5::test {
+
+/// A clock that moves on by `step` whenever it is read.
+class SteppingClock : public Clock {
+  public:
+    std::chrono::milliseconds step{0};
+    mutable std::chrono::milliseconds now{0};
+    [[nodiscard]] std::chrono::milliseconds Now() const override { return now += step; }
+    [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override { return now; }
+};
+
+class EngineTest : public testing::Test {
+  protected:
+    static constexpr std::string_view Key = "CORRECTHORSEBATTERYSTAPLE";
+
+    static void SetUpTestSuite() {
+        shared_ = std::make_unique<Shared>();
+        ASSERT_NE(Engine().allocate_buffers(), 0);
+    }
+    static void TearDownTestSuite() { shared_.reset(); }
+    void SetUp() override {
+        Disk().Reset();
+        Engine().SetProgress({});
+    }
+
+    static CipherEngine& Engine() { return *shared_->engine; }
+    static FaultyFileSystem& Disk() { return shared_->disk; }
+    static FileSystem& System() { return *shared_->system; }
+    static SteppingClock& TestClock() { return shared_->clock; }
+
+    /// Full paths.
+    static std::int32_t EncryptPath(const std::string& from, const std::string& to,
+                                    std::string_view key = Key) {
+        Engine().operation_initialization(key, EngineEncrypt, 0, 0);
+        return Engine().encrypt_file(from, to);
+    }
+    static std::int32_t DecryptPath(const std::string& from, const std::string& to,
+                                    std::string_view key = Key) {
+        Engine().operation_initialization(key, EngineDecrypt, 0, 0);
+        return Engine().decrypt_file(from, to);
+    }
+    /// Names in the test's folder.
+    [[nodiscard]] std::int32_t Encrypt(std::string_view from, std::string_view to) const {
+        return EncryptPath(folder / from, folder / to);
+    }
+    [[nodiscard]] std::int32_t Decrypt(std::string_view from, std::string_view to) const {
+        return DecryptPath(folder / from, folder / to);
+    }
+    /// The bytes of the file that `plain` becomes; nothing is left in the folder.
+    [[nodiscard]] std::string Sealed(std::string_view plain) const {
+        folder.Write("to-seal", plain);
+        EXPECT_EQ(Encrypt("to-seal", "sealed"), engine_code::Success);
+        std::string bytes = folder.Read("sealed");
+        folder.Remove("to-seal");
+        folder.Remove("sealed");
+        return bytes;
+    }
+
+    TemporaryFolder folder;
+
+  private:
+    struct Shared {
+        std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
+        FaultyFileSystem disk{*system};
+        SteppingClock clock;
+        SystemRandom random;
+        std::unique_ptr<CipherEngine> engine = MakeCipherEngine(disk, clock, random);
+    };
+    inline static std::unique_ptr<Shared> shared_;
+};
+
+/// Where block `number` begins in an encrypted file.
+constexpr std::size_t BlockAt(std::size_t number) {
+    return HeaderBytes + number * SealedBlockBytes;
+}
+
+} // namespace zr5::test

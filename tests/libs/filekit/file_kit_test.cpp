@@ -1,0 +1,187 @@
+#include "libs/filekit/kit_fixture.h"
+#include "libs/filekit/purge.h"
+#include "support/child_process.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Comparing, purging and naming files.
+
+namespace zr5::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::set<std::string>;
+
+constexpr std::size_t MiB = std::size_t{1} << 20U;
+
+class Kit : public KitTest {
+  protected:
+    std::int32_t Purge(std::string_view name, std::int32_t overwrite = PurgeOverwrite,
+                       bool remove = true) {
+        return kit->purge_file(folder / name, overwrite, remove, false);
+    }
+    std::string NewName(std::string_view name) {
+        std::string path = folder / name;
+        EXPECT_EQ(kit->new_filepath_extension(path), 0);
+        return path.substr(folder.Path().size());
+    }
+};
+
+TEST_F(Kit, FindsTheFirstDifferenceCountedFromOne) {
+    const std::string big = PatternBytes(2 * MiB + 10);
+    const auto changed = [&](std::size_t at) {
+        std::string bytes = big;
+        bytes[at] ^= 1;
+        return bytes;
+    };
+    const struct {
+        std::string first, second;
+        std::int64_t expected;
+    } cases[] = {{"abc", "abx", 3},
+                 {"abc", "abcd", 4},
+                 {"abc", "xbcd", 1},
+                 {big, big, compare_code::Identical},
+                 {big, changed(0), 1},
+                 {big, changed(MiB), MiB + 1},
+                 {big, changed(big.size() - 1), 2 * MiB + 10},
+                 {big, big.substr(0, MiB), MiB + 1},
+                 {big, big + "x", 2 * MiB + 11}};
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.expected);
+        const std::string a = folder.Write("a", entry.first);
+        const std::string b = folder.Write("b", entry.second);
+        EXPECT_EQ(kit->compare_files(a, b), entry.expected);
+        EXPECT_EQ(kit->compare_files(b, a), entry.expected);
+    }
+}
+
+TEST_F(Kit, SaysWhichFileCannotBeCompared) {
+    const std::string file = folder.Write("file", "content");
+    const std::string empty = folder.Write("empty", "");
+    const std::string none = folder / "none";
+    for (const auto& [first, second, code] : {std::tuple{none, file, compare_code::FirstNotOpened},
+                                              {file, none, compare_code::SecondNotOpened},
+                                              {empty, file, compare_code::FirstEmpty},
+                                              {file, empty, compare_code::SecondEmpty},
+                                              {empty, empty, compare_code::FirstEmpty}})
+        EXPECT_EQ(kit->compare_files(first, second), code);
+    disk.Fail(FsCall::Read, 1);
+    EXPECT_EQ(kit->compare_files(file, file), compare_code::FirstNotRead);
+    disk.Fail(FsCall::Read, 2);
+    EXPECT_EQ(kit->compare_files(file, file), compare_code::SecondNotRead);
+}
+
+TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
+    for (const std::size_t length : {std::size_t{0}, std::size_t{1}, MiB, 2 * MiB + 1}) {
+        SCOPED_TRACE(length);
+        folder.Write("file", std::string(length, 'A'));
+        disk.Reset();
+        std::string last;
+        disk.Before(FsCall::Remove, 1, [&] { last = folder.Read("file"); });
+        EXPECT_EQ(Purge("file"), purge_code::Done);
+        EXPECT_EQ(folder.Names(), Names{});
+        EXPECT_EQ(disk.WrittenBytes(), length);
+        EXPECT_EQ(last.size(), length);
+        EXPECT_EQ(last.find("AAAAAAAA"), std::string::npos);
+        // On the disk before it is deleted.
+        const auto& calls = disk.Calls();
+        ASSERT_GE(calls.size(), 2U);
+        EXPECT_EQ(calls[calls.size() - 3], FsCall::Flush);
+        EXPECT_EQ(calls.back(), FsCall::Remove);
+    }
+}
+
+TEST_F(Kit, PurgesNoMoreThanTheOptionsSay) {
+    folder.Write("file", "content");
+    EXPECT_EQ(Purge("file", PurgeOverwrite, false), purge_code::Done);
+    EXPECT_EQ(folder.Read("file").size(), 7U);
+    disk.Reset();
+    EXPECT_EQ(Purge("file", PurgeDeleteOnly), purge_code::Done);
+    EXPECT_EQ(disk.WrittenBytes(), 0U);
+    EXPECT_EQ(folder.Names(), Names{});
+}
+
+TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
+    folder.Write("file", "content");
+    fs::create_hard_link(folder / "file", folder / "hard");
+    folder.MakeSpecials("file");
+    const Names before = folder.Names();
+    for (const char* name : {"file", "hard", "link", "folder", "pipe", "none"})
+        EXPECT_LT(Purge(name), PurgeFailureLimit) << name;
+    EXPECT_LT(Purge("folder", PurgeDeleteOnly), PurgeFailureLimit);
+    EXPECT_EQ(folder.Names(), before);
+    EXPECT_EQ(folder.Read("file"), "content");
+}
+
+TEST_F(Kit, PurgesAWriteProtectedFileOnlyOfItsOwner) {
+    const std::string content = PatternBytes(5000);
+    const std::string path = folder.Write("file", content);
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] {
+        return Purge("file", PurgeOverwrite, false) == purge_code::Done &&
+               fs::status(path).permissions() == fs::perms{0444} && folder.Read("file") != content;
+    }));
+    EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] { return Purge("file") == 0; }));
+    EXPECT_FALSE(folder.Has("file"));
+    if (geteuid() == 0) {
+        const std::string roots = folder.Write("roots", content);
+        EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Purge("roots") == purge_code::NotOpened; }));
+        EXPECT_EQ(folder.Read("roots"), content);
+    }
+}
+
+TEST_F(Kit, SaysWhenAPurgeFailedAndKeepsTheName) {
+    for (const FsCall kind :
+         {FsCall::Open, FsCall::FileInfo, FsCall::Write, FsCall::Flush, FsCall::Remove}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        folder.Write("file", std::string(1000, 'A'));
+        disk.Reset();
+        disk.Fail(kind, 1);
+        EXPECT_LT(Purge("file"), PurgeFailureLimit);
+        EXPECT_TRUE(disk.AllMet());
+        EXPECT_EQ(folder.Read("file").size(), 1000U);
+    }
+}
+
+TEST_F(Kit, FindsAFreeNameBesideAFileUntilEveryNameIsTaken) {
+    EXPECT_EQ(NewName("a.zr5"), "a.zr5.zr5");
+    EXPECT_EQ(NewName("a"), "a.zr5");
+    folder.Write("a.zr5", "");
+    EXPECT_EQ(NewName("a"), "a.zr5-2");
+    fs::create_symlink(folder / "nowhere", folder / "a.zr5-2"); // taken, too
+    for (int i = 3; i <= 999; ++i)
+        fs::create_directory(folder / "a.zr5-" + std::to_string(i));
+    std::string path = folder / "a";
+    EXPECT_NE(kit->new_filepath_extension(path), 0);
+    EXPECT_EQ(path, folder / "a");
+    folder.Remove("a.zr5-999");
+    EXPECT_EQ(NewName("a"), "a.zr5-999");
+}
+
+TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
+    for (const std::size_t length : {251U, 252U, 255U})
+        EXPECT_EQ(NewName(std::string(length, 'x')), std::string(251, 'x') + ".zr5");
+    // 250 letters, then a character of three bytes that does not fit any more.
+    EXPECT_EQ(NewName(std::string(250, 'x') + "\xE2\x82\xAC"), std::string(250, 'x') + ".zr5");
+    EXPECT_EQ(NewName(std::string(248, 'x') + "\xE2\x82\xAC" + "yyyy"),
+              std::string(248, 'x') + "\xE2\x82\xAC.zr5");
+    // Bytes that are no characters give way one by one.
+    EXPECT_EQ(NewName(std::string(255, '\x80')), std::string(251, '\x80') + ".zr5");
+    folder.Write(std::string(251, 'x') + ".zr5", "");
+    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(249, 'x') + ".zr5-2");
+}
+
+TEST_F(Kit, KnowsWhereANewFileCanBeMade) {
+    folder.Write("file", "");
+    folder.MakeSpecials("file");
+    const Names before = folder.Names();
+    EXPECT_EQ(kit->new_file_creatable(folder / "new"), 1);
+    for (const char* name : {"file", "dangling", "folder", "none/new", "file/new"})
+        EXPECT_EQ(kit->new_file_creatable(folder / name), 0) << name;
+    EXPECT_EQ(folder.Names(), before);
+}
+
+} // namespace
+} // namespace zr5::test
