@@ -1,8 +1,8 @@
 #include "ui/confirm_window.h"
 
 #include "ui/appearance.h"
+#include "ui/labels.h"
 #include "ui/text_edges.h"
-#include "ui/wrapping_label.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

@@ -1,10 +1,9 @@
 #include "ui/graphic_window.h"
 
 #include "ui/appearance.h"
-#include "ui/elided_label.h"
+#include "ui/labels.h"
 #include "ui/pair_picture.h"
 #include "ui/text_edges.h"
-#include "ui/wrapping_label.h"
 #include "util/display.h"
 #include "util/paths.h"
 

@@ -1,6 +1,6 @@
 #include "ui/message_boxes.h"
 
-#include "ui/wrapping_label.h"
+#include "ui/labels.h"
 
 #include <algorithm>
 #include <QApplication>

@@ -2,9 +2,9 @@
 
 #include "ui/appearance.h"
 #include "ui/bold_options.h"
+#include "ui/labels.h"
 #include "ui/release_button.h"
 #include "ui/text_edges.h"
-#include "ui/wrapping_label.h"
 
 #include <QProgressBar>
 #include <QVBoxLayout>

@@ -2,7 +2,7 @@
 
 #include "ui/appearance.h"
 #include "ui/bold_options.h"
-#include "ui/elided_label.h"
+#include "ui/labels.h"
 #include "ui/text_edges.h"
 
 #include <QEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-// A text that wraps between words and, where a name is too long for that, inside it.
+// Labels for names and for texts that hold names, of any length.
 
 #include <QLabel>
 
@@ -8,6 +8,21 @@ class QTextLayout;
 
 namespace zr5 {
 
+/// A label for a name: where it does not fit, its middle gives way to "…", and the tooltip has the
+/// whole.
+class ElidedLabel : public QLabel {
+  public:
+    explicit ElidedLabel(QWidget* parent = nullptr);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+  private:
+    [[nodiscard]] QString FittingText() const;
+};
+
+/// A text that wraps between words and, where a name is too long for that, inside it.
 class WrappingLabel : public QLabel {
   public:
     explicit WrappingLabel(const QString& text, QWidget* parent = nullptr);

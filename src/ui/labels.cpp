@@ -1,11 +1,15 @@
-#include "ui/wrapping_label.h"
+#include "ui/labels.h"
 
+#include <algorithm>
 #include <cmath>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTextLayout>
+#include <QToolTip>
 
 namespace zr5 {
 namespace {
@@ -19,6 +23,30 @@ QTextOption Wrapping() {
 }
 
 } // namespace
+
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+QString ElidedLabel::FittingText() const {
+    return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    style()->drawItemText(&painter, contentsRect(),
+                          static_cast<int>(Qt::AlignVCenter | Qt::AlignLeading), palette(),
+                          isEnabled(), FittingText(), foregroundRole());
+}
+
+bool ElidedLabel::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && FittingText() != text()) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+        return true;
+    }
+    return QLabel::event(event);
+}
 
 WrappingLabel::WrappingLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
     setTextFormat(Qt::PlainText);
