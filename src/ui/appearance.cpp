@@ -45,6 +45,13 @@ QPixmap IconPixmap(int size) {
     return pixmap;
 }
 
+void UseTypeface(QWidget& widget, const QString& family, QFont::StyleHint hint) {
+    QFont font = widget.font();
+    font.setFamilies({family});
+    font.setStyleHint(hint);
+    widget.setFont(font);
+}
+
 } // namespace
 
 QIcon ProgramIcon() {
@@ -83,10 +90,15 @@ void Soften(QLabel& label, const QPalette& windowPalette) {
 }
 
 void UseArial(QWidget& dialog) {
-    QFont font = dialog.font();
-    font.setFamilies({QStringLiteral("Arial")});
-    font.setStyleHint(QFont::SansSerif);
-    dialog.setFont(font);
+    UseTypeface(dialog, QStringLiteral("Arial"), QFont::SansSerif);
+}
+
+void UseCourier(QWidget& widget) {
+    UseTypeface(widget, QStringLiteral("Courier New"), QFont::Monospace);
+}
+
+void UseTerminal(QWidget& widget) {
+    UseTypeface(widget, QStringLiteral("Terminal"), QFont::Monospace);
 }
 
 void MakePrimary(QPushButton& button) {

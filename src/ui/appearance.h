@@ -27,8 +27,11 @@ inline constexpr int PrimaryButtonHeight = 44;
 /// To be called again when the palette changes.
 void Soften(QLabel& label, const QPalette& windowPalette);
 
-/// Writes a dialog, what is in it included, in Arial or the nearest the machine has.
+/// Each writes a widget, what is in it included, in its typeface or the nearest that the machine
+/// has: of one width for keys ("Courier New") and for progress ("Terminal").
 void UseArial(QWidget& dialog);
+void UseCourier(QWidget& widget);
+void UseTerminal(QWidget& widget);
 
 /// The look of the button that does what the window is for.
 void MakePrimary(QPushButton& button);

@@ -2,7 +2,6 @@
 
 #include "ui/appearance.h"
 #include "ui/bold_options.h"
-#include "ui/secret_text.h"
 #include "ui/text_edges.h"
 
 #include <QFrame>

@@ -1,7 +1,8 @@
 #include "ui/key_dialog_box.h"
 
 #include "keys/normalise.h"
-#include "ui/secret_text.h"
+#include "ui/appearance.h"
+#include "ui/text_edges.h"
 #include "util/code_page.h"
 
 #include <algorithm>

@@ -23,13 +23,6 @@ QLabel* Line(const char* name, const char* text, QWidget* parent) {
     return label;
 }
 
-void UseTerminal(QLabel& label) {
-    QFont font = label.font();
-    font.setFamilies({QStringLiteral("Terminal")});
-    font.setStyleHint(QFont::Monospace);
-    label.setFont(font);
-}
-
 } // namespace
 
 RandomKeyWindow::RandomKeyWindow(RandomKeyCollector& rules, QWidget* parent)
