@@ -101,12 +101,4 @@ void UseTerminal(QWidget& widget) {
     UseTypeface(widget, QStringLiteral("Terminal"), QFont::Monospace);
 }
 
-void MakePrimary(QPushButton& button) {
-    button.setDefault(true);
-    button.setMinimumHeight(PrimaryButtonHeight);
-    QFont font = button.font();
-    font.setBold(true);
-    button.setFont(font);
-}
-
 } // namespace zr5

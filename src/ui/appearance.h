@@ -1,22 +1,14 @@
 #pragma once
 
-// The looks that windows share: distances, the program's icon, softer text for captions.
+// The looks that windows share: the program's icon, the key, colours and typefaces.
 
 #include <QIcon>
 #include <QLabel>
 #include <QPalette>
 #include <QPixmap>
-#include <QPushButton>
+#include <QWidget>
 
 namespace zr5 {
-
-/// Distances in device-independent pixels.
-inline constexpr int WindowMargin = 16;
-inline constexpr int FrameMargin = 12;
-inline constexpr int GroupSpacing = 12;
-inline constexpr int RowSpacing = 8;
-inline constexpr int ButtonHeight = 32;
-inline constexpr int PrimaryButtonHeight = 44;
 
 [[nodiscard]] QIcon ProgramIcon();
 
@@ -32,8 +24,5 @@ void Soften(QLabel& label, const QPalette& windowPalette);
 void UseArial(QWidget& dialog);
 void UseCourier(QWidget& widget);
 void UseTerminal(QWidget& widget);
-
-/// The look of the button that does what the window is for.
-void MakePrimary(QPushButton& button);
 
 } // namespace zr5

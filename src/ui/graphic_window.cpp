@@ -1,9 +1,9 @@
 #include "ui/graphic_window.h"
 
-#include "ui/appearance.h"
 #include "ui/labels.h"
 #include "ui/pair_picture.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 #include "util/display.h"
 #include "util/paths.h"
 
@@ -31,28 +31,18 @@ GraphicWindow::GraphicWindow(BytePairPicture& rules, SaveFunction save, QWidget*
     : QDialog(parent),
       rules_(rules),
       save_(std::move(save)),
-      picture_(new PairPicture(this)),
-      random_(new PairPicture(this)),
+      picture_(Named(new PairPicture(this), "Picture1")),
+      random_(Named(new PairPicture(this), "picRandom")),
       track_(new QFrame(this)),
-      progress_(new QLabel(track_)),
-      display_(new QPushButton(this)),
-      saving_(new QAction(tr("Save picture as PNG …"), this)) {
+      progress_(Named(new QLabel(track_), "lblProgressBar")),
+      display_(MakeButton("cmdDisplay", {}, this)),
+      saving_(Named(new QAction(tr("Save picture as PNG …"), this), "mnuSave")) {
     setObjectName(QStringLiteral("frmGraphic"));
     setWindowTitle(QStringLiteral("Randomness report"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setSizeGripEnabled(true);
-    picture_->setObjectName(QStringLiteral("Picture1"));
-    random_->setObjectName(QStringLiteral("picRandom"));
-    progress_->setObjectName(QStringLiteral("lblProgressBar"));
-    progress_->setAutoFillBackground(true);
-    progress_->setBackgroundRole(QPalette::Highlight);
-    track_->setFixedHeight(TrackHeight);
-    track_->setAutoFillBackground(true);
-    track_->setBackgroundRole(QPalette::Midlight);
-    display_->setObjectName(QStringLiteral("cmdDisplay"));
-    display_->setMinimumHeight(ButtonHeight);
-    display_->setMinimumWidth(display_->fontMetrics().horizontalAdvance(QStringLiteral("Display")) +
-                              4 * FrameMargin);
+    const int captionWidth = display_->fontMetrics().horizontalAdvance(QStringLiteral("Display"));
+    display_->setMinimumWidth(captionWidth + 4 * FrameMargin);
     display_->setDefault(true);
     connect(display_, &QPushButton::clicked, this, [this] { rules_.Press(); });
     OfferSaving();
@@ -69,7 +59,6 @@ GraphicWindow::~GraphicWindow() {
 /// Right click, the menu key and a shortcut lead to it.
 void GraphicWindow::OfferSaving() {
     saving_->setShortcut(QKeySequence::Save);
-    saving_->setObjectName(QStringLiteral("mnuSave"));
     connect(saving_, &QAction::triggered, this, [this] { Save(); });
     picture_->setContextMenuPolicy(Qt::ActionsContextMenu);
     picture_->setFocusPolicy(Qt::StrongFocus);
@@ -79,8 +68,14 @@ void GraphicWindow::OfferSaving() {
 }
 
 void GraphicWindow::LayOut() {
-    auto* name = new ElidedLabel(this);
-    name->setObjectName(QStringLiteral("lblFile"));
+    auto* column = MakeColumn(*this);
+    column->addWidget(new WrappingLabel(ToQt(Explanation), this));
+    column->addLayout(Pictures(), 1);
+    column->addLayout(Foot());
+}
+
+QLayout* GraphicWindow::Pictures() {
+    auto* name = Named(new ElidedLabel(this), "lblFile");
     name->setText(ToQt(DisplayName(SplitPath(rules_.Path()).name)));
     auto* reference = new QLabel(tr("As many random bytes"), this);
     auto* grid = new QGridLayout;
@@ -89,24 +84,25 @@ void GraphicWindow::LayOut() {
     int column = 0;
     for (const auto& [caption, picture] :
          {std::pair<QLabel*, PairPicture*>{name, picture_}, {reference, random_}}) {
-        QFont bold = caption->font();
-        bold.setBold(true);
-        caption->setFont(bold);
+        SetBold(*caption, true);
         grid->addWidget(caption, 0, column);
         grid->addWidget(picture, 1, column);
         grid->setColumnStretch(column++, 1);
     }
     grid->setRowStretch(1, 1);
-    auto* foot = new QHBoxLayout;
-    foot->setSpacing(GroupSpacing);
-    foot->addWidget(track_, 1, Qt::AlignVCenter);
-    foot->addWidget(display_);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    layout->setSpacing(GroupSpacing);
-    layout->addWidget(new WrappingLabel(ToQt(Explanation), this));
-    layout->addLayout(grid, 1);
-    layout->addLayout(foot);
+    return grid;
+}
+
+QLayout* GraphicWindow::Foot() {
+    track_->setFixedHeight(TrackHeight);
+    track_->setAutoFillBackground(true);
+    track_->setBackgroundRole(QPalette::Midlight);
+    progress_->setAutoFillBackground(true);
+    progress_->setBackgroundRole(QPalette::Highlight);
+    auto* row = MakeRow(GroupSpacing);
+    row->addWidget(track_, 1, Qt::AlignVCenter);
+    row->addWidget(display_);
+    return row;
 }
 
 void GraphicWindow::Show() {

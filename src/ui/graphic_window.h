@@ -32,8 +32,10 @@ class GraphicWindow : public QDialog {
     void reject() override;
 
   private:
-    void LayOut();
     void OfferSaving();
+    void LayOut();
+    QLayout* Pictures();
+    QLayout* Foot();
     void Show();
     void ShowProgress();
     void Save();

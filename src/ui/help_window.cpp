@@ -1,11 +1,9 @@
 #include "ui/help_window.h"
 
-#include "ui/appearance.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 namespace zr5 {
 
@@ -38,21 +36,16 @@ HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
     setAttribute(Qt::WA_QuitOnClose, false);
     setSizeGripEnabled(true);
 
-    auto* text = new QPlainTextEdit(ToQt(HelpText()), this);
-    text->setObjectName("txbHelp");
+    auto* text = Named(new QPlainTextEdit(ToQt(HelpText()), this), "txbHelp");
     text->setReadOnly(true);
     text->document()->setDocumentMargin(FrameMargin);
-    auto* close = new QPushButton("Close", this);
-    close->setObjectName("cmdClose");
-    close->setMinimumHeight(ButtonHeight);
+    auto* close = MakeButton("cmdClose", "Close", this);
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::close);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    layout->setSpacing(GroupSpacing);
-    layout->addWidget(text, 1);
-    layout->addWidget(close, 0, Qt::AlignRight);
+    auto* column = MakeColumn(*this);
+    column->addWidget(text, 1);
+    column->addWidget(close, 0, Qt::AlignRight);
     close->setFocus();
     resize(600, 460);
     setMinimumSize(360, 260);

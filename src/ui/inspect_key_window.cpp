@@ -1,16 +1,11 @@
 #include "ui/inspect_key_window.h"
 
 #include "ui/appearance.h"
-#include "ui/bold_options.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
-#include <QFrame>
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -19,20 +14,11 @@ namespace {
 constexpr int RowCharacters = 64;
 constexpr int RowPointsLarger = 2;
 
-QLabel* Line(const char* name, const std::string& text, QWidget* parent) {
-    auto* label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setText(ToQt(text));
+/// Hidden while it has nothing to say.
+QLabel* MakeLine(const QString& name, const std::string& text, QWidget* parent) {
+    QLabel* label = MakeLabel(name, text, parent);
     label->setVisible(!text.empty());
     return label;
-}
-
-QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
-    auto* button = new QPushButton(QLatin1String(caption), parent);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(ButtonHeight);
-    return button;
 }
 
 } // namespace
@@ -43,22 +29,18 @@ InspectKeyWindow::InspectKeyWindow(KeyInspection& rules, UserPort& user, QWidget
       options_{AddOption("optDecimal", "Decimal", KeyView::Decimal),
                AddOption("optHexadecimal", "Hexadecimal", KeyView::Hexadecimal),
                AddOption("optASCII", "ASCII", KeyView::Ascii)},
-      layoutNote_(Line("lblLayoutNote", {}, this)) {
-    setObjectName(QStringLiteral("frmInspectKey"));
-    setWindowTitle(QStringLiteral("Inspect the key"));
-    UseArial(*this);
+      layoutNote_(MakeLine("lblLayoutNote", {}, this)) {
+    NameDialog(*this, "frmInspectKey", "Inspect the key");
     options_[2]->setVisible(rules_.OffersAscii());
     for (QRadioButton* option : options_)
         ReserveRoomForBold(*option);
     for (std::size_t row = 0; row < KeyInspection::Rows; ++row)
-        MakeRow(row);
+        MakeKeyRow(row);
     LayOut();
-    connect(findChild<QPushButton*>("cmdYes"), &QPushButton::clicked, this, [this, &user] {
+    connect(yes_, &QPushButton::clicked, this, [this, &user] {
         rules_.Accept(user);
         accept();
     });
-    connect(findChild<QPushButton*>("cmdNo"), &QPushButton::clicked, this,
-            [this] { done(Rejected); });
     ShowView();
 }
 
@@ -67,8 +49,7 @@ InspectKeyWindow::~InspectKeyWindow() {
 }
 
 QRadioButton* InspectKeyWindow::AddOption(const char* name, const char* caption, KeyView view) {
-    auto* option = new QRadioButton(QLatin1String(caption), this);
-    option->setObjectName(QLatin1String(name));
+    auto* option = Named(new QRadioButton(QLatin1String(caption), this), name);
     option->setChecked(rules_.View() == view);
     connect(option, &QRadioButton::clicked, this, [this, view] {
         rules_.Select(view);
@@ -78,15 +59,13 @@ QRadioButton* InspectKeyWindow::AddOption(const char* name, const char* caption,
 }
 
 /// The place of the row's first byte, and its bytes.
-void InspectKeyWindow::MakeRow(std::size_t row) {
-    const std::string index = "(" + std::to_string(row) + ")";
+void InspectKeyWindow::MakeKeyRow(std::size_t row) {
     const std::size_t first = row * KeyInspection::BytesInARow + 1;
     const std::size_t last = first + KeyInspection::BytesInARow - 1;
-    places_[row] = Line(("lblPlace" + index).c_str(),
-                        std::to_string(first) + " \u2013 " + std::to_string(last), this);
+    places_[row] = MakeLine(Indexed("lblPlace", row),
+                            std::to_string(first) + " \u2013 " + std::to_string(last), this);
     Soften(*places_[row], palette());
-    rows_[row] = Line(("lblKey" + index).c_str(), {}, this);
-    rows_[row]->show();
+    rows_[row] = MakeLabel(Indexed("lblKey", row), {}, this);
     UseCourier(*rows_[row]);
     QFont font = rows_[row]->font();
     font.setPointSize(font.pointSize() + RowPointsLarger);
@@ -99,46 +78,49 @@ int InspectKeyWindow::RowWidth() const {
 }
 
 void InspectKeyWindow::LayOut() {
-    auto* views = new QHBoxLayout;
-    views->setSpacing(WindowMargin);
+    auto* views = MakeRow(WindowMargin);
     for (QRadioButton* option : options_)
         views->addWidget(option);
     views->addStretch(1);
+    QFrame* table = Table();
+    QLayout* answers = Answers();
 
+    auto* classLine = MakeLine("lbl64Byte", rules_.ClassLine(), this);
+    SetBold(*classLine, true);
+    auto* column = MakeColumn(*this);
+    column->addWidget(classLine);
+    column->addWidget(MakeLine("lblKeyFile", rules_.FileLine(), this));
+    column->addLayout(views);
+    column->addWidget(table);
+    column->addWidget(layoutNote_);
+    column->addWidget(MakeLine("lblRandomnessIs", rules_.RandomnessLine(), this));
+    column->addWidget(MakeLine("lblChecksumIs", rules_.ChecksumLine(), this));
+    column->addStretch(1);
+    column->addLayout(answers);
+}
+
+QFrame* InspectKeyWindow::Table() {
     auto* table = new QFrame(this);
     table->setFrameShape(QFrame::StyledPanel);
-    auto* grid = new QGridLayout(table);
-    grid->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
+    auto* grid = MakeLayout<QGridLayout>(*table);
     grid->setHorizontalSpacing(WindowMargin);
-    grid->setVerticalSpacing(RowSpacing);
     for (std::size_t row = 0; row < KeyInspection::Rows; ++row) {
         grid->addWidget(places_[row], static_cast<int>(row), 0, Qt::AlignRight | Qt::AlignVCenter);
         grid->addWidget(rows_[row], static_cast<int>(row), 1);
     }
+    return table;
+}
 
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(RowSpacing);
-    buttons->addWidget(Line("lblUseThisKey", "Use this key?", this), 1);
-    auto* yes = Button("cmdYes", "Yes", this);
-    yes->setDefault(true);
-    auto* no = Button("cmdNo", "No", this);
-    buttons->addWidget(yes);
-    buttons->addWidget(no);
-
-    auto* classLine = Line("lbl64Byte", rules_.ClassLine(), this);
-    SetBold(*classLine, true);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    column->setSpacing(GroupSpacing);
-    column->addWidget(classLine);
-    column->addWidget(Line("lblKeyFile", rules_.FileLine(), this));
-    column->addLayout(views);
-    column->addWidget(table);
-    column->addWidget(layoutNote_);
-    column->addWidget(Line("lblRandomnessIs", rules_.RandomnessLine(), this));
-    column->addWidget(Line("lblChecksumIs", rules_.ChecksumLine(), this));
-    column->addStretch(1);
-    column->addLayout(buttons);
+QLayout* InspectKeyWindow::Answers() {
+    auto* row = MakeRow(RowSpacing);
+    row->addWidget(MakeLabel("lblUseThisKey", "Use this key?", this), 1);
+    yes_ = MakeButton("cmdYes", "Yes", this);
+    yes_->setDefault(true);
+    auto* no = MakeButton("cmdNo", "No", this);
+    connect(no, &QPushButton::clicked, this, [this] { done(Rejected); });
+    row->addWidget(yes_);
+    row->addWidget(no);
+    return row;
 }
 
 void InspectKeyWindow::ShowView() {
@@ -149,7 +131,7 @@ void InspectKeyWindow::ShowView() {
     layoutNote_->setText(note);
     layoutNote_->setVisible(!note.isEmpty());
     ShowSelectedOptionsBold(*this);
-    findChild<QPushButton*>("cmdYes")->setFocus();
+    yes_->setFocus();
 }
 
 void InspectKeyWindow::WipeRows() {

@@ -8,7 +8,9 @@
 #include <array>
 #include <QDialog>
 
+class QFrame;
 class QLabel;
+class QPushButton;
 class QRadioButton;
 
 namespace zr5 {
@@ -29,8 +31,10 @@ class InspectKeyWindow final : public QDialog {
 
   private:
     QRadioButton* AddOption(const char* name, const char* caption, KeyView view);
-    void MakeRow(std::size_t row);
+    void MakeKeyRow(std::size_t row);
     void LayOut();
+    QFrame* Table();
+    QLayout* Answers();
     void ShowView();
     void WipeRows();
     [[nodiscard]] int RowWidth() const;
@@ -40,6 +44,7 @@ class InspectKeyWindow final : public QDialog {
     std::array<QLabel*, KeyInspection::Rows> places_{};
     std::array<QLabel*, KeyInspection::Rows> rows_{};
     QLabel* layoutNote_;
+    QPushButton* yes_ = nullptr;
 };
 
 /// Opens the window over `parent`.

@@ -1,32 +1,23 @@
 #include "ui/key_dialog_parts.h"
 
+#include "ui/text_edges.h"
+#include "ui/widgets.h"
+
 #include <algorithm>
 #include <QFontMetrics>
 #include <QScreen>
 
 namespace zr5 {
-namespace {
-
-void KeepPlaceWhileHidden(QWidget& widget) {
-    QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget.setSizePolicy(policy);
-}
-
-} // namespace
-
 QLabel* MakeKeyLabel(const QString& name, const QString& text) {
-    auto* label = new QLabel(text);
-    label->setObjectName(name);
+    auto* label = MakeLabel(name, FromQt(text), nullptr);
     label->setWordWrap(true);
-    KeepPlaceWhileHidden(*label);
+    KeepRoomWhenHidden(*label);
     return label;
 }
 
 QPushButton* MakeKeyButton(const QString& name, const QString& text) {
-    auto* button = new QPushButton(text);
-    button->setObjectName(name);
-    KeepPlaceWhileHidden(*button);
+    auto* button = Named(new QPushButton(text), name);
+    KeepRoomWhenHidden(*button);
     return button;
 }
 

@@ -1,9 +1,9 @@
 #include "ui/key_dialog_with_display.h"
 
-#include "ui/appearance.h"
 #include "ui/key_dialog_box.h"
 #include "ui/key_dialog_parts.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QHBoxLayout>
 
@@ -27,9 +27,7 @@ KeyDialogWithDisplay::KeyDialogWithDisplay(KeyboardWithDisplay& rules, QWidget* 
       yes_(MakeKeyButton(QStringLiteral("cmdYes"), QStringLiteral("Yes"))),
       no_(MakeKeyButton(QStringLiteral("cmdNo"), QStringLiteral("No"))),
       cancel_(MakeKeyButton(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"))) {
-    setObjectName(QStringLiteral("frmKeyboardWithDisplay"));
-    setWindowTitle(QStringLiteral("Type key (with display)"));
-    UseArial(*this);
+    NameDialog(*this, "frmKeyboardWithDisplay", "Type key (with display)");
     box_->setObjectName(QStringLiteral("txbKey"));
     prompt_->setBuddy(box_);
     yes_->setDefault(true);

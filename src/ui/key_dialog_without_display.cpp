@@ -1,18 +1,14 @@
 #include "ui/key_dialog_without_display.h"
 
-#include "ui/appearance.h"
 #include "ui/key_dialog_box.h"
 #include "ui/key_dialog_parts.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QHBoxLayout>
 
 namespace zr5 {
 namespace {
-
-QString Indexed(const char* name, std::size_t index) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
-}
 
 QLabel* MakeHint(std::size_t index) {
     return MakeKeyLabel(Indexed("lblHint", index), ToQt(KeyCharacterHint));
@@ -33,9 +29,7 @@ KeyDialogWithoutDisplay::KeyDialogWithoutDisplay(KeyboardWithoutDisplay& rules, 
       checksum_(MakeKeyLabel(QStringLiteral("lblChecksumIs"))),
       ok_(MakeKeyButton(QStringLiteral("cmdOK"), QStringLiteral("OK"))),
       cancel_(MakeKeyButton(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"))) {
-    setObjectName(QStringLiteral("frmKeyboardWithoutDisplay"));
-    setWindowTitle(QStringLiteral("Type key (without display)"));
-    UseArial(*this);
+    NameDialog(*this, "frmKeyboardWithoutDisplay", "Type key (without display)");
     prompt_->setBuddy(boxes_[0]);
     reEnter_->setBuddy(boxes_[1]);
     ok_->setDefault(true);
@@ -80,9 +74,7 @@ void KeyDialogWithoutDisplay::LayOut() {
 
 void KeyDialogWithoutDisplay::Refresh() {
     const bool longEnough = rules_.FirstIsLongEnough();
-    QFont reEnterFont = reEnter_->font();
-    reEnterFont.setBold(longEnough);
-    reEnter_->setFont(reEnterFont);
+    SetBold(*reEnter_, longEnough);
     boxes_[1]->setEnabled(rules_.SecondIsEnabled());
     if (longEnough) checksum_->setText(ToQt(rules_.ChecksumLine()));
     checksum_->setVisible(longEnough);

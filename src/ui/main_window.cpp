@@ -2,11 +2,10 @@
 
 #include "setup/identity.h"
 #include "ui/appearance.h"
-#include "ui/bold_options.h"
 #include "ui/help_window.h"
 #include "ui/main_window_layout.h"
-#include "ui/release_button.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QApplication>
 #include <QButtonGroup>

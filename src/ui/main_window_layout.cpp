@@ -1,20 +1,14 @@
 #include "ui/main_window_layout.h"
 
-#include "ui/appearance.h"
-#include "ui/bold_options.h"
 #include "ui/labels.h"
 #include "ui/randomness_pane.h"
-#include "ui/release_button.h"
+#include "ui/widgets.h"
 
 #include <algorithm>
 #include <QButtonGroup>
-#include <QFrame>
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -22,54 +16,27 @@ namespace {
 /// Added to the width that a caption needs.
 constexpr int ButtonPadding = 20;
 
-template <typename Widget>
-Widget* Named(const char* name, QWidget* parent) {
-    auto* widget = new Widget(parent);
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
-
 enum class Border { None, Panel };
 
 QFrame* Frame(const char* name, QWidget* parent, Border border) {
-    auto* frame = Named<QFrame>(name, parent);
+    auto* frame = Named(new QFrame(parent), name);
     if (border == Border::Panel) frame->setFrameShape(QFrame::StyledPanel);
     return frame;
 }
 
-void KeepRoomWhenHidden(QWidget& widget) {
-    QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget.setSizePolicy(policy);
-}
-
-template <typename Layout>
-Layout* Framed(QFrame* frame) {
-    auto* layout = new Layout(frame);
-    const int margin = frame->frameShape() == QFrame::NoFrame ? 0 : FrameMargin;
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->setSpacing(RowSpacing);
-    return layout;
-}
-
 ReleaseButton* Button(const char* name, QWidget* parent) {
-    auto* button = Named<ReleaseButton>(name, parent);
-    button->setMinimumHeight(ButtonHeight);
-    button->setAutoDefault(true); // Enter acts where the focus is
-    return button;
+    return MakeReleaseButton(name, {}, parent);
 }
 
 QLabel* Text(const char* name, QWidget* parent) {
-    auto* label = Named<QLabel>(name, parent);
-    label->setTextFormat(Qt::PlainText);
-    return label;
+    return MakeLabel(name, {}, parent);
 }
 
 /// A pair of option buttons of which at most one is selected.
 void AddOptions(QWidget* parent, QBoxLayout* layout, std::initializer_list<const char*> names) {
     auto* group = new QButtonGroup(parent);
     for (const char* name : names) {
-        auto* option = Named<QRadioButton>(name, parent);
+        auto* option = Named(new QRadioButton(parent), name);
         group->addButton(option);
         layout->addWidget(option);
     }
@@ -78,7 +45,7 @@ void AddOptions(QWidget* parent, QBoxLayout* layout, std::initializer_list<const
 QFrame* ChoiceFrame(const char* frameName, const char* labelName,
                     std::initializer_list<const char*> options, QWidget* parent) {
     QFrame* frame = Frame(frameName, parent, Border::Panel);
-    auto* layout = Framed<QVBoxLayout>(frame);
+    auto* layout = MakeLayout<QVBoxLayout>(*frame);
     layout->addWidget(Text(labelName, frame));
     AddOptions(frame, layout, options);
     return frame;
@@ -87,38 +54,40 @@ QFrame* ChoiceFrame(const char* frameName, const char* labelName,
 QFrame* SelectFileFrame(QWidget* parent) {
     QFrame* outer = Frame("fraSelectFile", parent, Border::Panel);
     QFrame* inner = Frame("fraSingleFile", outer, Border::None);
-    Framed<QVBoxLayout>(outer)->addWidget(inner);
-    auto* layout = Framed<QHBoxLayout>(inner);
+    MakeLayout<QVBoxLayout>(*outer)->addWidget(inner);
+    auto* layout = MakeLayout<QHBoxLayout>(*inner);
     layout->addWidget(Button("cmdSingleFile(0)", inner), 1);
     layout->addWidget(Button("cmdSingleFile(1)", inner), 1);
     return outer;
 }
 
+/// A row with a caption and the box to which it belongs.
+void AddBox(QGridLayout& grid, int row, const char* labelName, const char* boxName, int width) {
+    QWidget* frame = grid.parentWidget();
+    auto* label = Text(labelName, frame);
+    auto* box = Named(new QLineEdit(frame), boxName);
+    box->setMinimumHeight(ButtonHeight - 4);
+    box->setFixedWidth(width);
+    box->setTextMargins(3, 0, 3, 0);
+    label->setBuddy(box);
+    grid.addWidget(label, row, 0, 1, 2);
+    grid.addWidget(box, row, 2, Qt::AlignLeft);
+}
+
 QFrame* FolderFrame(QWidget* parent) {
     QFrame* frame = Frame("fraFilesInAFolder", parent, Border::Panel);
-    auto* grid = Framed<QGridLayout>(frame);
+    auto* grid = MakeLayout<QGridLayout>(*frame);
     grid->setHorizontalSpacing(GroupSpacing);
     grid->addWidget(Button("cmdSpecifyDirectory", frame), 0, 0);
 
-    auto* subfolders = new QHBoxLayout;
-    subfolders->setSpacing(GroupSpacing);
+    auto* subfolders = MakeRow(GroupSpacing);
     subfolders->addWidget(Text("lblIncludeAllSubfolders", frame));
     AddOptions(frame, subfolders, {"optSubfolders", "optNotSubfolders"});
     subfolders->addStretch(1);
     grid->addLayout(subfolders, 0, 1, 1, 2);
 
-    const auto addBox = [&](int row, const char* labelName, const char* boxName, int width) {
-        auto* label = Text(labelName, frame);
-        auto* box = Named<QLineEdit>(boxName, frame);
-        box->setMinimumHeight(ButtonHeight - 4);
-        box->setFixedWidth(width);
-        box->setTextMargins(3, 0, 3, 0);
-        label->setBuddy(box);
-        grid->addWidget(label, row, 0, 1, 2);
-        grid->addWidget(box, row, 2, Qt::AlignLeft);
-    };
-    addBox(1, "lblIncludeFilesMatching", "txbFilePattern", 180);
-    addBox(2, "lblMaxNumFiles", "txbMaxNumFiles", 90);
+    AddBox(*grid, 1, "lblIncludeFilesMatching", "txbFilePattern", 180);
+    AddBox(*grid, 2, "lblMaxNumFiles", "txbMaxNumFiles", 90);
 
     grid->addWidget(Button("cmdListFiles", frame), 3, 0);
     auto* inPlace = Text("lblFilesInAFolder", frame);
@@ -131,7 +100,7 @@ QFrame* FolderFrame(QWidget* parent) {
 /// What was chosen: a grid of captions and names.
 QFrame* ChoiceSummary(QWidget* parent) {
     QFrame* frame = Frame("fraFileLabels", parent, Border::Panel);
-    auto* grid = Framed<QGridLayout>(frame);
+    auto* grid = MakeLayout<QGridLayout>(*frame);
     grid->setHorizontalSpacing(GroupSpacing);
     constexpr struct {
         const char* caption;
@@ -146,7 +115,7 @@ QFrame* ChoiceSummary(QWidget* parent) {
         auto* name = Text(caption, frame);
         KeepRoomWhenHidden(*name);
         grid->addWidget(name, row, 0);
-        grid->addWidget(Named<ElidedLabel>(value, frame), row, 1);
+        grid->addWidget(Named(new ElidedLabel(frame), value), row, 1);
         grid->setRowMinimumHeight(row++, 22);
     }
     grid->addWidget(Text("lblSize", frame), 1, 2, Qt::AlignRight | Qt::AlignVCenter);
@@ -159,10 +128,9 @@ QFrame* ChoiceSummary(QWidget* parent) {
 
 QFrame* OperationFrames(QWidget* parent) {
     QFrame* main = Frame("fraMain", parent, Border::None);
-    auto* column = Framed<QVBoxLayout>(main);
+    auto* column = MakeLayout<QVBoxLayout>(*main);
     column->setSpacing(GroupSpacing);
-    auto* choices = new QHBoxLayout;
-    choices->setSpacing(GroupSpacing);
+    auto* choices = MakeRow(GroupSpacing);
     choices->addWidget(
         ChoiceFrame("fraFunction", "lblFunction", {"optEncrypt", "optDecrypt"}, main), 1);
     choices->addWidget(
@@ -179,9 +147,8 @@ QFrame* OperationFrames(QWidget* parent) {
 }
 
 QLayout* KeyStatus(QWidget* parent) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(GroupSpacing);
-    auto* picture = Named<QLabel>("picKeyFrom", parent);
+    auto* row = MakeRow(GroupSpacing);
+    auto* picture = Named(new QLabel(parent), "picKeyFrom");
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* lines = new QVBoxLayout;
     lines->setSpacing(2);
@@ -199,7 +166,7 @@ QLayout* KeyStatus(QWidget* parent) {
 QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<const char*> buttons) {
     QFrame* frame = Frame(name, parent, Border::Panel);
     KeepRoomWhenHidden(*frame);
-    auto* column = Framed<QVBoxLayout>(frame);
+    auto* column = MakeLayout<QVBoxLayout>(*frame);
     for (const std::string_view button : buttons) {
         if (button.empty()) {
             column->addSpacing(RowSpacing);
@@ -212,57 +179,57 @@ QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<cons
     return frame;
 }
 
+/// All in one cell: one of them is shown.
+QLayout* Panes(QWidget* parent) {
+    auto* cell = new QGridLayout;
+    for (QFrame* pane :
+         {ButtonPane("fraMenu", parent,
+                     {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
+                      "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
+          ButtonPane("fraSetup", parent,
+                     {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
+          ButtonPane("fraSaveSetup", parent,
+                     {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile", "",
+                      "cmdDontSaveSetup", "/"}),
+          ButtonPane("fraKey", parent,
+                     {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
+                      "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
+          static_cast<QFrame*>(new RandomnessPane(parent))})
+        cell->addWidget(pane, 0, 0);
+    return cell;
+}
+
 QLayout* RightColumn(QWidget* parent) {
     auto* column = new QVBoxLayout;
     column->setSpacing(GroupSpacing);
     column->addLayout(KeyStatus(parent));
-    auto* panes = new QGridLayout; // all in one cell: one of them is shown
-    panes->addWidget(
-        ButtonPane("fraMenu", parent,
-                   {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
-                    "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
-        0, 0);
-    panes->addWidget(
-        ButtonPane("fraSetup", parent,
-                   {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
-        0, 0);
-    panes->addWidget(ButtonPane("fraSaveSetup", parent,
-                                {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile", "",
-                                 "cmdDontSaveSetup", "/"}),
-                     0, 0);
-    panes->addWidget(
-        ButtonPane("fraKey", parent,
-                   {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
-                    "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
-        0, 0);
-    panes->addWidget(new RandomnessPane(parent), 0, 0);
-    column->addLayout(panes, 1);
+    column->addLayout(Panes(parent), 1);
     return column;
+}
+
+QLayout* Foot(QWidget* parent) {
+    auto* row = new QHBoxLayout;
+    auto* maker = Named(new QLabel(parent), "lblMaker");
+    maker->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    row->addWidget(maker);
+    row->addStretch(1);
+    row->addWidget(Text("lblPerformingReliabilityTest", parent));
+    return row;
 }
 
 } // namespace
 
 void LayOutMainWindow(QWidget& window) {
-    auto* column = new QVBoxLayout(&window);
-    column->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    column->setSpacing(GroupSpacing);
+    auto* column = MakeColumn(window);
     auto* introduction = Text("lblIntro", &window);
     introduction->setWordWrap(true);
     column->addWidget(introduction);
 
-    auto* body = new QHBoxLayout;
-    body->setSpacing(WindowMargin);
+    auto* body = MakeRow(WindowMargin);
     body->addWidget(OperationFrames(&window), 1);
     body->addLayout(RightColumn(&window));
     column->addLayout(body, 1);
-
-    auto* foot = new QHBoxLayout;
-    auto* maker = Named<QLabel>("lblMaker", &window);
-    maker->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    foot->addWidget(maker);
-    foot->addStretch(1);
-    foot->addWidget(Text("lblPerformingReliabilityTest", &window));
-    column->addLayout(foot);
+    column->addLayout(Foot(&window));
 }
 
 void SettleMainWindow(QWidget& window) {
@@ -270,11 +237,14 @@ void SettleMainWindow(QWidget& window) {
         ReserveRoomForBold(*option);
     for (auto* button : window.findChildren<QPushButton*>())
         button->setMinimumWidth(button->sizeHint().width() + ButtonPadding);
+    const auto pane = [&](const char* name) -> QFrame& {
+        return Checked<QFrame>(window.findChild<QWidget*>(name), name);
+    };
     int paneWidth = 0;
     for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
-        paneWidth = std::max(paneWidth, window.findChild<QFrame*>(name)->sizeHint().width());
+        paneWidth = std::max(paneWidth, pane(name).sizeHint().width());
     for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"})
-        window.findChild<QFrame*>(name)->setFixedWidth(paneWidth);
+        pane(name).setFixedWidth(paneWidth);
 }
 
 } // namespace zr5

@@ -1,13 +1,9 @@
 #include "ui/purge_warning_window.h"
 
-#include "ui/appearance.h"
 #include "ui/labels.h"
-#include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QCheckBox>
-#include <QHBoxLayout>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -22,30 +18,21 @@ constexpr double TallestText = 0.5; // of the screen's height
 PurgeWarningWindow::PurgeWarningWindow(PurgeWarning& warning, const std::string& path,
                                        QWidget* report)
     : QDialog(report) {
-    setObjectName(QStringLiteral("frmPurgeWarning"));
-    setWindowTitle(QStringLiteral("Purging of the input file"));
-    UseArial(*this);
-
-    auto* message = new WrappingLabel(ToQt(warning.MessageFor(path)), this);
-    message->setObjectName(QStringLiteral("lblMessage"));
-    message->setMinimumWidth(TextWidth);
-    auto* dontShowAgain = new QCheckBox(QStringLiteral("Don't show this again"), this);
-    dontShowAgain->setObjectName(QStringLiteral("chkDontShowAgain"));
+    NameDialog(*this, "frmPurgeWarning", "Purging of the input file");
+    auto* message = MakeParagraph("lblMessage", warning.MessageFor(path), TextWidth, this);
+    auto* dontShowAgain =
+        Named(new QCheckBox(QStringLiteral("Don't show this again"), this), "chkDontShowAgain");
     dontShowAgain->setVisible(warning.OffersDontShowAgain());
-    auto* ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("cmdOK"));
-    ok->setMinimumHeight(ButtonHeight);
+    auto* ok = MakeButton("cmdOK", "OK", this);
     ok->setDefault(true);
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(dontShowAgain);
     buttons->addStretch(1);
     buttons->addWidget(ok);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    layout->setSpacing(GroupSpacing);
-    layout->addWidget(FitToScreen(message, TallestText), 1);
-    layout->addLayout(buttons);
+    auto* column = MakeColumn(*this);
+    column->addWidget(FitToScreen(message, TallestText), 1);
+    column->addLayout(buttons);
     ok->setFocus();
 
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);

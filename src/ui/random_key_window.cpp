@@ -2,11 +2,10 @@
 
 #include "ui/appearance.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QEvent>
-#include <QLabel>
 #include <QPointerEvent>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -15,11 +14,18 @@ namespace {
 constexpr QSize LeastSize(6195 / RandomKeyCollector::UnitsPerPixel,
                           3105 / RandomKeyCollector::UnitsPerPixel);
 
-QLabel* Line(const char* name, const char* text, QWidget* parent) {
-    auto* label = new QLabel(QString::fromUtf8(text), parent);
-    label->setObjectName(QLatin1String(name));
+constexpr const char* Instruction =
+    "To create a random keyfile move the mouse cursor rapidly and randomly within and across this "
+    "window.";
+constexpr const char* Hint =
+    "Nothing is moving.  Please move the mouse, a pen or a finger across this window until the "
+    "whole line is filled.";
+
+/// A label that lets every movement through to the window.
+QLabel* MakeLine(const char* name, const char* text, QWidget* parent) {
+    QLabel* label = MakeLabel(name, text, parent);
     label->setWordWrap(true);
-    label->setAttribute(Qt::WA_TransparentForMouseEvents); // the window sees every movement
+    label->setAttribute(Qt::WA_TransparentForMouseEvents);
     return label;
 }
 
@@ -29,20 +35,10 @@ RandomKeyWindow::RandomKeyWindow(RandomKeyCollector& rules, QWidget* parent)
     : QDialog(parent),
       rules_(rules),
       clock_(this),
-      instruction_(Line("Label1",
-                        "To create a random keyfile move the mouse cursor rapidly and randomly "
-                        "within and across this window.",
-                        this)),
-      progress_(Line("lblProgressBar", "", this)),
-      hint_(Line("lblHint",
-                 "Nothing is moving.  Please move the mouse, a pen or a finger across this "
-                 "window until the whole line is filled.",
-                 this)) {
-    setObjectName(QStringLiteral("frmRandomKey"));
-    setWindowTitle(QStringLiteral("Create random keyfile"));
-    UseArial(*this);
-    UseTerminal(*progress_);
-    progress_->setWordWrap(false);
+      instruction_(MakeLine("Label1", Instruction, this)),
+      progress_(MakeLine("lblProgressBar", "", this)),
+      hint_(MakeLine("lblHint", Hint, this)) {
+    NameDialog(*this, "frmRandomKey", "Create random keyfile");
     setMouseTracking(true);
     setTabletTracking(true);
     setAttribute(Qt::WA_AcceptTouchEvents);
@@ -58,12 +54,10 @@ RandomKeyWindow::RandomKeyWindow(RandomKeyCollector& rules, QWidget* parent)
 }
 
 void RandomKeyWindow::LayOut() {
-    QSizePolicy policy = hint_->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    hint_->setSizePolicy(policy);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    column->setSpacing(GroupSpacing);
+    UseTerminal(*progress_);
+    progress_->setWordWrap(false);
+    KeepRoomWhenHidden(*hint_);
+    auto* column = MakeColumn(*this);
     column->addWidget(instruction_);
     column->addStretch(1);
     column->addWidget(progress_);

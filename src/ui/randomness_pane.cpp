@@ -1,54 +1,27 @@
 #include "ui/randomness_pane.h"
 
-#include "ui/appearance.h"
-#include "ui/bold_options.h"
 #include "ui/labels.h"
-#include "ui/release_button.h"
 #include "ui/text_edges.h"
-
-#include <QProgressBar>
-#include <QVBoxLayout>
+#include "ui/widgets.h"
 
 namespace zr5 {
-namespace {
-
-constexpr int ProgressSteps = 1000;
-
-template <typename Widget>
-Widget* Named(Widget* widget, const char* name) {
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
-
-QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
-    auto* button = Named(new ReleaseButton(QString::fromLatin1(caption), parent), name);
-    button->setMinimumHeight(ButtonHeight);
-    button->setAutoDefault(true); // Enter acts where the focus is
-    return button;
-}
-
-} // namespace
 
 RandomnessPane::RandomnessPane(QWidget* parent)
     : QFrame(parent),
-      files_{Button("cmdRandomnessFile(0)", "Input file", this),
-             Button("cmdRandomnessFile(1)", "Output file", this)},
-      checking_(Named(new QLabel(QStringLiteral("Checking file ..."), this), "lblCheckingFile")),
-      progress_(Named(new QProgressBar(this), "prgRandomness")),
+      files_{MakeReleaseButton("cmdRandomnessFile(0)", "Input file", this),
+             MakeReleaseButton("cmdRandomnessFile(1)", "Output file", this)},
+      checking_(MakeLabel("lblCheckingFile", "Checking file ...", this)),
+      progress_(MakeProgressBar("prgRandomness", this)),
       file_(Named(new WrappingLabel({}, this), "lblRandomnessFile")),
-      size_(Named(new QLabel(this), "lblFilesize")),
-      randomness_(Named(new QLabel(this), "lblRandomness")),
+      size_(MakeLabel("lblFilesize", {}, this)),
+      randomness_(MakeLabel("lblRandomness", {}, this)),
       meaning_(Named(new WrappingLabel({}, this), "lblRandomnessMeaning")),
-      display_(Button("cmdDisplayGraphic", "Display", this)),
-      close_(Button("cmdNoRandomnessReport", "Not now", this)) {
+      display_(MakeReleaseButton("cmdDisplayGraphic", "Display", this)),
+      close_(MakeReleaseButton("cmdNoRandomnessReport", "Not now", this)) {
     setObjectName(QStringLiteral("fraRandomnessFiles"));
     setFrameShape(QFrame::StyledPanel);
-    progress_->setRange(0, ProgressSteps);
-    progress_->setTextVisible(false);
     SetBold(*randomness_, true);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
-    column->setSpacing(RowSpacing);
+    auto* column = MakeLayout<QVBoxLayout>(*this);
     for (QPushButton* button : files_)
         column->addWidget(button);
     column->addSpacing(RowSpacing);
@@ -60,31 +33,37 @@ RandomnessPane::RandomnessPane(QWidget* parent)
 }
 
 void RandomnessPane::Show(const RandomnessReport& rules) {
-    using State = RandomnessReport::State;
-    const State state = rules.state();
-    const bool checks = state == State::Checking;
-    const bool hasResult = state == State::Shown;
+    const RandomnessReport::State state = rules.state();
     for (QPushButton* button : files_) {
         button->setVisible(rules.OffersChoice());
-        button->setEnabled(!checks);
+        button->setEnabled(state != RandomnessReport::State::Checking);
     }
+    ShowProgress(rules);
+    ShowResult(rules);
+    if (state == shown_) return;
+    shown_ = state;
+    if (state == RandomnessReport::State::Choosing) files_[Input]->setFocus();
+    if (state == RandomnessReport::State::Checking) close_->setFocus();
+    if (state == RandomnessReport::State::Shown) display_->setFocus();
+}
+
+void RandomnessPane::ShowProgress(const RandomnessReport& rules) {
+    const bool checks = rules.state() == RandomnessReport::State::Checking;
     checking_->setVisible(checks);
     progress_->setVisible(checks);
     progress_->setValue(static_cast<int>(rules.Fraction() * ProgressSteps));
+}
+
+void RandomnessPane::ShowResult(const RandomnessReport& rules) {
+    const bool hasResult = rules.state() == RandomnessReport::State::Shown;
     for (QWidget* widget :
          std::initializer_list<QWidget*>{file_, size_, randomness_, meaning_, display_})
         widget->setVisible(hasResult);
-    if (hasResult) {
-        file_->setText(ToQt(FileLine(rules.Shown())));
-        size_->setText(ToQt(SizeLine(rules.Shown())));
-        randomness_->setText(ToQt(RandomnessLine(rules.Shown())));
-        meaning_->setText(ToQt(Meaning(rules.Shown())));
-    }
-    if (state == shown_) return;
-    shown_ = state;
-    if (state == State::Choosing) files_[Input]->setFocus();
-    if (checks) close_->setFocus();
-    if (hasResult) display_->setFocus();
+    if (!hasResult) return;
+    file_->setText(ToQt(FileLine(rules.Shown())));
+    size_->setText(ToQt(SizeLine(rules.Shown())));
+    randomness_->setText(ToQt(RandomnessLine(rules.Shown())));
+    meaning_->setText(ToQt(Meaning(rules.Shown())));
 }
 
 } // namespace zr5

@@ -23,6 +23,9 @@ class RandomnessPane : public QFrame {
     void Show(const RandomnessReport& rules);
 
   private:
+    void ShowProgress(const RandomnessReport& rules);
+    void ShowResult(const RandomnessReport& rules);
+
     std::array<QPushButton*, 2> files_;
     QLabel* checking_;
     QProgressBar* progress_;

@@ -3,12 +3,9 @@
 #include "ui/appearance.h"
 #include "ui/labels.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -16,17 +13,8 @@ namespace {
 constexpr int TextWidth = 480;
 constexpr int NumberWidth = 72;
 
-QLabel* Paragraph(const char* name, const std::string& text, QWidget* parent) {
-    auto* label = new WrappingLabel(ToQt(text), parent);
-    label->setObjectName(QLatin1String(name));
-    label->setMinimumWidth(TextWidth);
-    return label;
-}
-
-QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
-    auto* button = new QPushButton(QLatin1String(caption), parent);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(ButtonHeight);
+QPushButton* MakeWideButton(const char* name, const char* caption, QWidget* parent) {
+    auto* button = MakeButton(name, caption, parent);
     button->setMinimumWidth(button->sizeHint().width() + 2 * FrameMargin);
     return button;
 }
@@ -36,50 +24,46 @@ QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
 ReliabilityTestWindow::ReliabilityTestWindow(ReliabilityTestForm& form, QWidget* parent)
     : QDialog(parent),
       form_(form),
-      number_(new QLineEdit(ToQt(ReliabilityTestForm::InitialNumber()), this)) {
-    setObjectName(QStringLiteral("frmReliabilityTest"));
-    setWindowTitle(QStringLiteral("Reliability test"));
-    UseArial(*this);
-
-    number_->setObjectName(QStringLiteral("txbNumTests"));
-    number_->setFixedWidth(NumberWidth);
-    auto* caption = new QLabel(QStringLiteral("Number of performances:"), this);
-    caption->setObjectName(QStringLiteral("lblNumTests"));
-    caption->setBuddy(number_);
-    auto* range =
-        new QLabel(QStringLiteral("1 to %1").arg(ReliabilityTestForm::MostPerformances), this);
-    range->setObjectName(QStringLiteral("lblRange"));
-    Soften(*range, palette());
-    auto* note = Paragraph("lblKeyNote", ReliabilityTestForm::KeyNote(), this);
+      number_(
+          Named(new QLineEdit(ToQt(ReliabilityTestForm::InitialNumber()), this), "txbNumTests")) {
+    NameDialog(*this, "frmReliabilityTest", "Reliability test");
+    QLayout* number = NumberRow();
+    auto* note = MakeParagraph("lblKeyNote", ReliabilityTestForm::KeyNote(), TextWidth, this);
     Soften(*note, palette());
-    auto* start = Button("cmdStart", "Start the test", this);
+    auto* start = MakeWideButton("cmdStart", "Start the test", this);
     start->setDefault(true);
-    auto* abandon = Button("cmdAbandon", "Abandon", this);
+    auto* abandon = MakeWideButton("cmdAbandon", "Abandon", this);
 
-    auto* row = new QHBoxLayout;
-    row->setSpacing(RowSpacing);
+    auto* column = MakeColumn(*this);
+    column->addWidget(MakeParagraph("lblText", ReliabilityTestForm::Text(), TextWidth, this));
+    column->addLayout(number);
+    column->addWidget(note);
+    column->addStretch(1);
+    column->addLayout(MakeButtonRow({start, abandon}));
+    AskForNumber();
+
+    connect(start, &QPushButton::clicked, this, [this] { Start(); });
+    connect(abandon, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QLayout* ReliabilityTestWindow::NumberRow() {
+    number_->setFixedWidth(NumberWidth);
+    auto* caption = MakeLabel("lblNumTests", "Number of performances:", this);
+    caption->setBuddy(number_);
+    const std::string most = std::to_string(ReliabilityTestForm::MostPerformances);
+    auto* range = MakeLabel("lblRange", "1 to " + most, this);
+    Soften(*range, palette());
+    auto* row = MakeRow(RowSpacing);
     row->addWidget(caption);
     row->addWidget(number_);
     row->addWidget(range);
     row->addStretch(1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(RowSpacing);
-    buttons->addStretch(1);
-    buttons->addWidget(start);
-    buttons->addWidget(abandon);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    layout->setSpacing(GroupSpacing);
-    layout->addWidget(Paragraph("lblText", ReliabilityTestForm::Text(), this));
-    layout->addLayout(row);
-    layout->addWidget(note);
-    layout->addStretch(1);
-    layout->addLayout(buttons);
+    return row;
+}
+
+void ReliabilityTestWindow::AskForNumber() {
     number_->setFocus();
     number_->selectAll();
-
-    connect(start, &QPushButton::clicked, this, [this] { Start(); });
-    connect(abandon, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void ReliabilityTestWindow::Start() {
@@ -87,8 +71,7 @@ void ReliabilityTestWindow::Start() {
         accept();
         return;
     }
-    number_->setFocus();
-    number_->selectAll();
+    AskForNumber();
 }
 
 std::optional<int> AskForPerformances(UserPort& user, QWidget* parent) {

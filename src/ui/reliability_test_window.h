@@ -16,6 +16,8 @@ class ReliabilityTestWindow : public QDialog {
     explicit ReliabilityTestWindow(ReliabilityTestForm& form, QWidget* parent = nullptr);
 
   private:
+    QLayout* NumberRow();
+    void AskForNumber();
     void Start();
 
     ReliabilityTestForm& form_;

@@ -1,125 +1,118 @@
 #include "ui/report_window.h"
 
-#include "ui/appearance.h"
 #include "ui/purge_warning_window.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <algorithm>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFontDatabase>
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
 
 constexpr int FlushIntervalMs = 50;
 constexpr int ClockIntervalMs = 1000;
-constexpr int ProgressSteps = 1000;
+constexpr int FileBarWidth = 180;
 
-QPushButton* MakeButton(const char* name, QWidget* parent) {
-    auto* button = new QPushButton(parent);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(ButtonHeight);
-    button->setAutoDefault(false);
-    return button;
+QPlainTextEdit* MakeText(QWidget* parent) {
+    auto* text = Named(new QPlainTextEdit(parent), "txbText");
+    text->setReadOnly(true);
+    text->setUndoRedoEnabled(false);
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text->document()->setDocumentMargin(FrameMargin);
+    return text;
 }
 
 /// As wide as the widest of its captions, so that nothing moves when the caption changes.
-void ReserveRoom(QPushButton& button, std::initializer_list<std::string> captions) {
+QPushButton* MakeChangingButton(const char* name, std::initializer_list<std::string> captions,
+                                QWidget* parent) {
+    QPushButton* button = MakeButton(name, {}, parent);
+    button->setAutoDefault(false);
     int width = 0;
     for (const std::string& caption : captions) {
-        button.setText(ToQt(caption));
-        width = std::max(width, button.sizeHint().width());
+        button->setText(ToQt(caption));
+        width = std::max(width, button->sizeHint().width());
     }
-    button.setMinimumWidth(width + 2 * FrameMargin);
-}
-
-QLabel* MakeLabel(const char* name, QWidget* parent) {
-    auto* label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    return label;
+    button->setMinimumWidth(width + 2 * FrameMargin);
+    return button;
 }
 
 } // namespace
 
 ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
-    : QDialog(parent), screen_(screen) {
+    : QDialog(parent),
+      screen_(screen),
+      text_(MakeText(this)),
+      pausedDone_(MakeLabel("lblPausedDone", {}, this)),
+      time_(MakeLabel("lblTime", {}, this)),
+      file_(MakeLabel("lblFile", {}, this)),
+      progress_(MakeProgressBar("prgFile", this)),
+      whole_(MakeLabel("lblOperation", {}, this)),
+      wholeProgress_(MakeProgressBar("prgOperation", this)),
+      stop_(MakeChangingButton("cmdStop", {"Stop at next file", "Stop"}, this)),
+      pauseContinue_(
+          MakeChangingButton("cmdPauseContinue", {"Pause at next file", "Continue"}, this)),
+      copy_(MakeChangingButton("cmdCopyToClipboard",
+                               {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)},
+                               this)) {
     setObjectName(QStringLiteral("frmReport"));
     setWindowTitle(QStringLiteral("Report"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setSizeGripEnabled(true);
+    LayOut();
+    Connect();
+    SetUpClocks();
+    screen_.SetView(this);
+    ShowSelection();
+}
 
-    text_ = new QPlainTextEdit(this);
-    text_->setObjectName(QStringLiteral("txbText"));
-    text_->setReadOnly(true);
-    text_->setUndoRedoEnabled(false);
-    text_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    text_->document()->setDocumentMargin(FrameMargin);
-
-    pausedDone_ = MakeLabel("lblPausedDone", this);
-    QFont bold = pausedDone_->font();
-    bold.setBold(true);
-    pausedDone_->setFont(bold);
-    time_ = MakeLabel("lblTime", this);
-    file_ = MakeLabel("lblFile", this);
-    progress_ = new QProgressBar(this);
-    progress_->setObjectName(QStringLiteral("prgFile"));
-    progress_->setRange(0, ProgressSteps);
-    progress_->setTextVisible(false);
-    whole_ = MakeLabel("lblOperation", this);
-    wholeProgress_ = new QProgressBar(this);
-    wholeProgress_->setObjectName(QStringLiteral("prgOperation"));
-    wholeProgress_->setRange(0, ProgressSteps);
-    wholeProgress_->setTextVisible(false);
-
-    stop_ = MakeButton("cmdStop", this);
-    ReserveRoom(*stop_, {"Stop at next file", "Stop"});
-    pauseContinue_ = MakeButton("cmdPauseContinue", this);
-    ReserveRoom(*pauseContinue_, {"Pause at next file", "Continue"});
-    copy_ = MakeButton("cmdCopyToClipboard", this);
-    ReserveRoom(*copy_, {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)});
-    auto* close = MakeButton("cmdClose", this);
-    close->setText(QStringLiteral("Close"));
-
-    auto* status = new QHBoxLayout;
-    status->setSpacing(GroupSpacing);
-    status->addWidget(pausedDone_);
-    status->addWidget(time_);
-    status->addStretch(1);
-    status->addWidget(file_);
-    status->addWidget(progress_);
-    progress_->setFixedWidth(180);
-    auto* operation = new QHBoxLayout;
-    operation->setSpacing(GroupSpacing);
+void ReportWindow::LayOut() {
+    QLayout* buttons = ButtonRow();
+    QLayout* status = StatusRow();
+    auto* operation = MakeRow(GroupSpacing);
     operation->addWidget(wholeProgress_, 1);
     operation->addWidget(whole_);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(RowSpacing);
-    buttons->addWidget(pauseContinue_);
-    buttons->addWidget(stop_);
-    buttons->addStretch(1);
-    buttons->addWidget(copy_);
-    buttons->addWidget(close);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    layout->setSpacing(GroupSpacing);
-    layout->addWidget(text_, 1);
-    layout->addLayout(operation);
-    layout->addLayout(status);
-    layout->addLayout(buttons);
+    auto* column = MakeColumn(*this);
+    column->addWidget(text_, 1);
+    column->addLayout(operation);
+    column->addLayout(status);
+    column->addLayout(buttons);
     resize(820, 560);
     setMinimumSize(560, 320);
+}
 
+QLayout* ReportWindow::StatusRow() {
+    SetBold(*pausedDone_, true);
+    progress_->setFixedWidth(FileBarWidth);
+    auto* row = MakeRow(GroupSpacing);
+    row->addWidget(pausedDone_);
+    row->addWidget(time_);
+    row->addStretch(1);
+    row->addWidget(file_);
+    row->addWidget(progress_);
+    return row;
+}
+
+QLayout* ReportWindow::ButtonRow() {
+    auto* close = MakeButton("cmdClose", "Close", this);
+    close->setAutoDefault(false);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    auto* row = MakeRow(RowSpacing);
+    row->addWidget(pauseContinue_);
+    row->addWidget(stop_);
+    row->addStretch(1);
+    row->addWidget(copy_);
+    row->addWidget(close);
+    return row;
+}
+
+void ReportWindow::Connect() {
     connect(stop_, &QPushButton::clicked, this, [this] { screen_.StopPressed(); });
     connect(pauseContinue_, &QPushButton::clicked, this,
             [this] { screen_.PauseContinuePressed(); });
@@ -128,8 +121,10 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
         selected.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
         screen_.CopyPressed(FromQt(selected));
     });
-    connect(close, &QPushButton::clicked, this, &QDialog::reject);
     connect(text_, &QPlainTextEdit::selectionChanged, this, [this] { ShowSelection(); });
+}
+
+void ReportWindow::SetUpClocks() {
     clock_.setObjectName(QStringLiteral("Clock"));
     clock_.setParent(this);
     clock_.setInterval(ClockIntervalMs);
@@ -140,8 +135,6 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
         FlushText();
         ShowProgress();
     });
-    screen_.SetView(this);
-    ShowSelection();
 }
 
 ReportWindow::~ReportWindow() {

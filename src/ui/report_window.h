@@ -41,6 +41,11 @@ class ReportWindow : public QDialog, public ReportView {
     void reject() override;
 
   private:
+    void LayOut();
+    QLayout* StatusRow();
+    QLayout* ButtonRow();
+    void Connect();
+    void SetUpClocks();
     void FlushText();
     void ScrollToEnd();
     void ShowSelection();

@@ -1,18 +1,14 @@
 #include "ui/specify_files_window.h"
 
 #include "ui/appearance.h"
-#include "ui/bold_options.h"
 #include "ui/labels.h"
 #include "ui/text_edges.h"
+#include "ui/widgets.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QStyle>
-#include <QVBoxLayout>
 
 namespace zr5 {
 
@@ -20,16 +16,12 @@ SpecifyFilesWindow::SpecifyFilesWindow(SpecifyFiles& rules, const SpecifyFilesNa
                                        QWidget* parent)
     : QDialog(parent),
       rules_(rules),
-      example_(new QLabel(ToQt(rules.Example()), this)),
-      extension_(new QLineEdit(ToQt(rules.Extension()), this)),
-      accept_(AddButton("cmdAccept", "Accept")),
-      cancel_(AddButton("cmdCancel", "Cancel")) {
-    setObjectName(QLatin1String(names.window));
-    setWindowTitle(ToQt(rules_.Title()));
-    UseArial(*this);
-    example_->setObjectName(QStringLiteral("lblExample"));
+      example_(MakeLabel("lblExample", rules.Example(), this)),
+      extension_(Named(new QLineEdit(ToQt(rules.Extension()), this), "txbExtension")),
+      accept_(MakeButton("cmdAccept", "Accept", this)),
+      cancel_(MakeButton("cmdCancel", "Cancel", this)) {
+    NameDialog(*this, names.window, ToQt(rules_.Title()));
     example_->setBuddy(extension_);
-    extension_->setObjectName(QStringLiteral("txbExtension"));
     extension_->setAccessibleName(QStringLiteral("Extension"));
     for (std::size_t option = 0; option < SpecifyFiles::Options; ++option)
         options_[option] = AddOption(names.options[option], option);
@@ -46,8 +38,7 @@ SpecifyFilesWindow::SpecifyFilesWindow(SpecifyFiles& rules, const SpecifyFilesNa
 }
 
 QRadioButton* SpecifyFilesWindow::AddOption(const char* name, std::size_t option) {
-    auto* button = new QRadioButton(ToQt(rules_.Caption(option)), this);
-    button->setObjectName(QLatin1String(name));
+    auto* button = Named(new QRadioButton(ToQt(rules_.Caption(option)), this), name);
     button->setChecked(rules_.Selected() == option);
     ReserveRoomForBold(*button);
     button->installEventFilter(this);
@@ -58,21 +49,23 @@ QRadioButton* SpecifyFilesWindow::AddOption(const char* name, std::size_t option
     return button;
 }
 
-QPushButton* SpecifyFilesWindow::AddButton(const char* name, const char* caption) {
-    auto* button = new QPushButton(QLatin1String(caption), this);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(ButtonHeight);
-    return button;
-}
-
 void SpecifyFilesWindow::LayOut() {
-    auto* subject = new ElidedLabel(this);
-    subject->setObjectName(QStringLiteral("lblSubject"));
+    auto* subject = Named(new ElidedLabel(this), "lblSubject");
     subject->setText(ToQt(rules_.Subject()));
     Soften(*subject, palette());
 
-    auto* extension = new QHBoxLayout;
-    extension->setSpacing(RowSpacing);
+    auto* column = MakeColumn(*this);
+    column->addWidget(subject);
+    column->addLayout(OptionsColumn());
+    column->addStretch(1);
+    column->addLayout(MakeButtonRow({accept_, cancel_}));
+    setTabOrder(options_.back(), extension_);
+    setTabOrder(extension_, accept_);
+    setTabOrder(accept_, cancel_);
+}
+
+QLayout* SpecifyFilesWindow::OptionsColumn() {
+    auto* extension = MakeRow(RowSpacing);
     extension->addSpacing(style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) + RowSpacing);
     extension->addWidget(example_);
     extension->addWidget(extension_, 1);
@@ -82,26 +75,7 @@ void SpecifyFilesWindow::LayOut() {
     for (QRadioButton* option : options_)
         options->addWidget(option);
     options->addLayout(extension);
-
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(RowSpacing);
-    buttons->addStretch(1);
-    buttons->addWidget(accept_);
-    buttons->addWidget(cancel_);
-
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(WindowMargin, WindowMargin, WindowMargin, WindowMargin);
-    column->setSpacing(GroupSpacing);
-    column->addWidget(subject);
-    column->addLayout(options);
-    column->addStretch(1);
-    column->addLayout(buttons);
-    QWidget* before = options_.back();
-    for (QWidget* next : {static_cast<QWidget*>(extension_), static_cast<QWidget*>(accept_),
-                          static_cast<QWidget*>(cancel_)}) {
-        setTabOrder(before, next);
-        before = next;
-    }
+    return options;
 }
 
 /// A click on the option that asks for an extension leads to its box; the keys go on from option to

@@ -34,8 +34,8 @@ class SpecifyFilesWindow final : public QDialog {
 
   private:
     QRadioButton* AddOption(const char* name, std::size_t option);
-    QPushButton* AddButton(const char* name, const char* caption);
     void LayOut();
+    QLayout* OptionsColumn();
     void ShowSelection();
     void TakeAnswer();
 
