@@ -1,8 +1,7 @@
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 #include "support/window_driver.h"
-#include "ui/key_dialog_with_display.h"
-#include "ui/key_dialog_without_display.h"
+#include "ui/key_dialogs.h"
 
 #include <gtest/gtest.h>
 #include <QClipboard>
