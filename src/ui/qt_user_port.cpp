@@ -1,6 +1,5 @@
 #include "ui/qt_user_port.h"
 
-#include "ui/name_picker.h"
 #include "ui/text_edges.h"
 
 #include <QApplication>

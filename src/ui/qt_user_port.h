@@ -2,15 +2,13 @@
 
 // The user, reached through the toolkit: message boxes, pickers, clipboard and web browser.
 
-#include "ui/message_boxes.h"
+#include "ui/toolkit_dialogs.h"
 #include "util/user_port.h"
 
 #include <QHash>
 #include <QString>
 
 namespace zr5 {
-
-class NamePicker;
 
 /// Boxes and pickers belong to the window that is active when they open. From the making of it on
 /// the toolkit keeps no settings of this user, so that no picker leaves a trace.

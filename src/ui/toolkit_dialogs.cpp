@@ -1,4 +1,4 @@
-#include "ui/message_boxes.h"
+#include "ui/toolkit_dialogs.h"
 
 #include "ui/labels.h"
 
@@ -7,9 +7,12 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
 
 namespace zr5 {
 namespace {
@@ -23,6 +26,8 @@ constexpr int WidestTitle = 900;
 constexpr int WidestText = 500;
 /// Texts of more than this part of the screen's height scroll.
 constexpr double TallestText = 0.66;
+
+constexpr QSize PickerSize(800, 480);
 
 int LongestLine(const QString& text, const QFontMetrics& metrics) {
     int width = 0;
@@ -66,6 +71,43 @@ bool MessageBoxDresser::eventFilter(QObject* watched, QEvent* event) {
         if (auto* box = qobject_cast<QMessageBox*>(watched)) Dress(*box);
     }
     return QObject::eventFilter(watched, event);
+}
+
+NamePicker::NamePicker(QWidget* parent, const QString& title) : QFileDialog(parent, title) {
+    // The list of the toolkit's own picker, which cuts sizes and dates.
+    const auto* list = findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (list == nullptr) return;
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    resize(PickerSize);
+}
+
+QString NamePicker::Chosen() const {
+    return literal_.isEmpty() ? selectedFiles().value(0) : literal_;
+}
+
+void NamePicker::accept() {
+    // The box of the toolkit's own picker; a desktop's picker has none and reads no quotes.
+    const auto* box = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    if (box == nullptr || !box->text().contains(QLatin1Char('"'))) {
+        QFileDialog::accept();
+        return;
+    }
+    const QString path = directory().absoluteFilePath(box->text());
+    if (!MayReplace(path)) return;
+    literal_ = path;
+    // The picker's own acceptance is what reads the quotes.
+    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
+}
+
+bool NamePicker::MayReplace(const QString& path) {
+    const bool asks = acceptMode() == AcceptSave && !testOption(DontConfirmOverwrite);
+    if (!asks || !QFileInfo::exists(path)) return true;
+    return QMessageBox::warning(this, windowTitle(),
+                                QFileDialog::tr("%1 already exists.\nDo you want to replace it?")
+                                    .arg(QFileInfo(path).fileName()),
+                                QMessageBox::Yes | QMessageBox::No,
+                                QMessageBox::No) == QMessageBox::Yes;
 }
 
 } // namespace zr5
