@@ -1,12 +1,15 @@
 #pragma once
 
-// `frmGraphic`: the picture of a file's byte pairs beside that of random bytes.
+// The picture of a file's byte pairs, in a window beside that of random bytes.
 
 #include "operation/byte_pair_picture.h"
+#include "operation/pair_counts.h"
 
 #include <cstddef>
 #include <functional>
 #include <QDialog>
+#include <QImage>
+#include <QWidget>
 #include <span>
 
 class QAction;
@@ -16,8 +19,31 @@ class QPushButton;
 
 namespace zr5 {
 
-class PairPicture;
+/// The picture of byte pairs: a square, scaled to the room there is, with its two axes.
+class PairPicture : public QWidget {
+  public:
+    explicit PairPicture(QWidget* parent = nullptr);
 
+    void ShowCounts(const PairCounts& counts);
+    /// One pixel a pair: first byte from left to right, second from top to bottom.
+    [[nodiscard]] const QImage& Image() const { return image_; }
+    /// What is saved: the picture with its axes, dark on white, four pixels a pair in both
+    /// directions.
+    [[nodiscard]] QImage Page() const;
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    [[nodiscard]] int AxisRoom() const { return fontMetrics().height() + 4; }
+
+    QImage image_;
+};
+
+/// `frmGraphic`
 class GraphicWindow : public QDialog {
   public:
     using SaveFunction = std::function<void(std::span<const std::byte> png)>;

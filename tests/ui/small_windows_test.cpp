@@ -3,7 +3,6 @@
 #include "ui/confirm_window.h"
 #include "ui/graphic_window.h"
 #include "ui/inspect_key_window.h"
-#include "ui/pair_picture.h"
 #include "ui/random_key_window.h"
 
 #include <QAction>
