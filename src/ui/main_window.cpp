@@ -2,7 +2,6 @@
 
 #include "setup/identity.h"
 #include "ui/appearance.h"
-#include "ui/help_window.h"
 #include "ui/main_window_layout.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"

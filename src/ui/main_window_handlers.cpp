@@ -1,8 +1,8 @@
 // What each control of the main window leads to.
 
 #include "ui/appearance.h"
-#include "ui/help_window.h"
 #include "ui/main_window.h"
+#include "ui/notices.h"
 #include "ui/randomness_pane.h"
 #include "ui/text_edges.h"
 

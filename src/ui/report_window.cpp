@@ -1,6 +1,6 @@
 #include "ui/report_window.h"
 
-#include "ui/purge_warning_window.h"
+#include "ui/notices.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
