@@ -70,18 +70,18 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     for (auto* widget : findChildren<QWidget*>()) {
         if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
     }
-    clock2_.setObjectName("Clock2");
-    clock3_.setObjectName("Clock3");
-    for (QTimer* clock : {&clock2_, &clock3_}) {
+    deafClock_.setObjectName("Clock2");
+    refreshClock_.setObjectName("Clock3");
+    for (QTimer* clock : {&deafClock_, &refreshClock_}) {
         clock->setParent(this);
         clock->setInterval(ClockIntervalMs);
     }
-    connect(&clock2_, &QTimer::timeout, this, [this] {
+    connect(&deafClock_, &QTimer::timeout, this, [this] {
         parts_.desk.SetDialogJustClosed(false);
-        clock2_.stop();
+        deafClock_.stop();
     });
-    connect(&clock3_, &QTimer::timeout, this, [this] { Refresh(); });
-    clock2_.start();
+    connect(&refreshClock_, &QTimer::timeout, this, [this] { Refresh(); });
+    deafClock_.start();
 
     ConnectOptions();
     ConnectMenu();
@@ -92,11 +92,11 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     for (auto* button : findChildren<QPushButton*>())
         button->installEventFilter(this);
     for (const char* name : MouseButtons)
-        Find<ReleaseButton>(name)->SetGuard([this] { return parts_.desk.DialogJustClosed(); });
+        Find<ReleaseButton>(name).SetGuard([this] { return parts_.desk.DialogJustClosed(); });
 
-    MakePrimary(*Find<QPushButton>("cmdDoIt"));
+    MakePrimary(Find<QPushButton>("cmdDoIt"));
     Find<QLabel>("lblMaker")
-        ->setText(QStringLiteral("<a href=\"maker\">%1</a>").arg(QString(MakerName)));
+        .setText(QStringLiteral("<a href=\"maker\">%1</a>").arg(QString(MakerName)));
     Apply(parts_.desk.Refresh());
     SettleMainWindow(*this);
     ApplyPalette();
@@ -117,7 +117,7 @@ void MainWindow::Apply(MainWindowView view) {
 }
 
 void MainWindow::StartClock() {
-    clock3_.start();
+    refreshClock_.start();
 }
 
 void MainWindow::FitToScreen() {
@@ -128,7 +128,7 @@ void MainWindow::FitToScreen() {
 
 void MainWindow::NoteDialogClosed() {
     parts_.desk.SetDialogJustClosed(true);
-    clock2_.start();
+    deafClock_.start();
 }
 
 void MainWindow::OperationEnded() {
@@ -140,14 +140,14 @@ void MainWindow::OperationEnded() {
 
 void MainWindow::ApplyPalette() {
     for (const char* name : SoftLabels)
-        Soften(*Find<QLabel>(name), palette());
+        Soften(Find<QLabel>(name), palette());
     // What is going on stays readable while the window is out of use.
     QPalette readable;
     readable.setBrush(QPalette::Disabled, QPalette::WindowText,
                       palette().brush(QPalette::Active, QPalette::WindowText));
-    Find<QLabel>("lblPerformingReliabilityTest")->setPalette(readable);
+    Find<QLabel>("lblPerformingReliabilityTest").setPalette(readable);
     Find<QLabel>("picKeyFrom")
-        ->setPixmap(KeyPicture(palette(), parts_.key.IsHeld(), devicePixelRatioF()));
+        .setPixmap(KeyPicture(palette(), parts_.key.IsHeld(), devicePixelRatioF()));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -164,7 +164,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    const std::string caption = FromQt(Find<QPushButton>("cmdQuit")->text());
+    const std::string caption = FromQt(Find<QPushButton>("cmdQuit").text());
     event->setAccepted(parts_.program.Quit(caption));
     if (event->isAccepted()) CloseOtherWindows(*this);
 }
@@ -209,7 +209,7 @@ void MainWindow::FocusLeft(QLineEdit& box, Qt::FocusReason reason) {
 bool MainWindow::LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving) {
     if (!box.isEnabled()) return true;
     const std::string text = FromQt(box.text());
-    const bool isPattern = &box == Find<QLineEdit>("txbFilePattern");
+    const bool isPattern = &box == &Find<QLineEdit>("txbFilePattern");
     SetupDesk& desk = parts_.desk;
     const bool accepted =
         isPattern ? desk.LeaveFilePattern(text, leaving) : desk.LeaveMaxNumFiles(text, leaving);
@@ -229,7 +229,7 @@ bool MainWindow::LeaveTextBoxSpeaking(QLineEdit& box) {
 
 bool MainWindow::LeaveTextBoxes() {
     for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
-        if (!LeaveTextBoxSpeaking(*Find<QLineEdit>(name))) return false;
+        if (!LeaveTextBoxSpeaking(Find<QLineEdit>(name))) return false;
     }
     return true;
 }

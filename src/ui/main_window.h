@@ -11,6 +11,7 @@
 #include "setup/setup_desk.h"
 #include "setup/setup_store.h"
 #include "ui/main_window_actions.h"
+#include "ui/widgets.h"
 
 #include <functional>
 #include <QHash>
@@ -122,14 +123,14 @@ class MainWindow : public QWidget {
 
     /// The control of this name; there is one.
     template <typename Widget>
-    [[nodiscard]] Widget* Find(const char* name) const {
-        return static_cast<Widget*>(controls_.value(QString::fromLatin1(name)));
+    [[nodiscard]] Widget& Find(const char* name) const {
+        return Checked<Widget>(controls_.value(QString::fromLatin1(name)), name);
     }
 
     MainWindowParts parts_;
     QHash<QString, QWidget*> controls_; ///< by object name
-    QTimer clock2_;
-    QTimer clock3_;
+    QTimer deafClock_;                  ///< ends the second in which the mouse buttons are deaf
+    QTimer refreshClock_;               ///< of every second
     KeyFrame keyFrame_;
     KeyLabels keyLabels_ = NoKeyLabels();
     bool hovering_ = false;

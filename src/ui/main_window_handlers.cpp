@@ -14,13 +14,13 @@
 namespace zr5 {
 
 void MainWindow::OnButton(const char* name, Handler handler) {
-    connect(Find<QPushButton>(name), &QPushButton::clicked, this,
+    connect(&Find<QPushButton>(name), &QPushButton::clicked, this,
             [this, handler] { (this->*handler)(); });
 }
 
 void MainWindow::ConnectOptions() {
     const auto on = [this](const char* name, void (*select)(SetupDesk&)) {
-        connect(Find<QRadioButton>(name), &QRadioButton::clicked, this, [this, select] {
+        connect(&Find<QRadioButton>(name), &QRadioButton::clicked, this, [this, select] {
             select(parts_.desk);
             Refresh();
         });
@@ -53,7 +53,7 @@ void MainWindow::ConnectMenu() {
     OnButton("cmdHelp(0)", &MainWindow::OpenManual);
     OnButton("cmdHelp(1)", &MainWindow::ShowHelp);
     OnButton("cmdQuit", &MainWindow::Quit);
-    connect(Find<QLabel>("lblMaker"), &QLabel::linkActivated, this, [this] { OpenMakerSite(); });
+    connect(&Find<QLabel>("lblMaker"), &QLabel::linkActivated, this, [this] { OpenMakerSite(); });
 }
 
 void MainWindow::ConnectSetupFrames() {
@@ -87,7 +87,7 @@ void MainWindow::ConnectRandomnessPane() {
 
 void MainWindow::ConnectTextBoxes() {
     for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
-        auto* box = Find<QLineEdit>(name);
+        auto* box = &Find<QLineEdit>(name);
         box->installEventFilter(this);
         connect(box, &QLineEdit::textEdited, this, [this, box] { putBack_.remove(box); });
         connect(box, &QLineEdit::returnPressed, this,
@@ -96,20 +96,19 @@ void MainWindow::ConnectTextBoxes() {
 }
 
 void MainWindow::ChooseInput() {
-    parts_.singleFile.ChooseInput(FromQt(Find<QPushButton>("cmdSingleFile(0)")->text()));
+    parts_.singleFile.ChooseInput(FromQt(Find<QPushButton>("cmdSingleFile(0)").text()));
     Refresh();
 }
 
 void MainWindow::ChooseOutput() {
-    parts_.singleFile.ChooseOutput(FromQt(Find<QPushButton>("cmdSingleFile(1)")->text()));
+    parts_.singleFile.ChooseOutput(FromQt(Find<QPushButton>("cmdSingleFile(1)").text()));
     Refresh();
 }
 
 void MainWindow::ChooseFolder() {
     if (!LeaveTextBoxes()) return;
     parts_.actions.WhileOutOfUse([this](const StopAsked& stopped) {
-        parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory")->text()),
-                                  stopped);
+        parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory").text()), stopped);
     });
     OperationEnded();
 }
@@ -136,7 +135,7 @@ void MainWindow::Perform() {
 
 void MainWindow::ListFiles() {
     if (!LeaveTextBoxes()) return;
-    parts_.actions.ListFiles(FromQt(Find<QPushButton>("cmdListFiles")->text()));
+    parts_.actions.ListFiles(FromQt(Find<QPushButton>("cmdListFiles").text()));
     OperationEnded();
 }
 
@@ -193,16 +192,16 @@ void MainWindow::DisplayGraphic() {
 
 void MainWindow::ShowRandomness() {
     Refresh();
-    Find<RandomnessPane>("fraRandomnessFiles")->Show(*parts_.randomness);
+    Find<RandomnessPane>("fraRandomnessFiles").Show(*parts_.randomness);
     if (parts_.randomness->state() == RandomnessReport::State::Closed)
-        Find<QPushButton>("cmdRandomnessReport")->setFocus();
+        Find<QPushButton>("cmdRandomnessReport").setFocus();
 }
 
 void MainWindow::OpenKeyFrame() {
     keyFrame_.Open(parts_.key, keyLabels_);
     parts_.desk.Show(Pane::Key);
     Refresh();
-    Find<QPushButton>("cmdKeyboardWithDisplay")->setFocus();
+    Find<QPushButton>("cmdKeyboardWithDisplay").setFocus();
 }
 
 void MainWindow::TypeKeyWithDisplay() {
@@ -240,13 +239,13 @@ void MainWindow::CloseKeyFrame() {
     parts_.desk.Show(Pane::Menu);
     Refresh();
     const bool toKey = focus == KeyFrame::FocusAfter::KeyFrom;
-    Find<QPushButton>(toKey ? "cmdKeyFrom" : "cmdDoIt")->setFocus();
+    Find<QPushButton>(toKey ? "cmdKeyFrom" : "cmdDoIt").setFocus();
 }
 
 void MainWindow::RefreshKeyLabels() {
     keyLabels_ = UpdateKeyLabels(parts_.key, keyLabels_, keyFrame_.SavedLabels(), parts_.user);
-    Find<QLabel>("lblKeyFrom(0)")->setText(ToQt(keyLabels_[0]));
-    Find<QLabel>("lblKeyFrom(1)")->setText(ToQt(keyLabels_[1]));
+    Find<QLabel>("lblKeyFrom(0)").setText(ToQt(keyLabels_[0]));
+    Find<QLabel>("lblKeyFrom(1)").setText(ToQt(keyLabels_[1]));
     ApplyPalette();
 }
 
@@ -254,13 +253,13 @@ void MainWindow::OpenSetup() {
     if (!LeaveTextBoxes()) return;
     parts_.desk.Show(Pane::Setup);
     Refresh();
-    Find<QPushButton>("cmdKeepSetup")->setFocus();
+    Find<QPushButton>("cmdKeepSetup").setFocus();
 }
 
 void MainWindow::OpenSaveSetup() {
     parts_.desk.Show(Pane::SaveSetup);
     Refresh();
-    Find<QPushButton>("cmdDontSaveSetup")->setFocus();
+    Find<QPushButton>("cmdDontSaveSetup").setFocus();
 }
 
 void MainWindow::LoadSetup() {
@@ -283,7 +282,7 @@ void MainWindow::SaveSetupAsOperationFile() {
 void MainWindow::CloseSetup() {
     parts_.desk.Show(Pane::Menu);
     Refresh();
-    Find<QPushButton>("cmdSetup")->setFocus();
+    Find<QPushButton>("cmdSetup").setFocus();
 }
 
 void MainWindow::ClearSetup() {
