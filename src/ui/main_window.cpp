@@ -2,7 +2,6 @@
 
 #include "setup/identity.h"
 #include "ui/appearance.h"
-#include "ui/main_window_layout.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
@@ -66,10 +65,7 @@ void CloseOtherWindows(const QWidget& mainWindow) {
 MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     setObjectName("frmMain");
     setWindowTitle(ProductName);
-    LayOutMainWindow(*this);
-    for (auto* widget : findChildren<QWidget*>()) {
-        if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
-    }
+    LayOut();
     deafClock_.setObjectName("Clock2");
     refreshClock_.setObjectName("Clock3");
     for (QTimer* clock : {&deafClock_, &refreshClock_}) {
@@ -94,11 +90,8 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     for (const char* name : MouseButtons)
         Find<ReleaseButton>(name).SetGuard([this] { return parts_.desk.DialogJustClosed(); });
 
-    MakePrimary(Find<QPushButton>("cmdDoIt"));
-    Find<QLabel>("lblMaker")
-        .setText(QStringLiteral("<a href=\"maker\">%1</a>").arg(QString(MakerName)));
     Apply(parts_.desk.Refresh());
-    SettleMainWindow(*this);
+    Settle();
     ApplyPalette();
     RefreshKeyLabels();
 }

@@ -70,6 +70,12 @@ class MainWindow : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // main_window_layout.cpp: makes the controls under their names and lays them out. Captions
+    // come with the first refresh, and with them the room that they need.
+    void LayOut();
+    void Settle();
+
+    // main_window_handlers.cpp: what each control leads to.
     using Handler = void (MainWindow::*)();
     void OnButton(const char* name, Handler handler);
     void ConnectOptions();

@@ -1,6 +1,8 @@
-#include "ui/main_window_layout.h"
+// Makes the controls of the main window and lays them out.
 
+#include "setup/identity.h"
 #include "ui/labels.h"
+#include "ui/main_window.h"
 #include "ui/randomness_pane.h"
 #include "ui/widgets.h"
 
@@ -210,6 +212,7 @@ QLayout* RightColumn(QWidget* parent) {
 QLayout* Foot(QWidget* parent) {
     auto* row = new QHBoxLayout;
     auto* maker = Named(new QLabel(parent), "lblMaker");
+    maker->setText(QStringLiteral("<a href=\"maker\">%1</a>").arg(QString(MakerName)));
     maker->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     row->addWidget(maker);
     row->addStretch(1);
@@ -219,32 +222,33 @@ QLayout* Foot(QWidget* parent) {
 
 } // namespace
 
-void LayOutMainWindow(QWidget& window) {
-    auto* column = MakeColumn(window);
-    auto* introduction = Text("lblIntro", &window);
+void MainWindow::LayOut() {
+    auto* column = MakeColumn(*this);
+    auto* introduction = Text("lblIntro", this);
     introduction->setWordWrap(true);
     column->addWidget(introduction);
 
     auto* body = MakeRow(WindowMargin);
-    body->addWidget(OperationFrames(&window), 1);
-    body->addLayout(RightColumn(&window));
+    body->addWidget(OperationFrames(this), 1);
+    body->addLayout(RightColumn(this));
     column->addLayout(body, 1);
-    column->addLayout(Foot(&window));
+    column->addLayout(Foot(this));
+    for (auto* widget : findChildren<QWidget*>()) {
+        if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
+    }
+    MakePrimary(Find<QPushButton>("cmdDoIt"));
 }
 
-void SettleMainWindow(QWidget& window) {
-    for (auto* option : window.findChildren<QRadioButton*>())
+void MainWindow::Settle() {
+    for (auto* option : findChildren<QRadioButton*>())
         ReserveRoomForBold(*option);
-    for (auto* button : window.findChildren<QPushButton*>())
+    for (auto* button : findChildren<QPushButton*>())
         button->setMinimumWidth(button->sizeHint().width() + ButtonPadding);
-    const auto pane = [&](const char* name) -> QFrame& {
-        return Checked<QFrame>(window.findChild<QWidget*>(name), name);
-    };
     int paneWidth = 0;
     for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey"})
-        paneWidth = std::max(paneWidth, pane(name).sizeHint().width());
+        paneWidth = std::max(paneWidth, Find<QFrame>(name).sizeHint().width());
     for (const char* name : {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"})
-        pane(name).setFixedWidth(paneWidth);
+        Find<QFrame>(name).setFixedWidth(paneWidth);
 }
 
 } // namespace zr5
