@@ -27,6 +27,8 @@ constexpr const char* MouseButtons[] = {
     "cmdSingleFile(0)",    "cmdSingleFile(1)",  "cmdSpecifyDirectory",
     "cmdSpecifyFiles(0)",  "cmdSpecifyFiles(1)"};
 
+constexpr const char* TextBoxes[] = {"txbFilePattern", "txbMaxNumFiles"};
+
 constexpr const char* SoftLabels[] = {
     "lblIntro",     "lblFunction",     "lblInput",      "lblOutput",        "lblInputFolder",
     "lblInputFile", "lblOutputFolder", "lblOutputFile", "lblSetupFilename", "lblSize"};
@@ -66,6 +68,25 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     setObjectName("frmMain");
     setWindowTitle(ProductName);
     LayOut();
+    SetUpClocks();
+    ConnectOptions();
+    ConnectFiles();
+    ConnectMenu();
+    ConnectSetupPanes();
+    ConnectKeyPane();
+    ConnectRandomnessPane();
+    ConnectTextBoxes();
+    for (auto* button : findChildren<QPushButton*>())
+        button->installEventFilter(this);
+    for (const char* name : MouseButtons)
+        Find<ReleaseButton>(name).SetGuard([this] { return parts_.desk.DialogJustClosed(); });
+    Apply(parts_.desk.Refresh());
+    Settle();
+    ApplyPalette();
+    RefreshKeyLabels();
+}
+
+void MainWindow::SetUpClocks() {
     deafClock_.setObjectName("Clock2");
     refreshClock_.setObjectName("Clock3");
     for (QTimer* clock : {&deafClock_, &refreshClock_}) {
@@ -78,22 +99,6 @@ MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
     });
     connect(&refreshClock_, &QTimer::timeout, this, [this] { Refresh(); });
     deafClock_.start();
-
-    ConnectOptions();
-    ConnectMenu();
-    ConnectSetupFrames();
-    ConnectKeyFrame();
-    ConnectRandomnessPane();
-    ConnectTextBoxes();
-    for (auto* button : findChildren<QPushButton*>())
-        button->installEventFilter(this);
-    for (const char* name : MouseButtons)
-        Find<ReleaseButton>(name).SetGuard([this] { return parts_.desk.DialogJustClosed(); });
-
-    Apply(parts_.desk.Refresh());
-    Settle();
-    ApplyPalette();
-    RefreshKeyLabels();
 }
 
 void MainWindow::Refresh() {
@@ -107,6 +112,10 @@ void MainWindow::Apply(MainWindowView view) {
         if (QWidget* widget = controls_.value(QString::fromStdString(name)))
             ApplyControl(*widget, control);
     }
+}
+
+std::string MainWindow::Caption(const char* button) const {
+    return FromQt(Find<QPushButton>(button).text());
 }
 
 void MainWindow::StartClock() {
@@ -157,14 +166,23 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    const std::string caption = FromQt(Find<QPushButton>("cmdQuit").text());
-    event->setAccepted(parts_.program.Quit(caption));
+    event->setAccepted(parts_.program.Quit(Caption("cmdQuit")));
     if (event->isAccepted()) CloseOtherWindows(*this);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && !controls_.isEmpty()) ApplyPalette();
+}
+
+void MainWindow::ConnectTextBoxes() {
+    for (const char* name : TextBoxes) {
+        auto* box = &Find<QLineEdit>(name);
+        box->installEventFilter(this);
+        connect(box, &QLineEdit::textEdited, this, [this, box] { putBack_.remove(box); });
+        connect(box, &QLineEdit::returnPressed, this,
+                [this, box] { LeaveTextBox(*box, SetupDesk::Leaving::Speaking); });
+    }
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -213,16 +231,13 @@ bool MainWindow::LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving) {
 }
 
 /// What hovering has put back is refused now, before anything is done with the value in force.
-bool MainWindow::LeaveTextBoxSpeaking(QLineEdit& box) {
-    const auto typed = putBack_.constFind(&box);
-    if (typed != putBack_.constEnd()) box.setText(typed.value());
-    putBack_.remove(&box);
-    return LeaveTextBox(box, SetupDesk::Leaving::Speaking);
-}
-
 bool MainWindow::LeaveTextBoxes() {
-    for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
-        if (!LeaveTextBoxSpeaking(Find<QLineEdit>(name))) return false;
+    for (const char* name : TextBoxes) {
+        auto& box = Find<QLineEdit>(name);
+        const auto typed = putBack_.constFind(&box);
+        if (typed != putBack_.constEnd()) box.setText(typed.value());
+        putBack_.remove(&box);
+        if (!LeaveTextBox(box, SetupDesk::Leaving::Speaking)) return false;
     }
     return true;
 }

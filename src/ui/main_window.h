@@ -17,6 +17,7 @@
 #include <QHash>
 #include <QTimer>
 #include <QWidget>
+#include <string>
 
 class QLineEdit;
 class QPushButton;
@@ -76,62 +77,35 @@ class MainWindow : public QWidget {
     void Settle();
 
     // main_window_handlers.cpp: what each control leads to.
-    using Handler = void (MainWindow::*)();
-    void OnButton(const char* name, Handler handler);
+    void OnButton(const char* name, std::function<void()> act);
     void ConnectOptions();
+    void ConnectFiles();
     void ConnectMenu();
-    void ConnectSetupFrames();
-    void ConnectKeyFrame();
+    void ConnectSetupPanes();
+    void ConnectKeyPane();
     void ConnectRandomnessPane();
-    void ConnectTextBoxes();
+    void ChooseFolder();
+    void Perform();
+    void ShowPane(Pane pane, const char* focusAfter);
+    void CloseKeyPane();
+    void ShowRandomness();
 
+    // main_window.cpp: what it shows, and how boxes are left.
+    void SetUpClocks();
     void Apply(MainWindowView view);
     void ApplyPalette();
+    void ConnectTextBoxes();
     bool LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving);
     bool LeaveTextBoxes();
-    bool LeaveTextBoxSpeaking(QLineEdit& box);
-    void ShowRandomness();
     void HoverOver(QPushButton& button);
     void FocusLeft(QLineEdit& box, Qt::FocusReason reason);
-
-    void ChooseInput();
-    void ChooseOutput();
-    void ChooseFolder();
-    void SpecifyInputFiles();
-    void SpecifyOutputFiles();
-    void Perform();
-    void ListFiles();
-    void ViewReport();
-    void ShowHelp();
-    void OpenManual();
-    void OpenMakerSite();
-    void Quit();
-    void OpenRandomnessReport();
-    void CheckInputRandomness();
-    void CheckOutputRandomness();
-    void CloseRandomnessReport();
-    void DisplayGraphic();
-    void OpenKeyFrame();
-    void TypeKeyWithDisplay();
-    void TypeKeyWithoutDisplay();
-    void GetKeyFromKeyfile();
-    void CreateKeyfile();
-    void KeyChosen();
-    void EraseKeyOnRequest();
-    void CloseKeyFrame();
-    void OpenSetup();
-    void OpenSaveSetup();
-    void LoadSetup();
-    void SaveSetupForNextRun();
-    void SaveSetupAsOperationFile();
-    void CloseSetup();
-    void ClearSetup();
 
     /// The control of this name; there is one.
     template <typename Widget>
     [[nodiscard]] Widget& Find(const char* name) const {
         return Checked<Widget>(controls_.value(QString::fromLatin1(name)), name);
     }
+    [[nodiscard]] std::string Caption(const char* button) const;
 
     MainWindowParts parts_;
     QHash<QString, QWidget*> controls_; ///< by object name

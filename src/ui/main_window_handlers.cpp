@@ -1,21 +1,31 @@
 // What each control of the main window leads to.
 
-#include "ui/appearance.h"
 #include "ui/main_window.h"
 #include "ui/notices.h"
 #include "ui/randomness_pane.h"
 #include "ui/text_edges.h"
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <utility>
 
 namespace zr5 {
+namespace {
 
-void MainWindow::OnButton(const char* name, Handler handler) {
-    connect(&Find<QPushButton>(name), &QPushButton::clicked, this,
-            [this, handler] { (this->*handler)(); });
+/// There is one help window, which stays where the user has put it.
+void ShowHelp(MainWindow& window) {
+    auto* help = window.findChild<QDialog*>("frmHelp");
+    if (help == nullptr) help = new HelpWindow(&window);
+    help->show();
+    help->raise();
+    help->activateWindow();
+}
+
+} // namespace
+
+void MainWindow::OnButton(const char* name, std::function<void()> act) {
+    connect(&Find<QPushButton>(name), &QPushButton::clicked, this, std::move(act));
 }
 
 void MainWindow::ConnectOptions() {
@@ -38,90 +48,65 @@ void MainWindow::ConnectOptions() {
     on("optNotSubfolders", [](SetupDesk& desk) { desk.AnswerSubfolders(false); });
 }
 
-void MainWindow::ConnectMenu() {
-    OnButton("cmdSingleFile(0)", &MainWindow::ChooseInput);
-    OnButton("cmdSingleFile(1)", &MainWindow::ChooseOutput);
-    OnButton("cmdSpecifyDirectory", &MainWindow::ChooseFolder);
-    OnButton("cmdSpecifyFiles(0)", &MainWindow::SpecifyInputFiles);
-    OnButton("cmdSpecifyFiles(1)", &MainWindow::SpecifyOutputFiles);
-    OnButton("cmdListFiles", &MainWindow::ListFiles);
-    OnButton("cmdKeyFrom", &MainWindow::OpenKeyFrame);
-    OnButton("cmdDoIt", &MainWindow::Perform);
-    OnButton("cmdRandomnessReport", &MainWindow::OpenRandomnessReport);
-    OnButton("cmdReportScreen", &MainWindow::ViewReport);
-    OnButton("cmdSetup", &MainWindow::OpenSetup);
-    OnButton("cmdHelp(0)", &MainWindow::OpenManual);
-    OnButton("cmdHelp(1)", &MainWindow::ShowHelp);
-    OnButton("cmdQuit", &MainWindow::Quit);
-    connect(&Find<QLabel>("lblMaker"), &QLabel::linkActivated, this, [this] { OpenMakerSite(); });
-}
-
-void MainWindow::ConnectSetupFrames() {
-    if (parts_.setupStore != nullptr) {
-        OnButton("cmdLoadSetup", &MainWindow::LoadSetup);
-        OnButton("cmdSaveSetupForNextRun", &MainWindow::SaveSetupForNextRun);
-        OnButton("cmdSaveSetupAsOperationFile", &MainWindow::SaveSetupAsOperationFile);
-    }
-    OnButton("cmdSaveSetup", &MainWindow::OpenSaveSetup);
-    OnButton("cmdClearSetup", &MainWindow::ClearSetup);
-    OnButton("cmdKeepSetup", &MainWindow::CloseSetup);
-    OnButton("cmdDontSaveSetup", &MainWindow::CloseSetup);
-}
-
-void MainWindow::ConnectKeyFrame() {
-    OnButton("cmdKeyboardWithDisplay", &MainWindow::TypeKeyWithDisplay);
-    OnButton("cmdKeyboardWithoutDisplay", &MainWindow::TypeKeyWithoutDisplay);
-    OnButton("cmdKeyFile(0)", &MainWindow::GetKeyFromKeyfile);
-    OnButton("cmdKeyFile(1)", &MainWindow::CreateKeyfile);
-    OnButton("cmdEraseKey", &MainWindow::EraseKeyOnRequest);
-    OnButton("cmdDontSpecifyKeyNow", &MainWindow::CloseKeyFrame);
-}
-
-void MainWindow::ConnectRandomnessPane() {
-    OnButton("cmdRandomnessFile(0)", &MainWindow::CheckInputRandomness);
-    OnButton("cmdRandomnessFile(1)", &MainWindow::CheckOutputRandomness);
-    OnButton("cmdDisplayGraphic", &MainWindow::DisplayGraphic);
-    OnButton("cmdNoRandomnessReport", &MainWindow::CloseRandomnessReport);
-    if (parts_.randomness != nullptr) parts_.randomness->SetView([this] { ShowRandomness(); });
-}
-
-void MainWindow::ConnectTextBoxes() {
-    for (const char* name : {"txbFilePattern", "txbMaxNumFiles"}) {
-        auto* box = &Find<QLineEdit>(name);
-        box->installEventFilter(this);
-        connect(box, &QLineEdit::textEdited, this, [this, box] { putBack_.remove(box); });
-        connect(box, &QLineEdit::returnPressed, this,
-                [this, box] { LeaveTextBox(*box, SetupDesk::Leaving::Speaking); });
-    }
-}
-
-void MainWindow::ChooseInput() {
-    parts_.singleFile.ChooseInput(FromQt(Find<QPushButton>("cmdSingleFile(0)").text()));
-    Refresh();
-}
-
-void MainWindow::ChooseOutput() {
-    parts_.singleFile.ChooseOutput(FromQt(Find<QPushButton>("cmdSingleFile(1)").text()));
-    Refresh();
+void MainWindow::ConnectFiles() {
+    OnButton("cmdSingleFile(0)", [this] {
+        parts_.singleFile.ChooseInput(Caption("cmdSingleFile(0)"));
+        Refresh();
+    });
+    OnButton("cmdSingleFile(1)", [this] {
+        parts_.singleFile.ChooseOutput(Caption("cmdSingleFile(1)"));
+        Refresh();
+    });
+    OnButton("cmdSpecifyDirectory", [this] { ChooseFolder(); });
+    OnButton("cmdSpecifyFiles(0)", [this] {
+        if (!LeaveTextBoxes()) return;
+        parts_.specifyInputFiles(*this);
+        Refresh();
+    });
+    OnButton("cmdSpecifyFiles(1)", [this] {
+        parts_.specifyOutputFiles(*this);
+        Refresh();
+    });
+    OnButton("cmdListFiles", [this] {
+        if (!LeaveTextBoxes()) return;
+        parts_.actions.ListFiles(Caption("cmdListFiles"));
+        OperationEnded();
+    });
 }
 
 void MainWindow::ChooseFolder() {
     if (!LeaveTextBoxes()) return;
     parts_.actions.WhileOutOfUse([this](const StopAsked& stopped) {
-        parts_.folder.ChooseInput(FromQt(Find<QPushButton>("cmdSpecifyDirectory").text()), stopped);
+        parts_.folder.ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
     });
     OperationEnded();
 }
 
-void MainWindow::SpecifyInputFiles() {
-    if (!LeaveTextBoxes()) return;
-    parts_.specifyInputFiles(*this);
-    Refresh();
-}
-
-void MainWindow::SpecifyOutputFiles() {
-    parts_.specifyOutputFiles(*this);
-    Refresh();
+void MainWindow::ConnectMenu() {
+    OnButton("cmdKeyFrom", [this] {
+        keyFrame_.Open(parts_.key, keyLabels_);
+        ShowPane(Pane::Key, "cmdKeyboardWithDisplay");
+    });
+    OnButton("cmdDoIt", [this] { Perform(); });
+    OnButton("cmdRandomnessReport", [this] {
+        parts_.randomness->Open();
+        OperationEnded();
+    });
+    OnButton("cmdReportScreen", [this] {
+        if (parts_.actions.ReportIsEmpty()) {
+            parts_.user.Ask(EmptyReportBox());
+        } else {
+            parts_.actions.ShowReport();
+        }
+    });
+    OnButton("cmdSetup", [this] {
+        if (LeaveTextBoxes()) ShowPane(Pane::Setup, "cmdKeepSetup");
+    });
+    OnButton("cmdHelp(0)", [this] { parts_.program.OpenManual(); });
+    OnButton("cmdHelp(1)", [this] { ShowHelp(*this); });
+    OnButton("cmdQuit", [this] { close(); });
+    connect(&Find<QLabel>("lblMaker"), &QLabel::linkActivated, this,
+            [this] { parts_.program.OpenMakerSite(); });
 }
 
 void MainWindow::Perform() {
@@ -133,113 +118,57 @@ void MainWindow::Perform() {
     OperationEnded();
 }
 
-void MainWindow::ListFiles() {
-    if (!LeaveTextBoxes()) return;
-    parts_.actions.ListFiles(FromQt(Find<QPushButton>("cmdListFiles").text()));
-    OperationEnded();
-}
-
-void MainWindow::ViewReport() {
-    if (parts_.actions.ReportIsEmpty()) {
-        parts_.user.Ask(EmptyReportBox());
-    } else {
-        parts_.actions.ShowReport();
-    }
-}
-
-void MainWindow::ShowHelp() {
-    auto* help = findChild<QDialog*>("frmHelp");
-    if (help == nullptr) help = new HelpWindow(this);
-    help->show();
-    help->raise();
-    help->activateWindow();
-}
-
-void MainWindow::OpenManual() {
-    parts_.program.OpenManual();
-}
-
-void MainWindow::OpenMakerSite() {
-    parts_.program.OpenMakerSite();
-}
-
-void MainWindow::Quit() {
-    close();
-}
-
-void MainWindow::OpenRandomnessReport() {
-    parts_.randomness->Open();
-    OperationEnded();
-}
-
-void MainWindow::CheckInputRandomness() {
-    parts_.randomness->Check(Input);
-    OperationEnded();
-}
-
-void MainWindow::CheckOutputRandomness() {
-    parts_.randomness->Check(Output);
-    OperationEnded();
-}
-
-void MainWindow::CloseRandomnessReport() {
-    parts_.randomness->Close();
-}
-
-void MainWindow::DisplayGraphic() {
-    parts_.showGraphic(*this, parts_.randomness->Shown().path);
-}
-
-void MainWindow::ShowRandomness() {
+void MainWindow::ShowPane(Pane pane, const char* focusAfter) {
+    parts_.desk.Show(pane);
     Refresh();
-    Find<RandomnessPane>("fraRandomnessFiles").Show(*parts_.randomness);
-    if (parts_.randomness->state() == RandomnessReport::State::Closed)
-        Find<QPushButton>("cmdRandomnessReport").setFocus();
+    Find<QPushButton>(focusAfter).setFocus();
 }
 
-void MainWindow::OpenKeyFrame() {
-    keyFrame_.Open(parts_.key, keyLabels_);
-    parts_.desk.Show(Pane::Key);
-    Refresh();
-    Find<QPushButton>("cmdKeyboardWithDisplay").setFocus();
+void MainWindow::ConnectSetupPanes() {
+    const auto thenMenu = [this](const char* name, std::function<void()> act) {
+        OnButton(name, [this, act = std::move(act)] {
+            act();
+            ShowPane(Pane::Menu, "cmdSetup");
+        });
+    };
+    OnButton("cmdSaveSetup", [this] { ShowPane(Pane::SaveSetup, "cmdDontSaveSetup"); });
+    thenMenu("cmdClearSetup", [this] {
+        parts_.desk.ResetSetup();
+        EraseKey(parts_.key, parts_.engine);
+        RefreshKeyLabels();
+    });
+    thenMenu("cmdKeepSetup", [] {});
+    thenMenu("cmdDontSaveSetup", [] {});
+    if (parts_.setupStore == nullptr) return;
+    thenMenu("cmdLoadSetup", [this] {
+        parts_.desk.Show(Pane::Waiting);
+        Refresh();
+        parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); }, [this] { Refresh(); });
+    });
+    thenMenu("cmdSaveSetupForNextRun", [this] { parts_.setupStore->SaveForNextRun(); });
+    thenMenu("cmdSaveSetupAsOperationFile",
+             [this] { parts_.setupStore->SaveAsOperationFile([this] { NoteDialogClosed(); }); });
 }
 
-void MainWindow::TypeKeyWithDisplay() {
-    parts_.typeKeyWithDisplay(*this);
-    KeyChosen();
+void MainWindow::ConnectKeyPane() {
+    const auto choosing = [this](const char* name, std::function<void()> choose) {
+        OnButton(name, [this, choose = std::move(choose)] {
+            choose();
+            RefreshKeyLabels();
+            CloseKeyPane();
+        });
+    };
+    choosing("cmdKeyboardWithDisplay", [this] { parts_.typeKeyWithDisplay(*this); });
+    choosing("cmdKeyboardWithoutDisplay", [this] { parts_.typeKeyWithoutDisplay(*this); });
+    choosing("cmdKeyFile(0)", [this] { parts_.getKeyFromKeyfile(*this, KeyfileMode::Existing); });
+    choosing("cmdKeyFile(1)", [this] { parts_.getKeyFromKeyfile(*this, KeyfileMode::Create); });
+    choosing("cmdEraseKey", [this] { EraseKeyAndTell(parts_.key, parts_.engine, parts_.user); });
+    OnButton("cmdDontSpecifyKeyNow", [this] { CloseKeyPane(); });
 }
 
-void MainWindow::TypeKeyWithoutDisplay() {
-    parts_.typeKeyWithoutDisplay(*this);
-    KeyChosen();
-}
-
-void MainWindow::GetKeyFromKeyfile() {
-    parts_.getKeyFromKeyfile(*this, KeyfileMode::Existing);
-    KeyChosen();
-}
-
-void MainWindow::CreateKeyfile() {
-    parts_.getKeyFromKeyfile(*this, KeyfileMode::Create);
-    KeyChosen();
-}
-
-void MainWindow::KeyChosen() {
-    RefreshKeyLabels();
-    CloseKeyFrame();
-}
-
-void MainWindow::EraseKeyOnRequest() {
-    EraseKeyAndTell(parts_.key, parts_.engine, parts_.user);
-    KeyChosen();
-}
-
-void MainWindow::CloseKeyFrame() {
-    const KeyFrame::FocusAfter focus = keyFrame_.Close(parts_.key);
-    parts_.desk.Show(Pane::Menu);
-    Refresh();
-    const bool toKey = focus == KeyFrame::FocusAfter::KeyFrom;
-    Find<QPushButton>(toKey ? "cmdKeyFrom" : "cmdDoIt").setFocus();
+void MainWindow::CloseKeyPane() {
+    const bool toKey = keyFrame_.Close(parts_.key) == KeyFrame::FocusAfter::KeyFrom;
+    ShowPane(Pane::Menu, toKey ? "cmdKeyFrom" : "cmdDoIt");
 }
 
 void MainWindow::RefreshKeyLabels() {
@@ -249,47 +178,26 @@ void MainWindow::RefreshKeyLabels() {
     ApplyPalette();
 }
 
-void MainWindow::OpenSetup() {
-    if (!LeaveTextBoxes()) return;
-    parts_.desk.Show(Pane::Setup);
+void MainWindow::ConnectRandomnessPane() {
+    const auto check = [this](const char* name, std::size_t file) {
+        OnButton(name, [this, file] {
+            parts_.randomness->Check(file);
+            OperationEnded();
+        });
+    };
+    check("cmdRandomnessFile(0)", Input);
+    check("cmdRandomnessFile(1)", Output);
+    OnButton("cmdDisplayGraphic",
+             [this] { parts_.showGraphic(*this, parts_.randomness->Shown().path); });
+    OnButton("cmdNoRandomnessReport", [this] { parts_.randomness->Close(); });
+    if (parts_.randomness != nullptr) parts_.randomness->SetView([this] { ShowRandomness(); });
+}
+
+void MainWindow::ShowRandomness() {
     Refresh();
-    Find<QPushButton>("cmdKeepSetup").setFocus();
-}
-
-void MainWindow::OpenSaveSetup() {
-    parts_.desk.Show(Pane::SaveSetup);
-    Refresh();
-    Find<QPushButton>("cmdDontSaveSetup").setFocus();
-}
-
-void MainWindow::LoadSetup() {
-    parts_.desk.Show(Pane::Waiting);
-    Refresh();
-    parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); }, [this] { Refresh(); });
-    CloseSetup();
-}
-
-void MainWindow::SaveSetupForNextRun() {
-    parts_.setupStore->SaveForNextRun();
-    CloseSetup();
-}
-
-void MainWindow::SaveSetupAsOperationFile() {
-    parts_.setupStore->SaveAsOperationFile([this] { NoteDialogClosed(); });
-    CloseSetup();
-}
-
-void MainWindow::CloseSetup() {
-    parts_.desk.Show(Pane::Menu);
-    Refresh();
-    Find<QPushButton>("cmdSetup").setFocus();
-}
-
-void MainWindow::ClearSetup() {
-    parts_.desk.ResetSetup();
-    EraseKey(parts_.key, parts_.engine);
-    RefreshKeyLabels();
-    CloseSetup();
+    Find<RandomnessPane>("fraRandomnessFiles").Show(*parts_.randomness);
+    if (parts_.randomness->state() == RandomnessReport::State::Closed)
+        Find<QPushButton>("cmdRandomnessReport").setFocus();
 }
 
 } // namespace zr5
