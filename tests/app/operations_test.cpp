@@ -30,23 +30,6 @@ TEST_F(EndToEnd, TakesEveryNameInPlaceAndToADifferentFile) {
     }
 }
 
-TEST_F(EndToEnd, ReportsAWrongKeyAndLeavesBothFilesAsTheyWere) {
-    TypeKey();
-    folder.Write("a.odg", "content");
-    ChooseInput("a.odg");
-    static_cast<void>(Perform());
-    const std::string sealed = folder.Read("a.odg");
-    folder.Write("out", "kept");
-    Choose("optDecrypt");
-    Choose("optWriteToSeparateOutputFiles");
-    ChooseInput("a.odg", true);
-    ChooseOutput("out");
-    TypeKey("another key of good length");
-    EXPECT_TRUE(Reports("7 bytes   Invalid block size.\n"));
-    EXPECT_EQ(folder.Read("a.odg"), sealed);
-    EXPECT_EQ(folder.Read("out"), "kept");
-}
-
 TEST_F(EndToEnd, ReportsWhatVanishedOrChangedItsKindAfterItWasChosen) {
     TypeKey();
     folder.Write("a.odg", "content");

@@ -27,16 +27,6 @@ class RepeatableRandom final : public RandomSource {
     std::mt19937 engine_{2026};
 };
 
-TEST(RandomKey, FollowsTheFormulaOfClockAndPointer) {
-    EXPECT_EQ(KeyCharacter(0, 0, 0), 33);
-    EXPECT_EQ(KeyCharacter(0, 1, 1), 34);
-    EXPECT_EQ(KeyCharacter(99, 6195, 3105), 33 + std::uint64_t{3303} * 6294 * 100 % 223);
-    EXPECT_EQ(KeyCharacter(100, 32767, 32767), 33 + std::uint64_t{32967} * 32867 * 101 % 223);
-    EXPECT_EQ(Hundredths(milliseconds(86'399'994)), 99U);
-    EXPECT_EQ(Hundredths(milliseconds(86'399'995)), 100U);
-    EXPECT_EQ(Hundredths(milliseconds(7'000)), 0U);
-}
-
 TEST(RandomKey, ComesFromMovementOnlyAndShowsItsProgress) {
     test::StoppedClock clock;
     RepeatableRandom random;

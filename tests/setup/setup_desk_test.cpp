@@ -43,18 +43,6 @@ TEST_F(Desk, ResetsEveryChoice) {
     EXPECT_TRUE(desk.Setup().FilePath(Input).empty());
 }
 
-TEST_F(Desk, WordsEveryCaptionAfterTheFunction) {
-    EXPECT_TRUE(Control("optEncrypt").bold);
-    EXPECT_EQ(Text("cmdKeyFrom"), "Specify encryption key");
-    desk.SelectFunction(Function::Decrypt);
-    EXPECT_FALSE(Control("optEncrypt").bold);
-    EXPECT_TRUE(Control("optDecrypt").bold);
-    EXPECT_EQ(Text("cmdKeyFrom"), "Specify decryption key");
-    EXPECT_EQ(Text("cmdDoIt"), "Perform the decryption");
-    EXPECT_EQ(Text("cmdListFiles"), "List files to be decrypted");
-    EXPECT_EQ(Text("lblFilesInAFolder"), "Files will be decrypted 'in place'.");
-}
-
 TEST_F(Desk, ClearsTheInputChoiceWhenItsKindChanges) {
     ChooseInput();
     desk.SelectInputMode(InputSource::SingleFile);
@@ -193,10 +181,6 @@ TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
     EXPECT_TRUE(desk.ReadyToPerform());
     EXPECT_EQ(Text("lblFolder(0)"), "/in/");
     EXPECT_EQ(Text("lblFolder(1)"), "/out/");
-}
-
-TEST(Words, SayThatNoFilesAreSeveral) {
-    EXPECT_EQ(FileWord(0), "files");
 }
 
 TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {

@@ -106,21 +106,6 @@ TEST_F(MainWindowTest, HasEveryControlAndCaptionOnASmallScreen) {
     EXPECT_LE(window.minimumSizeHint().height(), 700);
 }
 
-TEST_F(MainWindowTest, RewordsItsCaptionsAndMovesNothingWhenDecrypting) {
-    const QRect before = The("optSingleFile").geometry();
-    Click("optDecrypt");
-    EXPECT_EQ(Caption("cmdDoIt"), "Perform the decryption");
-    EXPECT_TRUE(The<QRadioButton>("optDecrypt").font().bold());
-    QApplication::processEvents();
-    EXPECT_EQ(The("optSingleFile").geometry(), before);
-    Click("optFilesInAFolder");
-    EXPECT_TRUE(The("fraOutput").isHidden());
-    user.Expect("Subfolders?", "Please select an input folder.");
-    Click("optSubfolders");
-    for (const char* option : {"optSubfolders", "optNotSubfolders"})
-        EXPECT_FALSE(The<QRadioButton>(option).isChecked()) << option;
-}
-
 TEST_F(MainWindowTest, ShowsWhatTheClockFindsUnlessAnOperationRuns) {
     desk.SetOperationRunning(true);
     desk.SelectFunction(Function::Decrypt);
@@ -203,14 +188,6 @@ TEST_F(MainWindowTest, PutsKeyAndSetupFramesInThePlaceOfTheMenu) {
     EXPECT_EQ(Label("lblKeyFrom(0)"), "Key not specified");
     EXPECT_TRUE(The<QRadioButton>("optEncrypt").isChecked());
     EXPECT_TRUE(The("fraMenu").isVisible());
-}
-
-TEST_F(MainWindowTest, ShowsTheReportOnlyWhenThereIsOne) {
-    user.Expect("Report screen", "The report screen is empty.");
-    Click("cmdReportScreen");
-    program.reportIsEmpty = false;
-    Click("cmdReportScreen");
-    EXPECT_EQ(program.log, std::vector<std::string>{"report"});
 }
 
 TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {

@@ -44,22 +44,10 @@ TEST(ProgramTexts, SayWhatIsWrongAndWhere) {
         std::int32_t code;
     } cases[] = {{"", -6},
                  {"\n# only comments\n", 0},
-                 {"\xEF\xBB\xBF", 0},
                  {"1 \xFF\n", -4},
-                 {"1 cut off \xC3", -4},
-                 {"1 \xED\xA0\x80\n", -4}, // half of a surrogate pair
-                 {"1 \xC0\xAF\n", -4},     // longer than needed
-                 {"text\n", -501},
-                 {"1 one\ntext\n", -502},
                  {"1 one\n\n#\n2\n", -504},
-                 {"1 one\n2 \n", -502},
-                 {"1\tone\n", -501},
-                 {" 1 one\n", -501},
-                 {"0 none\n", -501},
-                 {"-1 less\n", -501},
                  {"32768 more\n", -501},
                  {"1 " + std::string(1024, 'x'), -1001},
-                 {"1 one\n2 " + std::string(1022, 'x') + "\\n\n", -1002}, // two bytes more
                  {"1 one\n2 two\n1 again\n", -1503},
                  {lines, 499},
                  {lines + "\n", -3}};
