@@ -94,5 +94,28 @@ TEST_F(Interference, WithTheOriginalKeepsItsNewVersion) {
     }
 }
 
+TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
+    folder.Write("a", "mine");
+    Disk().Before(FsCall::Rename, 2, [this] { folder.Write("a", "theirs"); });
+    const FileResult result = Process(Function::Encrypt, "a");
+    EXPECT_EQ(result.outcome, outcome::NotRenamed);
+    EXPECT_EQ(folder.Read("a"), "theirs");
+    EXPECT_EQ(Decrypted(result.resultPath), "mine");
+}
+
+TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
+    original = PatternBytes(200'000);
+    folder.Write("a", original);
+    ASSERT_EQ(Process(Function::Encrypt, "a").outcome, 0);
+    std::string damaged = folder.Read("a");
+    damaged[100] = static_cast<char>(damaged[100] ^ 1);
+    folder.Write("a", damaged);
+    const FileResult result = Process(Function::Decrypt, "a");
+    EXPECT_EQ(result.outcome, -21);
+    EXPECT_EQ(result.resultPath, folder / "a.zr5");
+    EXPECT_EQ(folder.Read("a"), damaged);
+    EXPECT_EQ(folder.Read("a.zr5"), std::string(65'536, '\0') + original.substr(65'536));
+}
+
 } // namespace
 } // namespace zr5::test
