@@ -3,7 +3,7 @@
 #include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
-#include "support/known_answers.h"
+#include "support/md5_text.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -23,11 +23,8 @@ TEST(Md5, GivesTheAnswersOfRfc1321) {
            "d174ab98d277d9f5a5611c2c9f419d9f"},
           {"1234567890123456789012345678901234567890"
            "1234567890123456789012345678901234567890"sv,
-           "57edf4a22be3c955ac49da2e2107b67a"}}) {
+           "57edf4a22be3c955ac49da2e2107b67a"}})
         EXPECT_EQ(Md5Text(text), digest);
-        const std::string longer = std::string(text) + "more";
-        EXPECT_EQ(MD5Digest(longer, static_cast<std::int32_t>(text.size())), MD5Digest(text));
-    }
 }
 
 TEST(Crypto, ComputesItsKnownAnswersAndCountsBlocksInSixtyFourBits) {
