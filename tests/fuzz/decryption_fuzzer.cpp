@@ -7,16 +7,14 @@
 //   2 PLACE PLACE FILE PLACE PLACE    put a part of that genuine file in place of a part
 //   PLACE             two bytes: a number of blocks, and so many bytes (signed) from there
 
-#include "fuzz/memory_file_system.h"
 #include "libs/cipher/zr5_engine.h"
 #include "libs/cipher/zr5_format.h"
 #include "libs/system/clock.h"
 #include "libs/system/random.h"
+#include "support/temporary_folder.h"
 
-#include <array>
-#include <cstdint>
+#include <algorithm>
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 namespace zr5::fuzz {
@@ -29,28 +27,19 @@ void Require(bool condition) {
     if (!condition) std::abort();
 }
 
-class CountingRandom final : public RandomSource {
-  public:
-    void Fill(std::span<std::byte> into) override {
-        for (std::byte& byte : into)
-            byte = static_cast<std::byte>(next_++ * 0x9E3779B9U >> 24U);
-    }
-
-  private:
-    std::uint32_t next_ = 1;
-};
-
 struct Genuine {
     std::string plain;
     std::string sealed;
 };
 
-/// The engine, and files that it has encrypted, all of one run.
+/// The engine, on a folder in memory, and files that it has encrypted, all of one run.
 struct Bench {
-    MemoryFileSystem disk;
+    int inMemory = setenv("TMPDIR", "/dev/shm", 1);
+    test::TemporaryFolder folder;
+    std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
     SystemClock clock;
-    CountingRandom random;
-    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(disk, clock, random);
+    SystemRandom random;
+    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*disk, clock, random);
     std::vector<Genuine> files;
 
     Bench() {
@@ -58,12 +47,11 @@ struct Bench {
         for (const std::size_t length :
              {std::size_t{1}, std::size_t{100}, BlockBytes, BlockBytes + 1, 3 * BlockBytes - 5,
               3 * BlockBytes, 17 * BlockBytes + 7}) {
-            std::string plain(length, '\0');
-            random.Fill(std::as_writable_bytes(std::span(plain)));
-            disk.files = {{"/plain", plain}};
+            const std::string plain = test::PatternBytes(length, static_cast<unsigned>(length));
             engine->operation_initialization(Key, EngineEncrypt, length, 0);
-            Require(engine->encrypt_file("/plain", "/sealed") == engine_code::Success);
-            files.push_back({std::move(plain), disk.files["/sealed"]});
+            Require(engine->encrypt_file(folder.Write("plain", plain), folder / "in") ==
+                    engine_code::Success);
+            files.push_back({plain, folder.Read("in")});
         }
     }
 };
@@ -105,43 +93,31 @@ class Steps {
     std::span<const std::uint8_t> left_;
 };
 
-void ChangeBits(std::string& file, Steps& steps) {
+void Change(std::string& file, Steps& steps) {
+    const std::uint8_t kind = steps.Byte() % 3;
     const std::size_t at = steps.Place(file);
-    const std::uint8_t bits = steps.Byte();
-    if (at < file.size()) file[at] = static_cast<char>(file[at] ^ bits);
-}
-
-void PutBytes(std::string& file, Steps& steps) {
-    const std::size_t at = steps.Place(file);
-    std::string bytes(steps.Byte(), '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(steps.Byte());
-    file.replace(at, bytes.size(), bytes);
-}
-
-void PutPart(std::string& file, Steps& steps) {
-    const std::size_t from = steps.Place(file);
-    const std::size_t to = std::max(from, steps.Place(file));
-    const std::string& other = steps.File().sealed;
-    const std::size_t otherFrom = steps.Place(other);
-    const std::size_t otherTo = std::max(otherFrom, steps.Place(other));
-    file.replace(from, to - from, other, otherFrom, otherTo - otherFrom);
-}
-
-std::string Changed(std::string file, Steps& steps) {
-    for (int i = 0; i < 8 && !steps.AtEnd() && file.size() <= LargestFileBytes; ++i) {
-        const std::uint8_t step = steps.Byte() % 3;
-        if (step == 0) ChangeBits(file, steps);
-        if (step == 1) PutBytes(file, steps);
-        if (step == 2) PutPart(file, steps);
+    if (kind == 0) {
+        const std::uint8_t bits = steps.Byte();
+        if (at < file.size()) file[at] = static_cast<char>(file[at] ^ bits);
+    } else if (kind == 1) {
+        std::string bytes(steps.Byte(), '\0');
+        std::ranges::generate(bytes, [&] { return static_cast<char>(steps.Byte()); });
+        file.replace(at, bytes.size(), bytes);
+    } else {
+        const std::size_t to = std::max(at, steps.Place(file));
+        const std::string& other = steps.File().sealed;
+        const std::size_t from = steps.Place(other);
+        file.replace(at, to - at, other.substr(from, std::max(from, steps.Place(other)) - from));
     }
-    // Another run salt costs a slow derivation, so there are three others only.
+}
+
+/// Another run salt costs a slow derivation, so there are three others only.
+void LimitRunSalts(std::string& file) {
     const std::string& runSalt = TheBench().files.front().sealed;
     for (std::size_t at = RunSaltAt; at < std::min(FileSaltAt, file.size()); ++at) {
         const int bits = at == RunSaltAt ? (file[at] ^ runSalt[at]) & 3 : 0;
         file[at] = static_cast<char>(runSalt[at] ^ bits);
     }
-    return file;
 }
 
 /// The part of `text` that makes up piece `number` when it is cut into pieces of `length`.
@@ -150,67 +126,40 @@ std::string_view Piece(std::string_view text, std::size_t number, std::size_t le
                                          : std::string_view{};
 }
 
-struct Outcome {
-    std::int32_t code = engine_code::WrongKeyOrCorrupt;
+/// What comes back of a file under the header of `own`: its blocks in their places, and zeros.
+std::string Recovered(std::string_view file, const Genuine& own) {
+    file.remove_prefix(HeaderBytes);
+    const std::string_view ownBlocks = std::string_view(own.sealed).substr(HeaderBytes);
     std::string plain;
-};
-
-/// What docs/format.md says must become of a file, found out without opening a block.
-Outcome Expected(const std::string& file) {
-    const std::string_view header = std::string_view(file).substr(0, HeaderBytes);
-    const auto& files = TheBench().files;
-    const auto own = std::ranges::find_if(
-        files, [&](const Genuine& one) { return one.sealed.starts_with(header); });
-    if (own == files.end() || file.size() <= HeaderBytes + TagBytes) return {};
-
-    const std::string_view body = std::string_view(file).substr(HeaderBytes);
-    const std::string_view ownBody = std::string_view(own->sealed).substr(HeaderBytes);
-    const std::size_t rest = body.size() % SealedBlockBytes;
-    const std::size_t blocks = body.size() / SealedBlockBytes + (rest > TagBytes ? 1 : 0);
-    bool endIsWrong = rest != 0 && rest <= TagBytes;
-    bool lastIsDamaged = false;
-    std::int32_t damaged = 0;
-    Outcome outcome;
-    for (std::size_t i = 0; i < blocks; ++i) {
-        const std::string_view sealed = Piece(body, i, SealedBlockBytes);
-        const bool isLast = i + 1 == blocks;
-        if (sealed == Piece(ownBody, i, SealedBlockBytes)) {
-            outcome.plain += Piece(own->plain, i, BlockBytes);
-            const bool wasLast = (i + 1) * SealedBlockBytes >= ownBody.size();
-            endIsWrong = endIsWrong || wasLast != isLast;
-        } else {
-            outcome.plain.append(sealed.size() - TagBytes, '\0');
-            ++damaged;
-            lastIsDamaged = isLast;
-        }
+    for (std::size_t i = 0; Piece(file, i, SealedBlockBytes).size() > TagBytes; ++i) {
+        const std::string_view sealed = Piece(file, i, SealedBlockBytes);
+        if (sealed == Piece(ownBlocks, i, SealedBlockBytes))
+            plain += Piece(own.plain, i, BlockBytes);
+        else
+            plain.append(sealed.size() - TagBytes, '\0');
     }
-    if (endIsWrong || (damaged == 1 && lastIsDamaged))
-        outcome.code = engine_code::CorruptEndPartial;
-    else if (damaged == 0)
-        outcome.code = engine_code::Success;
-    else
-        outcome.code = engine_code::OneDamagedBlock + 1 - std::min(damaged, 9);
-    return outcome;
+    return plain;
 }
 
 /// `begun` is what `file` was made of.
 void Check(const std::string& file, const Genuine& begun) {
-    const std::string Before = "what stood there before";
     Bench& bench = TheBench();
-    bench.disk.files = {{"/in", file}, {"/out", Before}};
+    const std::string in = bench.folder.Write("in", file);
+    const std::string out = bench.folder.Write("out", "before");
+    const std::string plain = bench.folder.Write("plain", begun.plain);
     bench.engine->operation_initialization(Key, EngineDecrypt, file.size(), 0);
-    const std::int32_t code = bench.engine->decrypt_file("/in", "/out");
-    const Outcome expected = Expected(file);
-    Require(code == expected.code);
-    Require(bench.disk.files.size() == 2 && bench.disk.files["/in"] == file);
-    const bool isUntouched = code == engine_code::WrongKeyOrCorrupt;
-    Require(bench.disk.files["/out"] == (isUntouched ? Before : expected.plain));
-    const bool isGenuine =
-        std::ranges::find(bench.files, file, &Genuine::sealed) != bench.files.end();
+    const std::int32_t code = bench.engine->decrypt_file(in, out);
+    const auto& files = bench.files;
+    const auto own = std::ranges::find(files, file.substr(0, HeaderBytes), [](const Genuine& one) {
+        return one.sealed.substr(0, HeaderBytes);
+    });
+    const bool isForeign = own == files.end() || file.size() <= HeaderBytes + TagBytes;
+    const bool isGenuine = std::ranges::find(files, file, &Genuine::sealed) != files.end();
+    Require((code == engine_code::WrongKeyOrCorrupt) == isForeign);
     Require((code == engine_code::Success) == isGenuine);
-
-    bench.disk.files["/plain"] = begun.plain;
-    const bool agrees = bench.engine->verify_file("/plain", "/in") == engine_code::Success;
+    Require(bench.folder.Read("out") == (isForeign ? "before" : Recovered(file, *own)));
+    Require(bench.folder.Read("in") == file && bench.folder.Names().size() == 3);
+    const bool agrees = bench.engine->verify_file(plain, in) == engine_code::Success;
     Require(agrees == (file == begun.sealed));
 }
 
@@ -221,6 +170,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace zr5::fuzz;
     Steps steps({data, size});
     const Genuine& begun = steps.File();
-    Check(Changed(begun.sealed, steps), begun);
+    std::string file = begun.sealed;
+    for (int i = 0; i < 8 && !steps.AtEnd() && file.size() <= LargestFileBytes; ++i)
+        Change(file, steps);
+    LimitRunSalts(file);
+    Check(file, begun);
     return 0;
 }
