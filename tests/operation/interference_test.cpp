@@ -49,7 +49,7 @@ TEST_F(Interference, UnderTheNameOfTheResultReplacesNothing) {
             if (!isTaken) continue;
             ++taken;
             EXPECT_TRUE(ForeignFileIsThere()) << number << report;
-            EXPECT_TRUE(IsSafe(original)) << number << report;
+            EXPECT_TRUE(IsSafe()) << number << report;
         }
     }
     EXPECT_GT(taken, 5U);
@@ -61,7 +61,7 @@ TEST_F(Interference, WithTheVerifiedResultKeepsTheOriginal) {
         folder.Remove("a.zr5");
         folder.Write("a.zr5", Foreign);
     };
-    EXPECT_EQ(Process(Function::Encrypt, "a").outcome, engine_code::WriteError);
+    EXPECT_EQ(Process(Function::Encrypt).outcome, engine_code::WriteError);
     EXPECT_EQ(folder.Read("a"), original);
     EXPECT_TRUE(ForeignFileIsThere());
 }
@@ -81,23 +81,23 @@ TEST_F(Interference, WithTheOriginalKeepsItsNewVersion) {
          {Moment{Function::Encrypt, FsCall::Open, 1}, Moment{Function::Encrypt, FsCall::Write, 2},
           Moment{Function::Decrypt, FsCall::Open, 0}}) {
         beforePurge = {};
-        Prepare(moment.function, original);
+        PrepareFor(Road{moment.function});
         beforePurge = [&] {
             if (moment.number == 0) return saveNewVersion();
             Disk().Before(moment.call, moment.number, saveNewVersion);
         };
-        const FileResult result = Process(moment.function, "a");
+        const FileResult result = Process(moment.function);
         Disk().Reset();
         EXPECT_EQ(result.outcome, outcome::NotRenamed);
         EXPECT_EQ(folder.Read("a"), Foreign);
-        EXPECT_TRUE(IsSafe(original));
+        EXPECT_TRUE(IsSafe());
     }
 }
 
 TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
     folder.Write("a", "mine");
     Disk().Before(FsCall::Rename, 2, [this] { folder.Write("a", "theirs"); });
-    const FileResult result = Process(Function::Encrypt, "a");
+    const FileResult result = Process(Function::Encrypt);
     EXPECT_EQ(result.outcome, outcome::NotRenamed);
     EXPECT_EQ(folder.Read("a"), "theirs");
     EXPECT_EQ(Decrypted(result.resultPath), "mine");
@@ -105,12 +105,10 @@ TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
 
 TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
     original = PatternBytes(200'000);
-    folder.Write("a", original);
-    ASSERT_EQ(Process(Function::Encrypt, "a").outcome, 0);
-    std::string damaged = folder.Read("a");
+    std::string damaged = Sealed(original);
     damaged[100] = static_cast<char>(damaged[100] ^ 1);
     folder.Write("a", damaged);
-    const FileResult result = Process(Function::Decrypt, "a");
+    const FileResult result = Process(Function::Decrypt);
     EXPECT_EQ(result.outcome, -21);
     EXPECT_EQ(result.resultPath, folder / "a.zr5");
     EXPECT_EQ(folder.Read("a"), damaged);

@@ -1,12 +1,22 @@
 #pragma once
 
-// Whole operations, in place and to another file, with a journal, that a test can interrupt.
+// Whole operations, in place and to another file, with a journal, the real engine and file kit,
+// on a disk that a test can make to fail.
 
-#include "operation/in_place_fixture.h"
+#include "libs/cipher/engine_fixture.h"
+#include "libs/filekit/zr5_file_kit.h"
+#include "operation/in_place.h"
 #include "operation/interrupted_operation.h"
 #include "operation/operation_run.h"
+#include "support/scripted_user.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
 
 namespace zr5::test {
+
+using Names = std::set<std::string>;
 
 /// One way through the program: in place, or to another file that is there already or not.
 struct Road {
@@ -19,9 +29,11 @@ inline constexpr std::array Roads = {
     Road{Function::Encrypt, true}, Road{Function::Encrypt, true, true},
     Road{Function::Decrypt, true}, Road{Function::Decrypt, true, true}};
 
-class Interruption : public InPlace {
+class Interruption : public EngineTest {
   protected:
     Interruption() {
+        key.keyText = SecretBytes::CopyOf(Key);
+        key.keyState = key_state::Keyboard;
         machine.journalPath = JournalPath();
         user.onAsk = [this](const MessageBox& box) {
             boxes += box.text;
@@ -31,10 +43,18 @@ class Interruption : public InPlace {
     }
     [[nodiscard]] std::string JournalPath() const { return config / "zr5e.journal"; }
 
-    /// Makes ready what an operation on `a` finds.
+    /// Works on `a` in place, without a journal.
+    FileResult Process(Function function) {
+        setup.Operation = function;
+        return ProcessInPlace({setup, key, list, machine, nullptr}, folder / "a",
+                              {{}, beforePurge});
+    }
+    /// Makes ready what an operation on `a` finds: nothing but `original`, plain or encrypted.
     void PrepareFor(const Road& road) {
-        Prepare(road.function, original);
-        input = folder.Read("a");
+        Disk().Reset();
+        folder.Empty();
+        input = road.function == Function::Encrypt ? original : Sealed(original);
+        folder.Write("a", input);
         other.Empty();
         if (road.overAnOutput) other.Write("a", Old);
         boxes.clear();
@@ -44,6 +64,7 @@ class Interruption : public InPlace {
         const TemporaryFolder& output = road.elsewhere ? other : folder;
         setup.Folder = {folder.Path(), output.Path()};
         list = {{WorkItem::Kind::File, folder / "a", output / "a"}};
+        Disk().Reset();
     }
     /// The report of the operation.
     std::string Run() {
@@ -53,10 +74,23 @@ class Interruption : public InPlace {
     }
     void Start() { FinishInterruptedOperations(Disk(), *kit, user, JournalPath()); }
 
+    /// What a file decrypts to with the test's key; empty when it does not.
+    static std::string Decrypted(const std::string& path) {
+        Disk().Reset();
+        const TemporaryFolder elsewhere;
+        if (DecryptPath(path, elsewhere / "out") != 0) return {};
+        return elsewhere.Read("out");
+    }
+    /// Whether the original is still to be had in full, as it was or encrypted, from some file.
+    bool IsSafe() {
+        return std::ranges::any_of(folder.Names(), [&](const std::string& name) {
+            return folder.Read(name) == original || Decrypted(folder / name) == original;
+        });
+    }
     /// Whether nothing is lost: in place a complete file is somewhere, else the input is as it was
     /// and the output, if there is one, is the old one or complete, or `report` says otherwise.
     bool NothingIsLost(const Road& road, const std::string& report = {}) {
-        if (!road.elsewhere) return IsSafe(original);
+        if (!road.elsewhere) return IsSafe();
         if (folder.Names() != Names{"a"} || folder.Read("a") != input) return false;
         if (!other.Has("a")) return !road.overAnOutput;
         const bool isOld = road.overAnOutput && other.Read("a") == Old;
@@ -91,6 +125,15 @@ class Interruption : public InPlace {
     std::string boxes; ///< what was said since the last preparation
     TemporaryFolder other;
     TemporaryFolder config;
+    SystemRandom random;
+    std::unique_ptr<FileKit> kit = MakeFileKit(Disk(), random);
+    ScriptedUser user;
+    StoppedClock clock;
+    Machine machine{Disk(), Engine(), *kit, user, clock, "/usr/bin/zr5e"};
+    OperationSetup setup;
+    CurrentKey key;
+    WorkList list;
+    std::function<void()> beforePurge;
 };
 
 } // namespace zr5::test

@@ -6,9 +6,9 @@
 #include "libs/cipher/cipher_engine.h"
 #include "libs/cipher/zr5_engine.h"
 #include "libs/cipher/zr5_format.h"
-#include "libs/system/clock.h"
 #include "libs/system/random.h"
 #include "support/faulty_file_system.h"
+#include "support/stopped_clock.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,15 +17,6 @@
 #include <string_view>
 
 namespace zr5::test {
-
-/// A clock that moves on by `step` whenever it is read.
-class SteppingClock : public Clock {
-  public:
-    std::chrono::milliseconds step{0};
-    mutable std::chrono::milliseconds now{0};
-    [[nodiscard]] std::chrono::milliseconds Now() const override { return now += step; }
-    [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override { return now; }
-};
 
 class EngineTest : public testing::Test {
   protected:
@@ -44,7 +35,7 @@ class EngineTest : public testing::Test {
     static CipherEngine& Engine() { return *shared_->engine; }
     static FaultyFileSystem& Disk() { return shared_->disk; }
     static FileSystem& System() { return *shared_->system; }
-    static SteppingClock& TestClock() { return shared_->clock; }
+    static StoppedClock& TestClock() { return shared_->clock; }
 
     /// Full paths.
     static std::int32_t EncryptPath(const std::string& from, const std::string& to,
@@ -80,7 +71,7 @@ class EngineTest : public testing::Test {
     struct Shared {
         std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
         FaultyFileSystem disk{*system};
-        SteppingClock clock;
+        StoppedClock clock;
         SystemRandom random;
         std::unique_ptr<CipherEngine> engine = MakeCipherEngine(disk, clock, random);
     };

@@ -1,4 +1,5 @@
 #include "libs/cipher/engine_fixture.h"
+#include "support/child_process.h"
 
 #include <array>
 #include <filesystem>
@@ -107,21 +108,12 @@ TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {
     }
 }
 
-/// Does `work` as a user without rights. Only root can.
-void AsNobody(const std::function<void()>& work) {
-    ASSERT_EQ(setegid(65534), 0);
-    ASSERT_EQ(seteuid(65534), 0);
-    work();
-    ASSERT_EQ(seteuid(0), 0);
-    ASSERT_EQ(setegid(0), 0);
-}
-
 TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
     const std::string plain = folder.Write("plain", "content");
     ASSERT_EQ(chmod(plain.c_str(), 06754), 0);
     ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
-    AsNobody([&] { EXPECT_EQ(Encrypt("plain", "sealed"), Success); });
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Encrypt("plain", "sealed") == Success; }));
     EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
     EXPECT_EQ(ModeOf(folder / "sealed"), 0744U)
         << "neither set-id bits for the wrong user nor rights of one group for another";
@@ -129,18 +121,18 @@ TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
 
 TEST_F(Attributes, AFileOrFolderWithoutPermissionIsSaid) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
-    const std::string secret = folder.Write("secret", "content");
+    folder.Write("secret", "content");
     folder.Write("open", Sealed("content"));
-    ASSERT_EQ(chmod(secret.c_str(), 0600), 0);
+    ASSERT_EQ(chmod((folder / "secret").c_str(), 0600), 0);
     ASSERT_EQ(chmod(folder.Path().c_str(), 0755), 0);
     std::filesystem::create_directory(folder / "theirs");
     ASSERT_EQ(chmod((folder / "theirs").c_str(), 0777), 0);
-    AsNobody([&] {
-        EXPECT_EQ(Encrypt("secret", "theirs/out"), InputNotOpened);
-        EXPECT_EQ(Encrypt("open", "out"), OutputNotOpened);
-        EXPECT_EQ(Decrypt("open", "secret"), OutputNotOpened);
-        EXPECT_EQ(Decrypt("open", "theirs/out"), Success);
-    });
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] {
+        return Encrypt("secret", "theirs/out") == InputNotOpened &&
+               Encrypt("open", "out") == OutputNotOpened &&
+               Decrypt("open", "secret") == OutputNotOpened &&
+               Decrypt("open", "theirs/out") == Success;
+    }));
     EXPECT_EQ(folder.Read("secret"), "content");
     EXPECT_EQ(folder.Names(), (std::set<std::string>{"secret", "open", "theirs"}));
 }
