@@ -82,25 +82,20 @@ TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTimeWhereItCanBeShown)
     KeyboardWithDisplay dialog(Function::Encrypt, key);
     EXPECT_TRUE(dialog.Entry().empty());
     dialog.Edit(Typed);
-    dialog.Commit(KeyAnswer::Yes, key);
-    ExpectTypedKey(key);
-    EXPECT_TRUE(key.isTextKey);
-    EXPECT_TRUE(key.keyBuffer.empty());
-
-    EXPECT_EQ(KeyboardWithDisplay(Function::Encrypt, key).Entry().text(), TypedBytes);
-    key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
-    EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
-}
-
-TEST(KeyTypedWithDisplay, IsDroppedByNoAndLeftAloneByCancel) {
-    CurrentKey key = KeyfileKey();
-    KeyboardWithDisplay dialog(Function::Encrypt, key);
-    dialog.Edit(Typed);
     dialog.Commit(KeyAnswer::Cancel, key);
     ExpectUntouchedKeyfileKey(key);
-    dialog.Commit(KeyAnswer::No, key);
+    dialog.Edit(Typed);
+    dialog.Commit(KeyAnswer::Yes, key);
+    ExpectTypedKey(key);
+    EXPECT_TRUE(key.isTextKey && key.keyBuffer.empty());
+
+    KeyboardWithDisplay again(Function::Encrypt, key);
+    EXPECT_EQ(again.Entry().text(), TypedBytes);
+    again.Commit(KeyAnswer::No, key);
     ExpectNoKey(key);
-    EXPECT_TRUE(dialog.Entry().empty());
+    EXPECT_TRUE(again.Entry().empty());
+    key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
+    EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
 }
 
 class WithoutDisplay : public testing::Test {
@@ -111,7 +106,6 @@ class WithoutDisplay : public testing::Test {
     }
     KeyboardWithoutDisplay dialog{Function::Encrypt};
     ScriptedUser user;
-    const MessageBox inspectQuestion = Question("Inspect the key?", "Key specified");
 };
 
 TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
@@ -157,48 +151,39 @@ TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
     EXPECT_FALSE(dialog.SecondIsEnabled());
 }
 
-TEST_F(WithoutDisplay, UsesTheKeyWhenTheInspectionIsDeclinedAndChangesNothingWhenCancelled) {
-    CurrentKey key = KeyfileKey();
-    key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
-    Type(Typed, Typed);
-    user.Expect(inspectQuestion, Answer::No);
-    FakeInspector inspector;
-    const KeyAnswer answer = dialog.AskToInspect(user, inspector);
-    EXPECT_EQ(answer, KeyAnswer::Yes);
-    dialog.Commit(answer, key);
-    ExpectTypedKey(key);
-    EXPECT_TRUE(key.keyBuffer.empty() && key.rawKeyEntry.empty());
-    EXPECT_TRUE(dialog.Entry(0).empty() && dialog.Entry(1).empty());
-
-    key = KeyfileKey();
-    dialog.Edit(0, Typed);
-    dialog.Commit(KeyAnswer::Cancel, key);
-    ExpectUntouchedKeyfileKey(key);
-    EXPECT_TRUE(dialog.Entry(0).empty());
-}
-
-TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspection) {
-    for (const bool accepted : {true, false}) {
+TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspectionAndChangesNothingWhenCancelled) {
+    struct Case {
+        Answer inspects;
+        bool accepted, cancelled;
+    };
+    for (const auto& [inspects, accepted, cancelled] :
+         {Case{Answer::No, false, false}, Case{Answer::Yes, true, false},
+          Case{Answer::Yes, false, false}, Case{Answer::No, false, true}}) {
         CurrentKey key = KeyfileKey();
+        key.rawKeyEntry = SecretBytes::CopyOf("typed with display before");
         FakeInspector inspector;
         inspector.answer = accepted;
         Type(Typed, Typed);
-        user.Expect(inspectQuestion, Answer::Yes);
+        user.Expect(Question("Inspect the key?", "Key specified"), inspects);
         const KeyAnswer answer = dialog.AskToInspect(user, inspector);
-        EXPECT_EQ(inspector.buffer, TypedBytes);
-        EXPECT_EQ(inspector.classLine, "Key entered at keyboard");
-        EXPECT_EQ(inspector.fileLine, "");
-        EXPECT_TRUE(inspector.isTextKey);
-        EXPECT_FALSE(inspector.isApparentlyRandom || inspector.isNewRandomKey);
         ExpectUntouchedKeyfileKey(key);
-        dialog.Commit(answer, key);
-        if (accepted) {
+        dialog.Commit(cancelled ? KeyAnswer::Cancel : answer, key);
+        EXPECT_TRUE(dialog.Entry(0).empty() && dialog.Entry(1).empty());
+        if (cancelled) {
+            ExpectUntouchedKeyfileKey(key);
+        } else if (accepted || inspects == Answer::No) {
             ExpectTypedKey(key);
-            EXPECT_TRUE(key.isTextKey);
-            EXPECT_EQ(key.keyBuffer.text(), TypedBytes);
+            EXPECT_TRUE(key.rawKeyEntry.empty());
+            EXPECT_EQ(key.keyBuffer.text(), accepted ? TypedBytes : "");
         } else {
             ExpectNoKey(key);
         }
+        EXPECT_EQ(inspector.calls, inspects == Answer::Yes ? 1 : 0);
+        if (inspector.calls == 0) continue;
+        EXPECT_EQ(inspector.buffer, TypedBytes);
+        EXPECT_EQ(inspector.classLine, "Key entered at keyboard");
+        EXPECT_TRUE(inspector.isTextKey && inspector.fileLine.empty());
+        EXPECT_FALSE(inspector.isApparentlyRandom || inspector.isNewRandomKey);
     }
 }
 

@@ -20,19 +20,18 @@ CurrentKey KeyInState(std::int16_t state) {
 }
 
 TEST(KeyLabels, TellWhereTheKeyCameFrom) {
-    struct Case {
+    const struct {
         std::int16_t state;
         bool isNew, isRandom, isText;
         std::string second;
-    };
-    const Case cases[] = {{-1, true, true, true, ""},
-                          {0, true, true, true, "(keyboard entry)"},
-                          {2, true, true, false, "(new random key in keyfile)"},
-                          {2, false, true, true, "(apparently random key in keyfile)"},
-                          {2, false, false, true, "(text key in keyfile)"},
-                          {2, false, false, false, "(non-random non-text key in keyfile)"},
-                          {1, false, false, false, "(now)"}};
-    for (const Case& c : cases) {
+    } cases[] = {{-1, true, true, true, ""},
+                 {0, true, true, true, "(keyboard entry)"},
+                 {2, true, true, false, "(new random key in keyfile)"},
+                 {2, false, true, true, "(apparently random key in keyfile)"},
+                 {2, false, false, true, "(text key in keyfile)"},
+                 {2, false, false, false, "(non-random non-text key in keyfile)"},
+                 {1, false, false, false, "(now)"}};
+    for (const auto& c : cases) {
         CurrentKey key = KeyInState(c.state);
         key.isNewRandomKey = c.isNew;
         key.isApparentlyRandom = c.isRandom;
@@ -63,15 +62,6 @@ TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
     EXPECT_EQ(frame.Close(KeyInState(key_state::Keyboard)), DoIt);
 }
 
-TEST(KeyLabels, AreBlankAndTheKeyIsDroppedWhenItIsEmpty) {
-    CurrentKey key = KeyInState(key_state::Keyfile);
-    key.keyText.Clear();
-    ScriptedUser user;
-    user.Expect(Notice("Error processing key!", "Error", BoxIcon::Critical));
-    EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), KeyLabels{});
-    EXPECT_FALSE(key.IsHeld());
-}
-
 TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
     CurrentKey key = KeyInState(key_state::Keyfile);
     key.keyBuffer = SecretBytes::CopyOf("buffer");
@@ -87,6 +77,10 @@ TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
     EXPECT_TRUE(key.keyfilePath.empty());
     EXPECT_EQ(engine.lastKey, "");
     EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), NoKeyLabels());
+    key.keyState = key_state::Keyfile; // but without a key
+    user.Expect(Notice("Error processing key!", "Error", BoxIcon::Critical));
+    EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), KeyLabels{});
+    EXPECT_FALSE(key.IsHeld());
 }
 
 class Inspection : public testing::Test {
@@ -134,7 +128,6 @@ TEST_F(Inspection, KeepsRowsRowsWhateverTheTextHolds) {
 TEST_F(Inspection, ShowsOtherKeysAsNumbersOnly) {
     kit.bufferRandomness = 0.9396;
     KeyInspection random = Of(std::string(64, '\xFF'), true, false, true);
-    EXPECT_FALSE(random.OffersAscii());
     EXPECT_EQ(random.View(), KeyView::Decimal);
     EXPECT_EQ(random.RandomnessLine(), "Randomness is 0.940.");
     user.Expect(Notice("Be sure to remember the name of the keyfile!", "Key selected"));

@@ -44,14 +44,14 @@ class KeyfileChoiceTest : public KitTest {
         user.ExpectFile(GetTitle, path).Expect(Question("Inspect the key?", path), Answer::No);
         Run(KeyfileMode::Existing);
     }
-    void ExpectUnsuitable(const std::string& path) {
+    void RunUnsuitably(KeyfileMode mode, const std::string& path) {
         user.Expect(Notice(path + " is not a suitable keyfile.", "Unsuitable keyfile"));
+        Run(mode);
+        ExpectNoKey(path);
     }
     void Refuse(const std::string& path) {
         user.ExpectFile(GetTitle, path);
-        ExpectUnsuitable(path);
-        Run(KeyfileMode::Existing);
-        ExpectNoKey(path);
+        RunUnsuitably(KeyfileMode::Existing, path);
     }
     void ExpectAbandoned(const std::string& where) {
         EXPECT_TRUE(key.keyChoiceAbandoned) << where;
@@ -87,7 +87,6 @@ TEST_F(KeyfileChoiceTest, TakesTheFirst64BytesOfAKeyfileOfAnyLength) {
     } cases[] = {
         {std::string(SixteenBytes), "SIXTEENBYTES...", KeySource::None}, // one blank too many
         {std::string(SixteenBytes) + "!", "SIXTEENBYTES...!", KeySource::TextKeyfile},
-        {std::string(63, 'a'), std::string(63, 'A'), KeySource::TextKeyfile},
         {std::string(64, 'a') + "b", std::string(64, 'A'), KeySource::TextKeyfile},
         {random64, std::string(NormaliseKey(random64).text()), KeySource::ApparentlyRandomKeyfile},
         {std::string(16, '\x7F'), std::string(16, '\x7F'), KeySource::NonRandomNonTextKeyfile},
@@ -169,9 +168,7 @@ TEST_F(KeyfileChoiceTest, NeverKeepsANewKeyThatIsNotOnTheDisk) {
         user.ExpectFile(NewTitle, path)
             .Expect(OverwriteQuestion(path), Answer::Yes)
             .Expect(Question("Inspect the key?", path), Answer::No);
-        ExpectUnsuitable(path);
-        Run(KeyfileMode::Create);
-        ExpectNoKey(path);
+        RunUnsuitably(KeyfileMode::Create, path);
         disk.Reset();
     };
     for (const FsCall call :

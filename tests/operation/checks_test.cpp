@@ -28,59 +28,57 @@ class Checks : public OperationTest {
     bool May() {
         return MayStart(setup, key, machine, view, [this] { return stopped; });
     }
+    void Refuses(const std::string& text, const std::string& title,
+                 BoxIcon icon = BoxIcon::Exclamation) {
+        user.Expect(Notice(text, title, icon));
+        EXPECT_FALSE(May()) << text;
+    }
+    void Says(std::string Confirmation::*line, const std::string& text) {
+        EXPECT_TRUE(May());
+        EXPECT_EQ(view.asked.back().*line, text);
+    }
     FakeConfirmation view;
     bool stopped = false;
 };
 
 TEST_F(Checks, PassOnceTheUserConfirms) {
-    EXPECT_TRUE(May());
-    view.answer = false;
-    EXPECT_FALSE(May());
-    ASSERT_EQ(view.asked.size(), 2U);
-    EXPECT_EQ(view.asked[0].operation, "Confirm encryption operation using key with checksum 6304");
+    Says(&Confirmation::operation, "Confirm encryption operation using key with checksum 6304");
     EXPECT_EQ(view.asked[0].input, "Encrypting " + (folder / "a.txt") + " (1 file).");
     EXPECT_EQ(view.asked[0].output, "The output file will have the same name as the input file "
                                     "(so the input file will be overwritten).");
     EXPECT_EQ(view.asked[0].reminder, "");
     EXPECT_EQ(view.asked[0].question, "Perform this encryption operation?");
+    view.answer = false;
+    EXPECT_FALSE(May());
 }
 
 TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
     setup.InputMode = InputSource::FilesInAFolder;
     setup.Folder = {"/usr/share/", "/usr/share/"};
-    user.Expect(Notice("A 'usr' folder cannot be selected.", "Perform the encryption",
-                       BoxIcon::Information));
-    EXPECT_FALSE(May());
+    Refuses("A 'usr' folder cannot be selected.", "Perform the encryption", BoxIcon::Information);
 }
 
 TEST_F(Checks, DescribeADifferentOutput) {
     setup.Operation = Function::Decrypt;
     ChooseOutput("b.txt");
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().output,
-              "The output file is specified as b.txt in the same folder.");
+    Says(&Confirmation::output, "The output file is specified as b.txt in the same folder.");
     EXPECT_EQ(view.asked.back().warning, "");
+    EXPECT_EQ(view.asked.back().question, "Perform this decryption operation?");
     folder.Write("b.txt", "of an earlier run");
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().warning, "The output file exists already. It will be overwritten.");
+    Says(&Confirmation::warning, "The output file exists already. It will be overwritten.");
     const TemporaryFolder elsewhere;
     setup.Folder[Output] = elsewhere.Path();
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().output,
-              "The output file is specified as " + (elsewhere / "b.txt") + ".");
+    Says(&Confirmation::output, "The output file is specified as " + (elsewhere / "b.txt") + ".");
     setup.FileName[Output] = "a.txt";
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().output, "The output file will have the same name.");
-    EXPECT_EQ(view.asked.back().question, "Perform this decryption operation?");
+    Says(&Confirmation::output, "The output file will have the same name.");
 }
 
 TEST_F(Checks, RefuseAnOutputThatIsTheInputByWhateverName) {
     std::filesystem::create_hard_link(folder / "a.txt", folder / "other.txt");
     for (const char* name : {"a.txt", "other.txt"}) {
         ChooseOutput(name);
-        user.Expect(Notice("The output file is the same as the input file.",
-                           "Perform the encryption", BoxIcon::Information));
-        EXPECT_FALSE(May());
+        Refuses("The output file is the same as the input file.", "Perform the encryption",
+                BoxIcon::Information);
     }
     EXPECT_TRUE(view.asked.empty());
 }
@@ -89,52 +87,40 @@ TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     ChooseOutput("");
     key.keyState = key_state::NoKey;
     setup.Operation = Function::Decrypt;
-    user.Expect(Notice("Please specify the decryption key.", "Decryption key not specified"));
-    EXPECT_FALSE(May());
+    Refuses("Please specify the decryption key.", "Decryption key not specified", BoxIcon::None);
     key.keyState = key_state::Keyboard;
-    user.Expect(Notice("Output file not specified.", "Output file", BoxIcon::Information));
-    EXPECT_FALSE(May());
+    Refuses("Output file not specified.", "Output file", BoxIcon::Information);
     EXPECT_TRUE(view.asked.empty());
 }
 
 TEST_F(Checks, CountTheFilesOfAFolderAgainstItsMaximum) {
     setup.InputMode = InputSource::FilesInAFolder;
     setup.MaxNumFiles = 10;
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 10; ++i)
         folder.Write(std::to_string(i) + ".odg", "abc");
-    }
     setup.FilePattern = "*.odg";
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().input,
-              "Encrypting *.odg in the folder " + folder.Path() + " (10 files).");
+    Says(&Confirmation::input, "Encrypting *.odg in the folder " + folder.Path() + " (10 files).");
     folder.Write("11.odg", "abc");
-    user.Expect(Notice("There are at least 11 matching files\r\nin the input folder.\r\n"
-                       "This is greater than the maximum number \r\n"
-                       "of files allowed (10) in a single operation.",
-                       "Maximum number of files exceeded", BoxIcon::Exclamation));
-    EXPECT_FALSE(May());
+    Refuses("There are at least 11 matching files\r\nin the input folder.\r\n"
+            "This is greater than the maximum number \r\n"
+            "of files allowed (10) in a single operation.",
+            "Maximum number of files exceeded");
+    user.onEvents = [&] { stopped = true; };
+    const std::size_t asked = view.asked.size();
+    EXPECT_FALSE(May()) << "the user stops the counting";
+    EXPECT_EQ(view.asked.size(), asked);
 }
 
 TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
+    const std::string again =
+        " looks as if it were encrypted already. It would be encrypted a second time.";
     folder.Write("a.txt", std::string("ZR5\x01") + "rest");
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().warning, "This file looks as if it were encrypted already. "
-                                         "It would be encrypted a second time.");
+    Says(&Confirmation::warning, "This file" + again);
     setup.InputMode = InputSource::FilesInAFolder;
     folder.Write("b.txt", "plain");
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().warning, "1 of these files looks as if it were encrypted already. "
-                                         "It would be encrypted a second time.");
+    Says(&Confirmation::warning, "1 of these files" + again);
     setup.Operation = Function::Decrypt;
-    EXPECT_TRUE(May());
-    EXPECT_EQ(view.asked.back().warning, "");
-}
-
-TEST_F(Checks, AskNothingOnceTheUserStopsTheCounting) {
-    setup.InputMode = InputSource::FilesInAFolder;
-    user.onEvents = [&] { stopped = true; };
-    EXPECT_FALSE(May());
-    EXPECT_TRUE(view.asked.empty());
+    Says(&Confirmation::warning, "");
 }
 
 TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {
@@ -169,11 +155,9 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
         std::uint64_t needed, free;
         std::string amounts; ///< empty: it fits
     } cases[] = {
-        {5 * Kb, 5 * Kb, ""},
         {5 * Kb + 1, 5 * Kb, "5 KB, but there is only 5 KB"},
         {5 * Kb, 5 * Kb - 512, ""}, // rounded to whole kilobytes
         {5 * Kb, 5 * Kb - 513, "5 KB, but there is only 4 KB"},
-        {1, 0, "0 KB, but there is only 0 KB"},
         {1024 * Kb, 1023 * Kb, "1 MB, but there is only 1023 KB"},
         {1537 * Kb, 1536 * Kb, "1.6 MB, but there is only 1.5 MB"},
         {2048 * Mb, 1 * Mb, "2,048 MB, but there is only 1 MB"},
@@ -204,14 +188,11 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
 }
 
 TEST_F(Checks, RefuseFilesThatAreAllEmptyButLeaveAVanishedOneToTheReport) {
-    const auto refused = Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
     folder.Write("a.txt", "");
-    user.Expect(refused);
-    EXPECT_FALSE(May());
+    Refuses("Total input filesize is 0 bytes.", "Error");
     setup.InputMode = InputSource::FilesInAFolder;
     folder.Write("b.txt", "");
-    user.Expect(refused);
-    EXPECT_FALSE(May());
+    Refuses("Total input filesize is 0 bytes.", "Error");
     folder.Write("b.txt", "x");
     EXPECT_TRUE(May());
     setup.InputMode = InputSource::SingleFile;
@@ -223,22 +204,16 @@ TEST_F(Checks, SayWhenThereIsNothingToDo) {
     kit.texts[51] = "none in subfolders";
     kit.texts[52] = "none";
     setup.InputMode = InputSource::FilesInAFolder;
-    const auto expect = [&](const char* text) {
-        user.Expect(Notice(text, "Nothing to do", BoxIcon::Exclamation));
-        EXPECT_FALSE(May());
-    };
     setup.FilePattern = "*.nothing";
-    expect("none");
+    Refuses("none", "Nothing to do");
     setup.SubfolderAnswer = true;
-    expect("none in subfolders");
+    Refuses("none in subfolders", "Nothing to do");
     setup.SubfolderAnswer = false;
     setup.FilePattern = "";
     folder.Remove("a.txt");
-    expect("The input folder is empty.");
+    Refuses("The input folder is empty.", "Nothing to do");
     setup.Folder[Input] += "gone/";
-    user.Expect(Notice("Error when attempting to count files in " + setup.Folder[Input] + ".",
-                       "Error", BoxIcon::Exclamation));
-    EXPECT_FALSE(May());
+    Refuses("Error when attempting to count files in " + setup.Folder[Input] + ".", "Error");
 }
 
 TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {

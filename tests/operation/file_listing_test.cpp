@@ -81,10 +81,5 @@ TEST_F(Listing, SaysWhenThereIsNothingToList) {
                "1 subfolders\r\n(but perhaps in others).");
 }
 
-TEST(FolderSummary, CountsInWords) {
-    EXPECT_EQ(FolderSummaryLine("/d/", 0, 0), "/d/ has no matching files and no subfolders.\r\n");
-    EXPECT_EQ(FolderSummaryLine("/d/", 2, 3), "/d/ has 2 matching files and 3 subfolders.\r\n");
-}
-
 } // namespace
 } // namespace zr5::test

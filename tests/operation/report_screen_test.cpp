@@ -24,14 +24,16 @@ class ReportScreenTest : public testing::Test {
 TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     screen.PauseContinuePressed(); // nothing runs: it does nothing
     ExpectButtons("Stop at next file", false, "Pause at next file", "");
+    EXPECT_EQ(screen.TimeText(), "");
     screen.BeginRun(Function::Encrypt);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
+    clock.now += std::chrono::seconds(61);
+    EXPECT_EQ(screen.TimeText(), "Started 14:03, elapsed 1 minute and 1 second");
     screen.EndRun();
+    clock.now += std::chrono::hours(5);
+    EXPECT_EQ(screen.Elapsed(), std::chrono::seconds(61));
     screen.StopPressed();
     ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
-}
-
-TEST_F(ReportScreenTest, SaysStoppedAtOnceWhenStopIsPressed) {
     screen.BeginRun(Function::Encrypt);
     screen.StopPressed();
     ExpectButtons("Stop", false, "Pause at next file", "Stopped");
@@ -61,22 +63,6 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
     EXPECT_TRUE(screen.StopRequested());
 }
 
-/// A window whose warning is left unanswered for an hour.
-class SlowReader final : public ReportView {
-  public:
-    explicit SlowReader(StoppedClock& clock) : clock_(clock) {}
-    void TextReplaced() override {}
-    void TextAppended(std::string_view /*text*/, bool /*scrollToEnd*/) override {}
-    void TextRemoved(std::string_view /*text*/) override {}
-    void StateChanged() override {}
-    void ShowPurgeWarning(PurgeWarning& /*warning*/, const std::string& /*path*/) override {
-        clock_.now += std::chrono::hours(1);
-    }
-
-  private:
-    StoppedClock& clock_;
-};
-
 TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     constexpr std::uint64_t Megabyte = 1048576;
     screen.BeginRun(Function::Encrypt);
@@ -95,10 +81,6 @@ TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     };
     screen.PauseContinuePressed();
     screen.PauseStep();
-    SlowReader reader(clock);
-    screen.SetView(&reader);
-    PurgeWarning warning({});
-    screen.ShowPurgeWarning(warning, "a");
     EXPECT_EQ(screen.ProgressText(), "1 of 2 files, 2.00 of 4.00 MB, 10 seconds left");
     EXPECT_EQ(screen.Progress().Fraction(), 0.5);
 }
@@ -140,16 +122,6 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSa
                              "This operation was terminated at the user's request.\r\n"
                              "Note: Some files were not decrypted.\r\n");
     EXPECT_TRUE(screen.StopRequested());
-}
-
-TEST_F(ReportScreenTest, TellsWhenARunBeganAndHowLongItTook) {
-    EXPECT_EQ(screen.TimeText(), "");
-    screen.BeginRun(Function::Encrypt);
-    clock.now += std::chrono::seconds(61);
-    EXPECT_EQ(screen.TimeText(), "Started 14:03, elapsed 1 minute and 1 second");
-    screen.EndRun();
-    clock.now += std::chrono::hours(5);
-    EXPECT_EQ(screen.Elapsed(), std::chrono::seconds(61));
 }
 
 } // namespace

@@ -70,26 +70,22 @@ TEST(EqualityNotes, FollowTheKindOfInputAndComeForEqualPathsOnly) {
     EXPECT_EQ(setup.FolderCaption[Output], "/out/");
     EXPECT_EQ(setup.FilesCaption[Output], "Same as input file");
 
-    OperationSetup empty;
-    RewriteCaptions(empty, Texts);
-    EXPECT_EQ(empty.FolderCaption[Output], "");
-    EXPECT_EQ(empty.FilesCaption[Output], "");
+    setup = {};
+    RewriteCaptions(setup, Texts);
+    EXPECT_EQ(setup.FolderCaption[Output] + setup.FilesCaption[Output], "");
 }
 
 TEST(ConsistencyCheck, FindsTheFirstDisagreement) {
-    struct Case {
-        int code;
-        void (*change)(OperationSetup&);
-    };
-    const auto check = [](const OperationSetup& agreed, std::initializer_list<Case> cases) {
+    using S = OperationSetup;
+    using Case = std::pair<int, void (*)(S&)>;
+    const auto check = [](const S& agreed, std::initializer_list<Case> cases) {
         ASSERT_EQ(CheckConsistency(agreed, Texts), 0);
-        for (const Case& entry : cases) {
-            OperationSetup setup = agreed;
-            entry.change(setup);
-            EXPECT_EQ(CheckConsistency(setup, Texts), entry.code);
+        for (const auto& [code, change] : cases) {
+            S setup = agreed;
+            change(setup);
+            EXPECT_EQ(CheckConsistency(setup, Texts), code);
         }
     };
-    using S = OperationSetup;
     check(SingleFileSetup(), {{-1, [](S& s) { s.FolderCaption[Input] = "/ho...7/"; }},
                               {-1, [](S& s) { s.FolderCaption[Input].clear(); }},
                               {-2, [](S& s) { s.FilesCaption[Input] = "other.txt"; }},
@@ -120,11 +116,7 @@ TEST(ConsistencyCheck, AcceptsEveryFormThatALabelMayHave) {
         setup.FilesCaption[Input] = std::string("All files matching") + pattern;
         EXPECT_EQ(CheckConsistency(setup, Texts), 0) << pattern;
     }
-}
-
-TEST(ConsistencyCheck, AcceptsAnEmptyNoteWhenTheProgramTextsAreMissing) {
     const auto noTexts = [](std::int16_t) { return std::string(); };
-    OperationSetup setup = FolderSetup("*.txt");
     RewriteCaptions(setup, noTexts);
     EXPECT_EQ(CheckConsistency(setup, noTexts), 0);
     setup.Folder[Output] = "/elsewhere/";

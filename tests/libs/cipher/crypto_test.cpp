@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 namespace zr5::test {
@@ -46,13 +47,9 @@ TEST(Secrets, HaveOneOwnerAndLeaveNothing) {
     copy.bytes()[0] = std::byte{'S'};
     EXPECT_EQ(a.text(), "secret");
     const std::byte* place = a.bytes().data();
-    SecretBytes b = std::move(a);
+    const SecretBytes b = std::move(a);
     EXPECT_EQ(b.bytes().data(), place) << "moved, not copied";
-    // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move): that is what is shown
-    EXPECT_TRUE(a.empty());
-    // NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
-    copy = std::move(b);
-    EXPECT_EQ(copy.text(), "secret");
+    EXPECT_TRUE(a.empty()); // NOLINT(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
     copy.Clear();
     EXPECT_TRUE(copy.empty());
     EXPECT_EQ(SecretBytes(3).text(), "\0\0\0"sv);
@@ -65,17 +62,13 @@ TEST(Secrets, HaveOneOwnerAndLeaveNothing) {
 }
 
 TEST(Secrets, CannotBeTouchedAfterTheyAreGone) {
-    EXPECT_DEATH(
-        {
-            const std::byte* place = nullptr;
-            {
-                const SecretBytes secret = SecretBytes::CopyOf("secret");
-                place = secret.bytes().data();
-            }
-            volatile auto byte = *place;
-            static_cast<void>(byte);
-        },
-        "");
+    const auto readFreed = [] {
+        auto secret = std::make_unique<SecretBytes>(SecretBytes::CopyOf("secret"));
+        const volatile std::byte* place = secret->bytes().data();
+        secret.reset();
+        static_cast<void>(*place);
+    };
+    EXPECT_DEATH(readFreed(), "");
 }
 
 TEST(Masters, AreDerivedOnceForAKeyAndSalt) {
@@ -85,19 +78,15 @@ TEST(Masters, AreDerivedOnceForAKeyAndSalt) {
     EXPECT_FALSE(masters.HasKey());
     masters.SetKey("key");
     const std::byte* first = masters.For(salt)->bytes().data();
-    const std::byte* second = masters.For(other)->bytes().data();
     const SecretBytes before = masters.For(salt)->Clone();
     EXPECT_NE(before.text(), masters.For(other)->text());
     const unsigned generation = masters.Generation();
     masters.SetKey("key"); // as before every file
     EXPECT_EQ(masters.Generation(), generation);
     EXPECT_EQ(masters.For(salt)->bytes().data(), first);
-    EXPECT_EQ(masters.For(other)->bytes().data(), second);
     masters.SetKey("kez");
     EXPECT_NE(masters.Generation(), generation);
     EXPECT_NE(masters.For(salt)->text(), before.text());
-    masters.SetKey("key");
-    EXPECT_EQ(masters.For(salt)->text(), before.text());
     masters.SetKey({});
     EXPECT_FALSE(masters.HasKey());
 }

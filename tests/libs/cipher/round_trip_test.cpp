@@ -62,27 +62,24 @@ TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
 
 TEST_F(RoundTrip, TellsProgressAtMostEveryFiftyMilliseconds) {
     folder.Write("plain", PatternBytes(3 * MiB + 5));
-    std::vector<std::uint64_t> done;
+    using Done = std::vector<std::uint64_t>;
+    Done done;
     std::uint64_t total = 0;
     Engine().SetProgress([&](std::uint64_t doneBytes, std::uint64_t totalBytes) {
         done.push_back(doneBytes);
         total = totalBytes;
     });
-    using Done = std::vector<std::uint64_t>;
-    const auto run = [&](int stepMs, auto work) {
+    for (const auto& [stepMs, expected] :
+         {std::pair{0, Done{}}, {20, {3 * MiB}}, {1000, {MiB, 2 * MiB, 3 * MiB, 3 * MiB + 5}}}) {
         done.clear();
         TestClock().step = std::chrono::milliseconds(stepMs);
-        EXPECT_EQ(work(), engine_code::Success);
-        TestClock().step = {};
-        return done;
-    };
-    const auto encrypt = [&] { return Encrypt("plain", "sealed"); };
-    EXPECT_EQ(run(0, encrypt), Done{});
-    EXPECT_EQ(run(20, encrypt).size(), 1U);
-    EXPECT_EQ(run(1000, encrypt), (Done{MiB, 2 * MiB, 3 * MiB, 3 * MiB + 5}));
+        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        EXPECT_EQ(done, expected) << stepMs;
+    }
     EXPECT_EQ(total, 3 * MiB + 5);
-    EXPECT_EQ(run(1000, [&] { return Decrypt("sealed", "back"); }).size(), 4U);
+    ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
     EXPECT_EQ(total, EncryptedLength(3 * MiB + 5));
+    TestClock().step = {};
 }
 
 } // namespace

@@ -54,7 +54,6 @@ TEST_F(FileRandomness, IsAboveZeroForRandomContentAndBelowForAnyOther) {
     EXPECT_GT(Of(RandomBytes(3'000'000), 0), 0.99);
     for (const std::size_t length : {1024U, 4096U, 100'000U}) {
         SCOPED_TRACE(length);
-        EXPECT_GT(Of(std::string(length, '\0')), RandomnessFailureLimit) << "no failure";
         for (const std::string& content :
              {Text(length), std::string(length, '\0'), // and every byte value equally often:
               Counter(length, 1, 1), Counter(length, 1, 77), Counter(length, 2, 257),
@@ -64,6 +63,9 @@ TEST_F(FileRandomness, IsAboveZeroForRandomContentAndBelowForAnyOther) {
 }
 
 TEST_F(FileRandomness, NeedsAThousandAndTwentyFourBytesAndMeasuresNoMoreThanTheSample) {
+    EXPECT_EQ(kit->fr(folder.Path(), Sample), RandomnessUnreadable);
+    disk.Fail(FsCall::Read, 1);
+    EXPECT_EQ(Of(RandomBytes(5000)), RandomnessUnreadable);
     EXPECT_EQ(Of(""), RandomnessTooSmall);
     EXPECT_EQ(Of(RandomBytes(1023)), RandomnessTooSmall);
     EXPECT_GT(Of(RandomBytes(1024)), 0.0);
@@ -98,19 +100,6 @@ TEST_F(FileRandomness, IsNotDeceivedByTheNoiseInTheLowBytesOfNumbers) {
     }
 }
 
-TEST_F(FileRandomness, KnowsTheEntropyOfTheBytes) {
-    const auto entropyOf = [](const std::string& bytes) {
-        RandomnessMeter meter;
-        meter.Add(std::as_bytes(std::span(bytes)));
-        return meter.ByteEntropy();
-    };
-    EXPECT_DOUBLE_EQ(entropyOf(""), 0.0);
-    EXPECT_DOUBLE_EQ(entropyOf(std::string(10'000, 'x')), 0.0);
-    EXPECT_NEAR(entropyOf(Counter(256 * 50, 1, 1)), 8.0, 1e-9);
-    EXPECT_NEAR(entropyOf("aaab"), 0.811278, 1e-6);
-    EXPECT_NEAR(entropyOf(Text(4000) + Text(4000)), entropyOf(Text(4000)), 1e-9);
-}
-
 TEST_F(FileRandomness, TellsHowFarItIsWithAWholeFileAndEndsWhenAsked) {
     const std::string path = folder.Write("file", RandomBytes(3'000'000));
     std::vector<std::uint64_t> done;
@@ -124,7 +113,6 @@ TEST_F(FileRandomness, TellsHowFarItIsWithAWholeFileAndEndsWhenAsked) {
     EXPECT_GT(kit->fr(path, 0), 0.0);
     EXPECT_EQ(done, (std::vector<std::uint64_t>{1'048'576, 2'097'152, 3'000'000}));
     EXPECT_EQ(kit->fr(path, 0), RandomnessStopped);
-    EXPECT_LE(RandomnessStopped, RandomnessFailureLimit);
     EXPECT_GT(kit->fr(path, 0), 0.0) << "asked once, ended once";
 }
 
@@ -141,32 +129,22 @@ TEST_F(FileRandomness, DoesNotDependOnHowTheBytesCome) {
     }
 }
 
-TEST_F(FileRandomness, SaysWhenAFileCannotBeRead) {
-    EXPECT_EQ(kit->fr(folder.Path(), Sample), RandomnessUnreadable);
-    disk.Fail(FsCall::Read, 1);
-    EXPECT_EQ(Of(RandomBytes(5000)), RandomnessUnreadable);
-    EXPECT_LE(RandomnessUnreadable, RandomnessFailureLimit);
-}
-
 TEST_F(FileRandomness, OfABufferTellsRandomKeysFromText) {
     const auto measure = [&](const std::string& bytes) {
         return kit->randomness_measure(bytes, static_cast<std::int32_t>(bytes.size()), 0);
     };
-    double sum = 0.0;
     constexpr int Buffers = 100'000;
-    double least = 1.0;
+    double sum = 0.0;
     for (int i = 0; i < Buffers; ++i) {
         const double value = measure(RandomBytes(64));
-        least = std::min(least, value);
+        ASSERT_GE(value, 0.88);
         sum += value;
     }
-    EXPECT_GE(least, 0.88);
     EXPECT_NEAR(sum / Buffers, 0.96, 0.01);
     EXPECT_LT(measure(Text(64)), 0.75);
     EXPECT_DOUBLE_EQ(measure(std::string(64, 'x')), 0.0);
     EXPECT_DOUBLE_EQ(measure(Counter(64, 1, 1)), 1.0);
     EXPECT_DOUBLE_EQ(measure(""), 0.0);
-    EXPECT_DOUBLE_EQ(measure("x"), 0.0);
     EXPECT_DOUBLE_EQ(kit->randomness_measure("abcdxxxx", 4, 0), 1.0)
         << "only the first bytes count";
 }
