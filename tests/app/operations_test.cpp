@@ -102,21 +102,19 @@ TEST_F(EndToEnd, PerformsTheReliabilityTestAsOftenAsAsked) {
     const auto& label = Control(Main(), "lblPerformingReliabilityTest");
     bool wasAnnounced = false;
     user.onEvents = [&] { wasAnnounced = wasAnnounced || label.isVisible(); };
-    WhenDialogOpens(Main(), "frmReliabilityTest", [](QWidget& dialog) {
-        EXPECT_EQ(Control<QLineEdit>(dialog, "txbNumTests").text(), "1");
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    });
+    WhenDialogOpens(Main(), "frmReliabilityTest",
+                    [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(Perform(), "no report");
     EXPECT_FALSE(wasAnnounced);
     WhenDialogOpens(Main(), "frmReliabilityTest", [this](QWidget& dialog) {
         auto& box = Control<QLineEdit>(dialog, "txbNumTests");
-        QTest::keyClicks(&box, "many");
+        EXPECT_EQ(box.text(), "1");
         user.Expect("Number of performances",
                     "The number of performances must be a whole number between 1 and 100.");
-        QTest::keyClick(&box, Qt::Key_Return);
-        EXPECT_EQ(box.selectedText(), "many");
-        QTest::keyClicks(&box, "2");
-        QTest::keyClick(&box, Qt::Key_Return);
+        for (const char* typed : {"many", "2"}) { // over what was refused
+            QTest::keyClicks(&box, typed);
+            QTest::keyClick(&box, Qt::Key_Return);
+        }
     });
     EXPECT_TRUE(Reports("Reliability test #2 of 2\n"));
     EXPECT_TRUE(wasAnnounced && !label.isVisible());

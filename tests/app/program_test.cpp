@@ -3,6 +3,8 @@
 #include "app/startup.h"
 #include "app/web_link.h"
 #include "operation/operation_journal.h"
+#include "setup/setup_store.h"
+#include "setup/setup_text.h"
 #include "support/desk_fixture.h"
 #include "support/fakes.h"
 
@@ -12,22 +14,6 @@ namespace zr5::test {
 namespace {
 
 using Names = std::vector<std::string>;
-
-class FakeSetupFiles : public SetupFiles {
-  public:
-    explicit FakeSetupFiles(SetupDesk& desk) : desk_(desk) {}
-    bool LoadSetup(const std::string& path) override {
-        loaded.push_back(path);
-        desk_.TakeOver(content);
-        return succeeds;
-    }
-    OperationSetup content;
-    bool succeeds = true;
-    std::vector<std::string> loaded;
-
-  private:
-    SetupDesk& desk_;
-};
 
 class ProgramTest : public DeskTest {
   protected:
@@ -53,7 +39,8 @@ class ProgramTest : public DeskTest {
     FakeEngine engine;
     FakeKit kit;
     CurrentKey key;
-    FakeSetupFiles setupFiles{desk};
+    SystemRandom random;
+    SetupStore store{user, disk, random, desk, nextRunPath};
     ProgramParts parts{user, disk, engine, kit, key, desk};
     Names log;
 };
@@ -99,22 +86,21 @@ TEST_F(ProgramTest, EndsAtOnceWhenTheEngineHasNoBuffers) {
 }
 
 TEST_F(ProgramTest, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLabels) {
-    folder.Write("zr5e.opn", "x");
-    parts.setupFiles = &setupFiles;
+    parts.setupFiles = &store;
     desk.SetInputFile("/in/", "a");
     desk.RewriteLabels();
-    setupFiles.content = desk.Setup();
+    const std::string whole = WriteSetupText(desk.Setup()).value();
+    folder.Write("zr5e.opn", whole);
     EXPECT_TRUE(Start()) << "without a message";
-    EXPECT_EQ(setupFiles.loaded, Names{nextRunPath});
-    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a");
+    EXPECT_EQ(InputPath(), "/in/a");
 
-    setupFiles.succeeds = false;
-    for (const char* label : {"/in/", "/elsewhere/"}) {
-        setupFiles.content.FolderCaption[Input] = label;
+    std::string contradiction = whole;
+    contradiction.replace(contradiction.find("/in/"), 4, "/elsewhere/");
+    for (const std::string& refused : {contradiction, whole.substr(0, whole.size() / 2)}) {
+        folder.Write("zr5e.opn", refused);
         ExpectStartupMessage();
         EXPECT_TRUE(Start());
-        EXPECT_EQ(desk.Setup().Folder[Input], "");
-        setupFiles.succeeds = true;
+        EXPECT_EQ(InputPath(), "");
     }
 }
 
@@ -143,21 +129,11 @@ TEST_F(ProgramTest, OffersToWipeTheSetupFileAndKeepsItByDefault) {
     EXPECT_TRUE(kit.purged.empty());
 
     user.Expect(question, Answer::Yes);
-    EXPECT_TRUE(Quit());
-    ASSERT_EQ(kit.purged.size(), 1U);
-    EXPECT_EQ(kit.purged[0], (FakeKit::Purge{nextRunPath, 1000, true, false}));
-
     kit.purgeResult = PurgeFailureLimit - 1;
-    user.Expect(question, Answer::Yes);
     user.Expect(Notice("The file " + nextRunPath + " could not be wiped.", "Erase setup file?",
                        BoxIcon::Exclamation));
     EXPECT_TRUE(Quit());
-}
-
-TEST_F(ProgramTest, FindsItsTextsBesideTheExecutable) {
-    LoadTextsBesideExecutable(user, kit, "/opt/Zr5/ZR5E");
-    EXPECT_EQ(kit.loaded, Names{"/opt/Zr5/zr5e.dat"});
-    EXPECT_EQ(ProgramTextFileName("ZR5E.EXE"), "zr5e.dat");
+    EXPECT_EQ(kit.purged, (std::vector{FakeKit::Purge{nextRunPath, 1000, true, false}}));
 }
 
 TEST(NextRunSetup, LiesInTheMakersFolderThatOnlyItsOwnerMayEnter) {
@@ -176,33 +152,20 @@ TEST(NextRunSetup, LiesInTheMakersFolderThatOnlyItsOwnerMayEnter) {
 }
 
 TEST(WebLink, OpensTheSecureAddressOrExplainsWhyTheBrowserDidNotStart) {
-    const std::string start = "Error launching web browser, error code = ";
-    const struct {
-        std::int32_t code;
-        std::string text;
-    } cases[] = {{32, start + "32."},
-                 {31, start + "31.\r\n\r\nFile extension 'html' is not associated with any "
-                              "application program."},
-                 {8, start + "8.\r\n\r\nOut of memory."},
-                 {2, start + "2.\r\n\r\nPlease try once more."}};
-    for (const auto& [code, text] : cases) {
+    for (const auto& [code, reason] : {std::pair{32, "."},
+                                       {8, ".\r\n\r\nOut of memory."},
+                                       {2, ".\r\n\r\nPlease try once more."}}) {
         ScriptedUser user;
         user.openAddressResult = code;
-        user.Expect(Notice(text, "Cannot launch web browser", BoxIcon::Exclamation));
-        OpenWebLink(user, "file:///opt/zr5e/manual/index.html");
+        user.Expect(
+            Notice("Error launching web browser, error code = " + std::to_string(code) + reason,
+                   "Cannot launch web browser", BoxIcon::Exclamation));
+        OpenWebLink(user, FileAddress("/a%b#c d?\xc3\xa9\xff"));
+        EXPECT_EQ(user.openedAddresses, Names{"file:///a%25b%23c%20d%3F%C3%A9%FF"});
     }
     ScriptedUser user;
-    user.openAddressResult = 33;
     OpenWebLink(user, "http://manual.example/a");
-    OpenWebLink(user, "https://manual.example/b");
-    EXPECT_EQ(user.openedAddresses,
-              (Names{"https://manual.example/a", "https://manual.example/b"}));
-}
-
-TEST(WebLink, SpellsFilesSoThatEveryByteSurvives) {
-    EXPECT_EQ(FileAddress("/opt/my prog/manual/index.html"),
-              "file:///opt/my%20prog/manual/index.html");
-    EXPECT_EQ(FileAddress("/a%b#c?\xc3\xa9\xff"), "file:///a%25b%23c%3F%C3%A9%FF");
+    EXPECT_EQ(user.openedAddresses, Names{"https://manual.example/a"});
 }
 
 } // namespace

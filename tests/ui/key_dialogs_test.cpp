@@ -7,7 +7,6 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace zr5::test {
 namespace {
@@ -36,29 +35,24 @@ TEST_F(WithDisplayWindow, ShowsItsAnswersOnceTheKeyIsLongEnoughAndAnswersEnterBy
     Type(Typed.chopped(1));
     QTest::keyClick(&box, Qt::Key_Return);
     EXPECT_TRUE(window.isVisible());
-    QTest::keyClick(&box, Qt::Key_Escape);
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(window.Answer(), KeyAnswer::Cancel);
-    window.show();
-    Type(Typed.chopped(1)); // again: leaving has wiped the box
     for (const bool shown : {false, true}) {
         if (shown) Type(QStringLiteral("p"));
         for (const auto* name : {"cmdYes", "cmdNo", "lblChecksumIs", "lblUseThisKey"})
             EXPECT_EQ(IsShown(window, name), shown) << name;
     }
     EXPECT_EQ(Caption(window, "lblChecksumIs"), QStringLiteral("Checksum is 6304"));
-    QTest::keyClick(&box, Qt::Key_Return);
-    EXPECT_EQ(window.Answer(), KeyAnswer::Yes);
-    EXPECT_FALSE(window.isVisible());
-
-    window.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    Control(window, "cmdCancel").setFocus();
-    box.setFocus();
-    EXPECT_TRUE(Control<QPushButton>(window, "cmdYes").isDefault());
-    Control(window, "cmdNo").setFocus();
-    QTest::keyClick(&Control(window, "cmdNo"), Qt::Key_Return);
-    EXPECT_EQ(window.Answer(), KeyAnswer::No);
+    const auto answersBy = [this](QWidget& focus, Qt::Key pressed, KeyAnswer answer) {
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        focus.setFocus();
+        QTest::keyClick(&focus, pressed);
+        EXPECT_EQ(window.Answer(), answer);
+        EXPECT_FALSE(window.isVisible());
+    };
+    answersBy(box, Qt::Key_Escape, KeyAnswer::Cancel);
+    Type(Typed); // again: leaving has wiped the box
+    answersBy(box, Qt::Key_Return, KeyAnswer::Yes);
+    answersBy(Control(window, "cmdNo"), Qt::Key_Return, KeyAnswer::No);
 }
 
 TEST_F(WithDisplayWindow, RefusesAnEditWholeAndKeepsTheCursor) {
@@ -100,15 +94,12 @@ class WithoutDisplayWindow : public testing::Test {
 };
 
 TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOk) {
-    const QLabel& again = Control<QLabel>(window, "lblReEnterTheKey");
     for (const bool isLongEnough : {false, true}) {
         QTest::keyClicks(&first, isLongEnough ? QStringLiteral("p") : Typed.chopped(1));
         EXPECT_EQ(second.isEnabled(), isLongEnough);
         EXPECT_EQ(IsShown(window, "lblChecksumIs"), isLongEnough);
-        EXPECT_EQ(again.font().bold(), isLongEnough);
     }
     EXPECT_EQ(first.displayText(), QString(Typed.size(), QLatin1Char('#')));
-    EXPECT_EQ(Caption(window, "lblChecksumIs"), QStringLiteral("Checksum is 6304"));
     QTest::keyClick(&second, Qt::Key_Return);
     EXPECT_TRUE(window.isVisible() && !IsShown(window, "cmdOK"));
     QTest::keyClicks(&second, QStringLiteral("ABCDEFGHIJKLMNOP"));
@@ -116,7 +107,6 @@ TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOk) {
     EXPECT_TRUE(IsShown(window, "cmdOK"));
     QTest::keyClick(&second, Qt::Key_Return);
     EXPECT_EQ(window.result(), QDialog::Accepted);
-    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(WithoutDisplayWindow, StaysOpenAfterAMismatchWithTheSecondBoxInFocus) {

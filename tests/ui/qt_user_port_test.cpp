@@ -54,39 +54,27 @@ TEST(MessageBoxes, AnswerWithTheDefaultOnEnterAndWithWhatChangesNothingOnEscape)
     }
 }
 
-TEST(MessageBoxes, ShowNamesAsTheyAreAndLinesAsLines) {
+TEST(MessageBoxes, ShowNamesAsTheyAreAndLongOnesWholeAndFitTheScreen) {
     QtUserPort user;
-    InNext<QMessageBox>([](QMessageBox& window) {
-        EXPECT_EQ(window.windowTitle().toStdString(), "Title");
-        EXPECT_EQ(window.text().toStdString(), "<b>a.txt</b>\nb");
-        EXPECT_EQ(window.textFormat(), Qt::PlainText);
-        EXPECT_EQ(window.icon(), QMessageBox::Critical);
-    });
-    EXPECT_EQ(user.Ask(Notice("<b>a.txt</b>\r\nb", "Title", BoxIcon::Critical)), Answer::Ok);
-}
-
-TEST(MessageBoxes, ShowLongNamesAndTitlesWholeAndFitTheScreen) {
-    QtUserPort user;
-    InNext<QMessageBox>([](QMessageBox& window) {
-        const auto* text = window.findChild<QLabel*>("lblText");
-        ASSERT_NE(text, nullptr);
-        EXPECT_TRUE(window.rect().contains(text->geometry()));
-        EXPECT_GE(text->height(), text->heightForWidth(text->width()));
-        EXPECT_GE(text->height(), 3 * text->fontMetrics().height());
-    });
-    EXPECT_EQ(user.Ask(Notice(std::string(200, 'W'), "Title")), Answer::Ok);
-    InNext<QMessageBox>([](QMessageBox& window) {
-        const int title = window.fontMetrics().horizontalAdvance(window.windowTitle());
-        EXPECT_GT(window.width(), title + 100);
-    });
-    EXPECT_EQ(user.Ask(Notice("?", "A title longer than the text")), Answer::Ok);
-    InNext<QMessageBox>([](QMessageBox& window) {
-        EXPECT_LT(window.height(), window.screen()->availableGeometry().height());
-        const auto* text = window.findChild<QLabel*>("lblText");
-        EXPECT_GE(text->height(), text->heightForWidth(text->width()));
-        EXPECT_EQ(window.focusWidget(), window.button(QMessageBox::Ok));
-    });
-    EXPECT_EQ(user.Ask(Notice(std::string(20000, 'W'), "Title")), Answer::Ok);
+    for (const std::string& text :
+         {std::string("<b>a.txt</b>\r\nb"), std::string(200, 'W'), std::string(20000, 'W')}) {
+        InNext<QMessageBox>([&](QMessageBox& window) {
+            EXPECT_EQ(window.windowTitle(), "A title longer than its text");
+            EXPECT_EQ(window.icon(), QMessageBox::Critical);
+            EXPECT_EQ(window.textFormat(), Qt::PlainText);
+            EXPECT_EQ(window.text().toStdString(), text[0] == '<' ? "<b>a.txt</b>\nb" : text);
+            EXPECT_GT(window.width(),
+                      window.fontMetrics().horizontalAdvance(window.windowTitle()) + 100);
+            EXPECT_LT(window.height(), window.screen()->availableGeometry().height());
+            EXPECT_EQ(window.focusWidget(), window.button(QMessageBox::Ok));
+            const auto* label = window.findChild<QLabel*>("lblText");
+            ASSERT_NE(label, nullptr);
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+            EXPECT_GE(label->height(), (text.size() < 100 ? 2 : 3) * label->fontMetrics().height());
+        });
+        const auto box = Notice(text, "A title longer than its text", BoxIcon::Critical);
+        EXPECT_EQ(user.Ask(box), Answer::Ok);
+    }
 }
 
 TEST(Clipboard, GetsTheLineEndsOfTheDesktop) {
