@@ -1,5 +1,6 @@
 #include "keys/keyboard_with_display.h"
 #include "keys/keyboard_without_display.h"
+#include "keys/normalise.h"
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 
@@ -7,6 +8,8 @@
 
 namespace zr5::test {
 namespace {
+
+using namespace std::string_view_literals;
 
 constexpr std::u16string_view Typed = u"abcd efgh ijkl mnop";
 constexpr std::string_view TypedBytes = "abcd efgh ijkl mnop";
@@ -45,6 +48,23 @@ void ExpectTypedKey(const CurrentKey& key) {
     EXPECT_EQ(key.keyState, key_state::Keyboard);
     EXPECT_TRUE(key.keyfilePath.empty());
     EXPECT_FALSE(key.isNewRandomKey || key.isApparentlyRandom || key.keyChoiceAbandoned);
+}
+
+TEST(NormalisedKey, HasNoBlanksAndNoSmallLetters) {
+    for (const auto& [text, canonical] : {std::pair{"abcd efgh ijkl mnop"sv, "ABCDEFGHIJKLMNOP"sv},
+                                          {"\t a\r\nb\0c\x1F!\x7F"sv, "ABC!\x7F"sv},
+                                          {"\xE9\xDF\xF7\xFF\xA0"sv, "\xC9\xDF\xF7\x9F\xA0"sv},
+                                          {" \n "sv, ""sv},
+                                          {""sv, ""sv}})
+        EXPECT_EQ(NormaliseKey(text).text(), canonical);
+}
+
+TEST(Checksum, HasFourDigitsForAnyKey) {
+    for (int i = 0; i < 50'000; ++i) {
+        const std::int16_t checksum = KeyChecksum("KEY" + std::to_string(i));
+        ASSERT_GE(checksum, 1001);
+        ASSERT_LE(checksum, 9999);
+    }
 }
 
 TEST(TypedKey, IsBytesOfTheCodePageOrNothing) {

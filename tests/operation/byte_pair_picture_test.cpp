@@ -117,44 +117,37 @@ TEST_F(Picture, SaysWhenTheFileCannotBeRead) {
     }
 }
 
-class SavedPicture : public Picture {
-  protected:
-    void Save(const std::optional<std::string>& path, const std::optional<MessageBox>& box = {},
-              Answer answer = Answer::Ok) {
-        user.ExpectFile("Save picture", path);
+TEST_F(Picture, IsSavedWithAnExtensionNeverOverItsFileAndOverAnotherOnlyWhenToldTo) {
+    const auto save = [this](const std::optional<std::string>& name,
+                             const std::optional<MessageBox>& box = {},
+                             Answer answer = Answer::Ok) {
+        user.ExpectFile("Save picture", name ? std::optional(folder / *name) : std::nullopt);
         if (box) user.Expect(*box, answer);
         SavePicture(disk, random, user, folder / "pictured.png",
                     std::as_bytes(std::span("PNG", 3)));
-    }
-    void Refuses(const std::string& name, const std::string& reason) {
-        Save(folder / name,
-             Notice(folder / name + "\r\n" + reason, "Save picture", BoxIcon::Exclamation));
-    }
-};
-
-TEST_F(SavedPicture, GetsAnExtensionAndReplacesAFileOnlyWhenToldTo) {
-    Save(folder / "a");
+    };
+    const auto refuses = [&](const std::string& name, const std::string& reason) {
+        save(name, Notice(folder / name + "\r\n" + reason, "Save picture", BoxIcon::Exclamation));
+    };
+    save("a");
     EXPECT_EQ(folder.Read("a.png"), "PNG");
-    Save(folder / "b.PNG");
+    save("b.PNG");
     EXPECT_EQ(folder.Read("b.PNG"), "PNG");
     folder.Write("c.png", "old");
     for (const Answer answer : {Answer::No, Answer::Yes}) {
-        Save(folder / "c", OverwriteQuestion(folder / "c.png"), answer);
+        save("c", OverwriteQuestion(folder / "c.png"), answer);
         EXPECT_EQ(folder.Read("c.png"), answer == Answer::Yes ? "PNG" : "old");
     }
-    Save(std::nullopt);
-}
-
-TEST_F(SavedPicture, IsNeverPutInThePlaceOfItsFileAndNamesEveryFailure) {
+    save(std::nullopt);
     folder.Write("pictured.png", "the file");
-    Refuses("pictured.png", "is the file that the picture is of.");
+    refuses("pictured.png", "is the file that the picture is of.");
     EXPECT_EQ(folder.Read("pictured.png"), "the file");
-    Refuses("none/a.png", "cannot be written: no file can be made in its folder.");
+    refuses("none/a.png", "cannot be written: no file can be made in its folder.");
     const auto names = folder.Names();
     disk.Fail(FsCall::Write, 1, FsStatus::NoSpace);
-    Refuses("full.png", "was not written: the disk is full.");
+    refuses("full.png", "was not written: the disk is full.");
     disk.Fail(FsCall::Flush, 1);
-    Refuses("flush.png", "was not written.");
+    refuses("flush.png", "was not written.");
     EXPECT_EQ(folder.Names(), names) << "nothing is left of it";
 }
 

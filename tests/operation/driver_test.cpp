@@ -74,30 +74,26 @@ TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
 }
 
 TEST_F(DriverTest, RefusesProtectedFilesInPlaceOnly) {
-    folder.Write("run.BAT", "abc");
-    ChooseInput("run.BAT");
-    EXPECT_EQ(Entries(), "       run.BAT 3 bytes   ZR5 does not encrypt-in-place files with "
-                         "extension bat.\r\n");
-    folder.Write("zr5e", "abc");
-    ChooseInput("zr5e");
     machine.executablePath = folder / "zr5e";
-    EXPECT_EQ(
-        Entries(),
-        "          zr5e 3 bytes   This is the ZR5 executable.  Encryption not performed.\r\n");
     key.keyState = key_state::Keyfile;
-    key.keyfilePath = folder / "my.key";
-    folder.Write("my.key", "abc");
+    key.keyfilePath = folder.Write("my.key", "abc");
     std::filesystem::create_hard_link(folder / "my.key", folder / "linked");
-    ChooseInput("linked");
-    setup.Operation = Function::Decrypt;
-    EXPECT_EQ(
-        Entries(),
-        "        linked 3 bytes   This is the current keyfile.  Decryption not performed.\r\n");
-    EXPECT_TRUE(engine.calls.empty());
-
-    ChooseInput("run.BAT");
-    ChooseOutput("out");
-    EXPECT_NE(Entries().find("-> "), std::string::npos);
+    for (const auto& [name, entry] :
+         {std::pair{"run.BAT", "       run.BAT 3 bytes   ZR5 does not encrypt-in-place files with "
+                               "extension bat.\r\n"},
+          {"zr5e", "          zr5e 3 bytes   This is the ZR5 executable.  Encryption not "
+                   "performed.\r\n"},
+          {"linked", "        linked 3 bytes   This is the current keyfile.  Encryption not "
+                     "performed.\r\n"}}) {
+        folder.Write(name, "abc");
+        ChooseInput(name);
+        EXPECT_EQ(Entries(), entry);
+        EXPECT_TRUE(engine.calls.empty());
+        ChooseOutput("out");
+        EXPECT_NE(Entries().find("-> "), std::string::npos);
+        engine.calls.clear();
+        setup.OutputMode = OutputTarget::OverwriteInput;
+    }
 }
 
 TEST_F(DriverTest, ReportsWhyAFileCouldNotBeReplaced) {
@@ -181,10 +177,9 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
         folder.Write(name, "abc");
         Add(name);
     }
-    const auto encrypt = engine.onFile;
-    engine.onFile = [&](const std::string& input, const std::string& output) {
-        if (input.ends_with("b")) screen.StopPressed();
-        encrypt(input, output);
+    kit.onPurge = [&](const std::string& path) {
+        if (path.ends_with("b")) screen.StopPressed();
+        static_cast<void>(disk->Remove(path));
     };
     static_cast<void>(Run());
     EXPECT_EQ(screen.counters.filesProcessed, 2U);

@@ -1,6 +1,9 @@
 #include "operation/operation_run.h"
 
+#include "operation/file_listing.h"
 #include "operation/operation_fixture.h"
+
+#include <filesystem>
 
 namespace zr5::test {
 namespace {
@@ -35,23 +38,6 @@ TEST_F(OperationRun, OpensWithTheCountAndClosesWithTheSummary) {
                          "Total KB encrypted: 0.00\r\nElapsed time: 2 seconds\r\n");
     EXPECT_EQ(screen.PausedDoneText(), "Done");
     EXPECT_FALSE(engine.progress) << "the engine must not keep a way into a run that is over";
-}
-
-TEST_F(OperationRun, ShowsTheProgressOfAFileAndLetsTheInterfaceReact) {
-    folder.Write("a.odg", "abc");
-    ChooseInput("a.odg");
-    int events = 0;
-    user.onEvents = [&] { ++events; };
-    engine.onFile = [&](const std::string&, const std::string& output) {
-        std::ofstream(output) << "x";
-        const int before = events;
-        engine.progress(1, 2);
-        EXPECT_EQ(events, before + 1);
-        EXPECT_EQ(screen.Progress().file.name, "a.odg");
-        EXPECT_EQ(screen.Progress().file.ofPass, 0.5);
-    };
-    static_cast<void>(Run());
-    EXPECT_EQ(screen.Progress().file.name, "");
 }
 
 TEST_F(OperationRun, WarnsOfAntiVirusProgramsByKindOfFile) {
@@ -113,26 +99,22 @@ TEST_F(OperationRun, NeedsRoomForTheFirstWordsOfItsReportOnly) {
 }
 
 TEST(RandomnessSummary, IndicatesWhatMostFilesAre) {
-    const std::string indicates = "This indicates that all or most files are ";
-    const std::string plain = indicates + "not already encrypted or compressed.\r\n";
-    const std::string coded = indicates + "already encrypted or compressed.\r\n";
+    const std::string plain = "not already encrypted or compressed.\r\n";
+    const std::string coded = "already encrypted or compressed.\r\n";
     const std::string warning = "Warning: You may be trying to ";
-    const struct {
-        Function operation;
-        RandomnessCounts counts;
-        std::string text;
-    } cases[] = {
-        {Function::Encrypt, {3, 3, 6}, ""},
-        {Function::Encrypt, {3, 1, 4}, plain},
-        {Function::Decrypt, {3, 1, 4}, plain + warning + "decrypt already-decrypted files!\r\n"},
-        {Function::Encrypt, {0, 2, 2}, coded + warning + "encrypt already-encrypted files!\r\n"},
-        {Function::Decrypt, {0, 2, 2}, coded}};
-    for (const auto& [operation, counts, text] : cases) {
+    using enum Function;
+    for (const auto& [operation, counts, words] :
+         {std::tuple{Encrypt, RandomnessCounts{3, 3, 6}, std::string()},
+          {Encrypt, {3, 1, 4}, plain},
+          {Decrypt, {3, 1, 4}, plain + warning + "decrypt already-decrypted files!\r\n"},
+          {Encrypt, {0, 2, 2}, coded + warning + "encrypt already-encrypted files!\r\n"},
+          {Decrypt, {0, 2, 2}, coded}}) {
         EXPECT_EQ(
             ListingSummaryText(operation, {7, true, counts}),
             "Number of files to this point: 7\r\nNumber of files with randomness value < 0: " +
                 std::to_string(counts.below) + "\r\nNumber of files with randomness value > 0: " +
-                std::to_string(counts.above) + "\r\n" + text);
+                std::to_string(counts.above) + "\r\n" +
+                (words.empty() ? "" : "This indicates that all or most files are " + words));
     }
 }
 
@@ -140,6 +122,80 @@ TEST(Kilobytes, LoseTheirDecimalsFromAThousandOn) {
     for (const auto& [bytes, text] :
          {std::pair{1'023'999U, "1,000.00"}, {1'024'000U, "1,000"}, {1536U, "1.50"}})
         EXPECT_EQ(KilobytesText(bytes), text);
+}
+
+class Listing : public OperationTest {
+  protected:
+    Listing() {
+        setup.InputMode = InputSource::FilesInAFolder;
+        setup.Folder = {folder.Path(), folder.Path()};
+        setup.SubfolderAnswer = true;
+    }
+    /// The listing's text; empty when the report screen was not opened.
+    std::string List() {
+        bool shown = false;
+        ListFiles(
+            setup, machine, screen, "List files to be encrypted", [this] { return stopped; },
+            [&] { shown = true; });
+        return shown ? screen.text() : "";
+    }
+    void ExpectNone(const std::string& text) {
+        user.Expect(Notice(text, "List files to be encrypted", BoxIcon::Information));
+        EXPECT_EQ(List(), "");
+    }
+    bool stopped = false;
+};
+
+TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
+    folder.Write("a.odg", std::string(1234, 'x'));
+    std::filesystem::create_directory(folder / "sub");
+    folder.Write("sub/b.BIN", std::string(4096, 'x'));
+    kit.fileRandomness = -0.3;
+    setup.Operation = Function::Decrypt;
+    user.Expect(Notice("The file with extension bin might cause an anti-virus program to haldt "
+                       "program execution.\r\nIf you have anti-virus software running then it is "
+                       "recommended that you disable it for this operation.",
+                       "Warning!", BoxIcon::Exclamation));
+    const std::string path = folder.Path();
+    EXPECT_EQ(List(), "Files to be decrypted\r\n"
+                      "\r\n" +
+                          path + " has 1 matching file and 1 subfolder.\r\n     [1]   " + path +
+                          "a.odg (1,234 bytes)   \r\n\r\n" + path +
+                          "sub/ has 1 matching file and no subfolders.\r\n     [2] * " + path +
+                          "sub/b.BIN (4,096 bytes)   \r\n\r\nNumber of files: 2\r\n"
+                          "Number of files with randomness value < 0: 1\r\n"
+                          "Number of files with randomness value > 0: 0\r\n");
+    EXPECT_EQ(screen.PausedDoneText(), "Done");
+}
+
+TEST_F(Listing, EndsAtTheMaximumOrWhenStoppedInAPause) {
+    setup.MaxNumFiles = 5;
+    for (int i = 0; i < 8; ++i)
+        folder.Write(std::to_string(i), "x");
+    EXPECT_NE(List().find("\r\nNumber of files to this point: 5\r\n"), std::string::npos);
+    int events = 0;
+    user.onEvents = [&] {
+        if (screen.state() == ReportScreen::State::Paused) screen.StopPressed();
+        if (screen.IsRunning() && ++events == 2) screen.PauseContinuePressed();
+    };
+    EXPECT_NE(List().find("\r\nNumber of files to this point: 2\r\n"), std::string::npos);
+    EXPECT_EQ(screen.PausedDoneText(), "Stopped");
+    EXPECT_EQ(events, 3);
+}
+
+TEST_F(Listing, SaysWhenThereIsNothingToList) {
+    const std::string path = folder.Path();
+    ExpectNone("There are no files\r\nin folder " + path + "\r\nor any of its subfolders.");
+    setup.SubfolderAnswer = false;
+    ExpectNone("There are no files\r\nin folder " + path);
+    setup.FilePattern = "*.txt";
+    ExpectNone("There are no files *.txt\r\nin folder " + path);
+    std::filesystem::create_directories(folder / "sub/deep");
+    setup.SubfolderAnswer = true;
+    stopped = true;
+    ExpectNone("1 subfolders of " + path +
+               " were checked\r\nand there are no files *.txt\r\nin this folder or any of these "
+               "1 subfolders\r\n(but perhaps in others).");
 }
 
 } // namespace

@@ -36,16 +36,17 @@ class Store : public DeskTest {
 };
 
 TEST_F(Store, BringsBackEverySetupWithItsLabels) {
-    const std::string unspeakable = "/vanished/not \xFF utf-8/" + std::string(90, 'n') + "/";
     const std::function<void()> setups[] = {
-        [&] { desk.SetInputFile(unspeakable, "caf\xE9" + std::string(200, 'x')); },
+        [&] {
+            const std::string unspeakable = "/not \xFF utf-8/" + std::string(90, 'n') + "/";
+            desk.SetInputFile(unspeakable, "caf\xE9" + std::string(200, 'x'));
+        },
         [&] {
             desk.SelectFunction(Function::Decrypt);
             desk.SelectOutputMode(OutputTarget::SeparateOutput);
             desk.SetInputFile("/in/", "a.txt");
             desk.SetOutputFile("/in/", "b.txt");
         },
-        [&] { desk.SelectOutputMode(OutputTarget::SeparateOutput); },
         [&] {
             std::filesystem::create_directories(folder / "in/sub");
             desk.SelectInputMode(InputSource::FilesInAFolder);
@@ -78,23 +79,23 @@ TEST_F(Store, BringsBackEverySetupWithItsLabels) {
 }
 
 TEST_F(Store, LeavesTheOldFileWhenItCannotSave) {
-    const auto failed = Notice("Cannot save setup!", "Error", BoxIcon::Exclamation);
     folder.Write("zr5e.opn", "old");
+    const auto fails = [&] {
+        user.Expect(Notice("Cannot save setup!", "Error", BoxIcon::Exclamation));
+        store.SaveForNextRun();
+        EXPECT_EQ(folder.Read("zr5e.opn"), "old");
+    };
     desk.SetInputFile("/in/", "it's \"quoted\"");
-    user.Expect(failed);
-    store.SaveForNextRun();
+    fails();
     desk.SetInputFile("/in/", "a.txt");
     for (const FsCall call : {FsCall::Create, FsCall::Reserve, FsCall::Write, FsCall::Flush}) {
         disk.Fail(call, 1, FsStatus::NoSpace);
-        user.Expect(failed);
-        store.SaveForNextRun();
+        fails();
     }
     OperationSetup contradiction = desk.Setup();
     contradiction.FileName[Output] = "other.txt"; // but the input is to be overwritten
     desk.TakeOver(contradiction);
-    user.Expect(failed);
-    store.SaveForNextRun();
-    EXPECT_EQ(folder.Read("zr5e.opn"), "old");
+    fails();
 
     desk.SetInputFile("/in/", "a.txt");
     std::filesystem::create_directory(folder / "folder.opn");

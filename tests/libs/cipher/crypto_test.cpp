@@ -1,5 +1,4 @@
 #include "libs/cipher/key_text.h"
-#include "libs/cipher/master_keys.h"
 #include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
@@ -69,26 +68,6 @@ TEST(Secrets, CannotBeTouchedAfterTheyAreGone) {
         static_cast<void>(*place);
     };
     EXPECT_DEATH(readFreed(), "");
-}
-
-TEST(Masters, AreDerivedOnceForAKeyAndSalt) {
-    MasterKeys masters;
-    const RunSalt salt{std::byte{1}};
-    const RunSalt other{std::byte{2}};
-    EXPECT_FALSE(masters.HasKey());
-    masters.SetKey("key");
-    const std::byte* first = masters.For(salt)->bytes().data();
-    const SecretBytes before = masters.For(salt)->Clone();
-    EXPECT_NE(before.text(), masters.For(other)->text());
-    const unsigned generation = masters.Generation();
-    masters.SetKey("key"); // as before every file
-    EXPECT_EQ(masters.Generation(), generation);
-    EXPECT_EQ(masters.For(salt)->bytes().data(), first);
-    masters.SetKey("kez");
-    EXPECT_NE(masters.Generation(), generation);
-    EXPECT_NE(masters.For(salt)->text(), before.text());
-    masters.SetKey({});
-    EXPECT_FALSE(masters.HasKey());
 }
 
 TEST(KeyText, IsWhatAPersonCouldHaveWritten) {

@@ -173,15 +173,5 @@ TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
     EXPECT_EQ(NewName(std::string(255, 'x')), std::string(249, 'x') + ".zr5-2");
 }
 
-TEST_F(Kit, KnowsWhereANewFileCanBeMade) {
-    folder.Write("file", "");
-    folder.MakeSpecials("file");
-    const Names before = folder.Names();
-    EXPECT_EQ(kit->new_file_creatable(folder / "new"), 1);
-    for (const char* name : {"file", "dangling", "folder", "none/new", "file/new"})
-        EXPECT_EQ(kit->new_file_creatable(folder / name), 0) << name;
-    EXPECT_EQ(folder.Names(), before);
-}
-
 } // namespace
 } // namespace zr5::test

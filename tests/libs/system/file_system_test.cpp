@@ -1,9 +1,15 @@
 #include "libs/cipher/safe_file.h"
 #include "libs/system/file_system.h"
 
+#include "libs/cipher/engine_fixture.h"
 #include "libs/filekit/kit_fixture.h"
+#include "support/child_process.h"
 
+#include <array>
 #include <filesystem>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
 
 namespace zr5::test {
 namespace {
@@ -27,27 +33,6 @@ TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
     EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / "free"), FsStatus::Ok);
     EXPECT_EQ(folder.Read("free"), "moved");
     EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / "x"), FsStatus::NotFound);
-}
-
-TEST_F(SystemFiles, OpenOnlyRegularFilesAndMakeOnlyNewOnes) {
-    folder.Write("file", "content");
-    folder.MakeSpecials("file");
-    for (const auto& [name, kind] : {std::pair{"file", FileKind::Regular},
-                                     {"folder", FileKind::Folder},
-                                     {"link", FileKind::Link},
-                                     {"pipe", FileKind::Special}}) {
-        SCOPED_TRACE(name);
-        const std::string path = folder / name;
-        const auto opened = kind == FileKind::Regular ? FsStatus::Ok : FsStatus::NotRegularFile;
-        EXPECT_EQ(system->OpenForReading(path).status, opened);
-        EXPECT_EQ(system->OpenForOverwriting(path).status, opened);
-        EXPECT_EQ(system->CreateExclusively(path).status, FsStatus::AlreadyExists);
-        ASSERT_TRUE(system->Info(path));
-        EXPECT_EQ(system->Info(path)->kind, kind);
-    }
-    EXPECT_EQ(folder.Read("file"), "content") << "opening for overwriting cuts nothing off";
-    EXPECT_EQ(system->OpenForReading(folder / "none").status, FsStatus::NotFound);
-    EXPECT_FALSE(system->Info(folder / "none"));
 }
 
 TEST_F(SystemFiles, HaveOneIdentityUnderAllTheirNames) {
@@ -123,6 +108,130 @@ TEST_F(SafeFile, LeavesTheOldFileOrNothingWhicheverCallFails) {
     disk.Reset();
     disk.Fail(FsCall::Write, 1, FsStatus::NoSpace);
     EXPECT_EQ(Write(IfThere::Replace), FsStatus::NoSpace);
+}
+
+using namespace engine_code;
+
+struct stat StatOf(const std::string& path) {
+    struct stat raw {};
+    EXPECT_EQ(lstat(path.c_str(), &raw), 0);
+    return raw;
+}
+unsigned ModeOf(const std::string& path) {
+    return StatOf(path).st_mode & 07777U;
+}
+
+std::string AttributeOf(const std::string& path, const char* name) {
+    std::array<char, 256> value{};
+    const ssize_t length = getxattr(path.c_str(), name, value.data(), value.size());
+    return length < 0 ? "(none)" : std::string(value.data(), static_cast<std::size_t>(length));
+}
+
+class Attributes : public EngineTest {
+  protected:
+    /// `plain` becomes `sealed`, and that `back`.
+    void GoThroughBoth() const {
+        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    }
+};
+
+TEST_F(Attributes, ModeGoesThroughBothDirections) {
+    for (const unsigned mode : {0600U, 0644U, 0400U, 0755U, 0440U, 04755U}) {
+        SCOPED_TRACE(testing::Message() << std::oct << mode);
+        const std::string plain = folder.Write("plain", "content");
+        ASSERT_EQ(chmod(plain.c_str(), mode), 0);
+        GoThroughBoth();
+        EXPECT_EQ(ModeOf(folder / "sealed"), mode);
+        EXPECT_EQ(ModeOf(folder / "back"), mode);
+        folder.Empty();
+    }
+}
+
+TEST_F(Attributes, ExtendedOnesGoThroughBothDirections) {
+    const std::string plain = folder.Write("plain", "content");
+    ASSERT_EQ(setxattr(plain.c_str(), "user.origin", "somewhere", 9, 0), 0)
+        << "tests need a temporary folder whose file system knows extended attributes";
+    ASSERT_EQ(setxattr(plain.c_str(), "user.empty", "", 0, 0), 0);
+    GoThroughBoth();
+    for (const char* name : {"sealed", "back"}) {
+        EXPECT_EQ(AttributeOf(folder / name, "user.origin"), "somewhere");
+        EXPECT_EQ(AttributeOf(folder / name, "user.empty"), "");
+    }
+}
+
+TEST_F(Attributes, AccessListsGoThroughBothDirections) {
+    constexpr const char* Name = "system.posix_acl_access";
+    // As the file system keeps it: a version; then tag, permissions, user or group of each entry:
+    // the owner reads and writes, user 12345 reads, the group nothing, at most reading, others
+    // nothing.
+    const std::string list(
+        "\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\4\0\x39\x30\0\0\4\0\0\0\xFF\xFF\xFF\xFF"
+        "\x10\0\4\0\xFF\xFF\xFF\xFF\x20\0\0\0\xFF\xFF\xFF\xFF",
+        44);
+    const std::string plain = folder.Write("plain", "content");
+    if (setxattr(plain.c_str(), Name, list.data(), list.size(), 0) != 0)
+        GTEST_SKIP() << "the temporary folder's file system has no access lists";
+    GoThroughBoth();
+    EXPECT_EQ(AttributeOf(folder / "sealed", Name), list);
+    EXPECT_EQ(AttributeOf(folder / "back", Name), list);
+
+    // What a folder gives to new files must not make the result readable for more people.
+    ASSERT_EQ(
+        setxattr(folder.Path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0),
+        0);
+    removexattr(plain.c_str(), Name);
+    ASSERT_EQ(Encrypt("plain", "private"), Success);
+    EXPECT_EQ(AttributeOf(folder / "private", Name), AttributeOf(plain, Name));
+}
+
+TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {
+    const std::string plain = folder.Write("plain", PatternBytes(200'000));
+    ASSERT_EQ(chmod(plain.c_str(), 0666), 0);
+    ASSERT_EQ(Encrypt("plain", "sealed"), Success);
+    for (const FsCall moment : {FsCall::Write, FsCall::CopyAttributes}) {
+        Disk().Reset();
+        bool seen = false;
+        Disk().Before(moment, 1, [&] {
+            for (const std::string& name : folder.Names()) {
+                if (name == "plain" || name == "sealed") continue;
+                EXPECT_EQ(ModeOf(folder / name), 0600U);
+                seen = true;
+            }
+        });
+        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+        EXPECT_TRUE(seen);
+        folder.Remove("back");
+    }
+}
+
+TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
+    const std::string plain = folder.Write("plain", "content");
+    ASSERT_EQ(chmod(plain.c_str(), 06754), 0);
+    ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Encrypt("plain", "sealed") == Success; }));
+    EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
+    EXPECT_EQ(ModeOf(folder / "sealed"), 0744U)
+        << "neither set-id bits for the wrong user nor rights of one group for another";
+}
+
+TEST_F(Attributes, AFileOrFolderWithoutPermissionIsSaid) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users";
+    folder.Write("secret", "content");
+    folder.Write("open", Sealed("content"));
+    ASSERT_EQ(chmod((folder / "secret").c_str(), 0600), 0);
+    ASSERT_EQ(chmod(folder.Path().c_str(), 0755), 0);
+    std::filesystem::create_directory(folder / "theirs");
+    ASSERT_EQ(chmod((folder / "theirs").c_str(), 0777), 0);
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] {
+        return Encrypt("secret", "theirs/out") == InputNotOpened &&
+               Encrypt("open", "out") == OutputNotOpened &&
+               Decrypt("open", "secret") == OutputNotOpened &&
+               Decrypt("open", "theirs/out") == Success;
+    }));
+    EXPECT_EQ(folder.Read("secret"), "content");
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"secret", "open", "theirs"}));
 }
 
 } // namespace

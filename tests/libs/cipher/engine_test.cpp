@@ -1,0 +1,267 @@
+#include "libs/cipher/engine_fixture.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+// The engine's promise with every call to the disk failing once: the output is untouched,
+// complete, or salvaged and said to be so; the input is intact; nothing else is left.
+
+namespace zr5::test {
+namespace {
+
+using Names = std::set<std::string>;
+using namespace engine_code;
+
+constexpr std::string_view Old = "what stood there before";
+
+class EngineFaults : public EngineTest {
+  protected:
+    struct Direction {
+        bool encrypts;
+        std::string input;
+        std::string result; ///< of decryption
+    };
+
+    /// Whether the fault was met.
+    bool RunOnce(const Direction& direction, bool outputExists, unsigned call, FsStatus status) {
+        folder.Write("in", direction.input);
+        folder.Remove("out");
+        if (outputExists) folder.Write("out", Old);
+        Disk().Reset();
+        Disk().FailAny(call, status);
+        const std::int32_t code = direction.encrypts ? Encrypt("in", "out") : Decrypt("in", "out");
+        const std::vector<FsCall> calls = Disk().Calls();
+        const bool met = Disk().AllMet();
+        Disk().Reset();
+        EXPECT_TRUE(folder.Read("in") == direction.input) << "input changed";
+        const bool hasOutput = folder.Has("out");
+        EXPECT_EQ(folder.Names(), hasOutput ? (Names{"in", "out"}) : Names{"in"});
+        const FsCall failed = met ? calls[call - 1] : FsCall::Remove;
+        const std::string out = hasOutput ? folder.Read("out") : std::string{};
+        if (code == Success) {
+            EXPECT_TRUE(!met || failed == FsCall::Look) << "a failure was not noticed";
+            EXPECT_TRUE(IsComplete(direction, out));
+        } else if (code <= ReadErrorPartial) {
+            EXPECT_FALSE(direction.encrypts);
+            EXPECT_FALSE(out.empty());
+            EXPECT_TRUE(direction.result.starts_with(out));
+        } else {
+            // An old output that was already replaced cannot be brought back: it is complete.
+            const bool mayBeComplete = outputExists && failed == FsCall::FlushFolder;
+            EXPECT_EQ(hasOutput, outputExists);
+            EXPECT_TRUE(!hasOutput || out == Old || (mayBeComplete && IsComplete(direction, out)));
+            const bool writes = failed != FsCall::Open && failed != FsCall::Read &&
+                                failed != FsCall::FileInfo && failed != FsCall::Look;
+            if (status == FsStatus::NoSpace && writes) {
+                EXPECT_EQ(code, DiskFull);
+            }
+        }
+        return met;
+    }
+
+    [[nodiscard]] bool IsComplete(const Direction& direction, const std::string& out) const {
+        if (!direction.encrypts) return out == direction.result;
+        folder.Write("check-in", out);
+        const bool opens = Decrypt("check-in", "check-out") == Success &&
+                           folder.Read("check-out") == direction.input;
+        folder.Remove("check-in");
+        folder.Remove("check-out");
+        return opens;
+    }
+};
+
+TEST_F(EngineFaults, LeaveTheOutputUntouchedCompleteOrSalvaged) {
+    const std::string plain = PatternBytes((std::size_t{1} << 20U) + 70'000);
+    const std::string sealed = Sealed(plain);
+    for (const Direction& direction :
+         {Direction{true, plain, {}}, Direction{false, sealed, plain}}) {
+        for (const bool outputExists : {false, true}) {
+            for (const FsStatus status :
+                 {FsStatus::IoError, FsStatus::NoSpace, FsStatus::NotPermitted}) {
+                unsigned call = 1;
+                for (bool met = true; met; ++call) {
+                    SCOPED_TRACE(testing::Message()
+                                 << (direction.encrypts ? "encrypting" : "decrypting") << " call "
+                                 << call << " status " << static_cast<int>(status)
+                                 << (outputExists ? " over an output" : ""));
+                    met = RunOnce(direction, outputExists, call, status);
+                }
+                EXPECT_GT(call, 12U) << "too few calls seen for the sweep to mean anything";
+            }
+        }
+    }
+}
+
+TEST_F(EngineFaults, CannotHideBecauseTheDiskComesBeforeTheName) {
+    folder.Write("in", PatternBytes(70'000));
+    for (const bool outputExists : {false, true}) {
+        if (outputExists) folder.Write("out", Old);
+        Disk().Reset();
+        ASSERT_EQ(Encrypt("in", "out"), Success);
+        const auto calls = Disk().Calls();
+        const auto place = [&](FsCall kind) { return std::ranges::find(calls, kind); };
+        EXPECT_LT(place(FsCall::Reserve), place(FsCall::Write));
+        EXPECT_LT(place(FsCall::CopyAttributes), place(FsCall::Flush));
+        EXPECT_EQ(std::find(place(FsCall::Flush), calls.end(), FsCall::Write), calls.end());
+        EXPECT_LT(place(FsCall::Flush), place(FsCall::Rename));
+        EXPECT_LT(place(FsCall::Rename), place(FsCall::FlushFolder));
+        EXPECT_EQ(place(FsCall::FlushFolder) + 1, calls.end());
+    }
+}
+
+class Damage : public EngineTest {
+  protected:
+    /// Decrypts `bytes` over an existing output and checks the code, that the input is as it
+    /// was, that nothing else lies about, and that the output holds `expected`.
+    void ExpectResult(const std::string& bytes, std::int32_t code,
+                      const std::string& expected) const {
+        folder.Write("in", bytes);
+        folder.Write("out", "what stood there before");
+        EXPECT_EQ(Decrypt("in", "out"), code);
+        EXPECT_TRUE(folder.Read("in") == bytes) << "input changed";
+        const std::string out = folder.Read("out");
+        EXPECT_EQ(out.size(), expected.size());
+        EXPECT_TRUE(out == expected) << "wrong content";
+        EXPECT_EQ(folder.Names(), (Names{"in", "out"}));
+    }
+    void ExpectRejected(const std::string& bytes) const {
+        ExpectResult(bytes, WrongKeyOrCorrupt, "what stood there before");
+    }
+
+    [[nodiscard]] static std::string Flipped(std::string bytes, std::size_t at, unsigned bit = 0) {
+        bytes[at] = static_cast<char>(bytes[at] ^ (1 << bit));
+        return bytes;
+    }
+    /// `plain` with the blocks of these numbers zeroed.
+    [[nodiscard]] static std::string Without(std::string plain,
+                                             std::initializer_list<std::size_t> blocks) {
+        for (const std::size_t number : blocks) {
+            const std::size_t from = number * BlockBytes;
+            std::fill_n(plain.begin() + static_cast<std::ptrdiff_t>(from),
+                        std::min(BlockBytes, plain.size() - from), '\0');
+        }
+        return plain;
+    }
+};
+
+TEST_F(Damage, OfAnyByteOfASmallFileAndByCuttingItOffAnywhereIsFound) {
+    const std::string sealed = Sealed("twenty bytes of text");
+    for (std::size_t at = 0; at < sealed.size(); ++at) {
+        SCOPED_TRACE(at);
+        const std::string damaged = Flipped(sealed, at, static_cast<unsigned>(at % 8));
+        const std::string cut = sealed.substr(0, at);
+        if (at < HeaderBytes)
+            ExpectRejected(damaged);
+        else
+            ExpectResult(damaged, CorruptEndPartial, std::string(20, '\0'));
+        if (at <= HeaderBytes + TagBytes)
+            ExpectRejected(cut);
+        else
+            ExpectResult(cut, CorruptEndPartial, std::string(at - HeaderBytes - TagBytes, '\0'));
+    }
+}
+
+TEST_F(Damage, IsCountedUpToNineBlocks) {
+    const std::string plain = PatternBytes(20 * BlockBytes); // more than one piece
+    std::string damaged = Sealed(plain);
+    std::string expected = plain;
+    for (std::size_t count = 1; count <= 12; ++count) {
+        SCOPED_TRACE(count);
+        const std::size_t block = count + 6; // across the edge of a piece
+        damaged = Flipped(damaged, BlockAt(block) + 5);
+        expected = Without(expected, {block});
+        const auto counted = static_cast<std::int32_t>(std::min<std::size_t>(count, 9));
+        ExpectResult(damaged, OneDamagedBlock + 1 - counted, expected);
+    }
+}
+
+TEST_F(Damage, AWrongKeyIsToldBeforeAnythingIsWritten) {
+    folder.Write("in", Sealed(PatternBytes(100'000)));
+    for (const std::string_view key : {"CORRECTHORSEBATTERYSTAPLF", "CORRECTHORSEBATTERYSTAPL",
+                                       "correcthorsebatterystaple", "C"}) {
+        Disk().Reset();
+        EXPECT_EQ(DecryptPath(folder / "in", folder / "out", key), WrongKeyOrCorrupt);
+        EXPECT_EQ(Disk().WrittenBytes(), 0U);
+        EXPECT_EQ(folder.Names(), Names{"in"});
+    }
+    EXPECT_EQ(Decrypt("in", "out"), Success);
+}
+
+using RoundTrip = EngineTest;
+
+constexpr std::size_t MiB = std::size_t{1} << 20U;
+
+TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
+    for (const std::size_t length : {1UL, 2UL, 15UL, 16UL, 17UL, 65535UL, 65536UL, 65537UL,
+                                     131072UL, MiB - 1, MiB, MiB + 1, 3 * MiB + 5}) {
+        SCOPED_TRACE(length);
+        const std::string plain = PatternBytes(length);
+        folder.Write("plain", plain);
+        folder.Write("back", std::string(length + 1, 'x')); // is replaced
+        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        EXPECT_EQ(folder.Read("sealed").size(), EncryptedLength(length));
+        ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+        EXPECT_EQ(folder.Read("back"), plain);
+        EXPECT_EQ(folder.Read("plain"), plain);
+        EXPECT_EQ(folder.Names(), (Names{"plain", "sealed", "back"}));
+        folder.Empty();
+    }
+}
+
+TEST_F(RoundTrip, ShowsNothingOfTheContent) {
+    const std::string plain(200'000, 'A');
+    const std::string first = Sealed(plain);
+    const std::string second = Sealed(plain);
+    EXPECT_EQ(first.find("AAAAAAAA"), std::string::npos);
+    // Equal content, equal key: only magic bytes and run salt are equal.
+    EXPECT_EQ(first.substr(0, FileSaltAt), second.substr(0, FileSaltAt));
+    std::size_t equal = 0;
+    for (std::size_t i = FileSaltAt; i < first.size(); ++i)
+        equal += first[i] == second[i] ? 1U : 0U;
+    // 1 in 256 is equal by chance; ten standard deviations are allowed.
+    EXPECT_LT(equal, 200'000 / 256 + 280);
+}
+
+TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
+    const auto salts = [&](std::string_view key) {
+        folder.Write("plain", "content");
+        EXPECT_EQ(EncryptPath(folder / "plain", folder / "sealed", key), engine_code::Success);
+        const std::string header = folder.Read("sealed").substr(0, HeaderBytes);
+        return std::pair(header.substr(RunSaltAt, RunSaltBytes),
+                         header.substr(FileSaltAt, FileSaltBytes));
+    };
+    const auto first = salts(Key);
+    const auto second = salts(Key);
+    EXPECT_EQ(first.first, second.first);
+    EXPECT_NE(first.second, second.second);
+    const auto otherKey = salts("ANOTHERKEYOFTHEUSER");
+    EXPECT_NE(otherKey.first, first.first);
+    EXPECT_NE(otherKey.second, first.second);
+    EXPECT_NE(salts(Key).first, first.first) << "a salt outlived its key";
+}
+
+TEST_F(RoundTrip, TellsProgressAtMostEveryFiftyMilliseconds) {
+    folder.Write("plain", PatternBytes(3 * MiB + 5));
+    using Done = std::vector<std::uint64_t>;
+    Done done;
+    std::uint64_t total = 0;
+    Engine().SetProgress([&](std::uint64_t doneBytes, std::uint64_t totalBytes) {
+        done.push_back(doneBytes);
+        total = totalBytes;
+    });
+    for (const auto& [stepMs, expected] :
+         {std::pair{0, Done{}}, {20, {3 * MiB}}, {1000, {MiB, 2 * MiB, 3 * MiB, 3 * MiB + 5}}}) {
+        done.clear();
+        TestClock().step = std::chrono::milliseconds(stepMs);
+        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        EXPECT_EQ(done, expected) << stepMs;
+    }
+    EXPECT_EQ(total, 3 * MiB + 5);
+    ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+    EXPECT_EQ(total, EncryptedLength(3 * MiB + 5));
+    TestClock().step = {};
+}
+
+} // namespace
+} // namespace zr5::test
