@@ -42,6 +42,7 @@ TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
     EXPECT_TRUE(desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking));
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
     EXPECT_EQ(desk.Setup().FileName, (std::array<std::string, 2>{"*.txt", "*.txt"}));
+    EXPECT_EQ(Text("lblFiles(1)"), "Same as input files");
     EXPECT_EQ(desk.CheckLabels(), 0);
     Choose(folder / "sub");
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching: *.txt");
@@ -153,16 +154,6 @@ TEST_F(OutputFile, MayBeNewOrExistAndThePickerAsksBeforeOverwriting) {
         user.Expect(OverwriteQuestion(folder / "caf\\xE9"), answer);
         choice.ChooseOutput(OutputButton);
         EXPECT_EQ(OutputPath(), answer == Answer::No ? folder / "old.zr5" : unspeakable);
-    }
-}
-
-TEST_F(OutputFile, CountsAsTheInputByWhateverNameItIsReached) {
-    fs::create_hard_link(folder / "a.txt", folder / "hard");
-    fs::create_symlink("a.txt", folder / "soft");
-    for (const char* name : {"hard", "soft", "a.txt", "./a.txt"}) {
-        ChooseForOutput("b.txt");
-        ChooseForOutput(name);
-        EXPECT_EQ(OutputPath(), InputPath()) << name;
     }
 }
 

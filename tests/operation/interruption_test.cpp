@@ -6,7 +6,6 @@
 #include "support/child_process.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <sys/types.h>
 
@@ -128,7 +127,6 @@ TEST_F(Interruption, OfTheDiskAtAnyCallLosesNothingAndHidesNothing) {
     }
     EXPECT_GT(faults, 400U);
     EXPECT_GT(partial, 0U);
-    std::printf("%u failing calls of the disk, all survived\n", faults);
 }
 
 TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
@@ -167,7 +165,6 @@ TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
         }
     }
     EXPECT_GT(removals, 200U);
-    std::printf("%u disks taken away, all survived\n", removals);
 }
 
 TEST_F(Interruption, OfADiskThatIsNotThereLeavesNothingAndStopsNothing) {
@@ -220,7 +217,6 @@ TEST_F(Interruption, OfASystemCallByASignalOrHalfwayIsNotNoticed) {
         }
     }
     EXPECT_GT(faults, 100U);
-    std::printf("%u interrupted and short system calls, none noticed\n", faults);
 }
 
 TEST_F(Interruption, OfTheWritingBackIsToldByTheFlush) {
@@ -252,12 +248,10 @@ TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
         }
     }
     EXPECT_GT(kills, 500U);
-    std::printf("%u kills, all mended\n", kills);
 }
 
 TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
     constexpr unsigned Stride = 17; // through the run; every call of each mending
-    unsigned kills = 0;
     for (const Road& road : Roads) {
         bool killed = true;
         for (unsigned number = 1; killed; number += Stride) {
@@ -268,11 +262,9 @@ TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
                 mendingKilled = KilledAtSystemCall(inMending, [&] { Start(); });
                 Start();
                 ASSERT_TRUE(IsMended(road)) << number << ", then " << inMending;
-                ++kills;
             }
         }
     }
-    std::printf("%u kills of a mending, all mended\n", kills);
 }
 
 } // namespace

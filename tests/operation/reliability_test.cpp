@@ -30,12 +30,10 @@ class Reliability : public Interruption {
         setup.FileName = {"*.tst", "*.tst"};
         setup.FilePattern = "*.tst";
         setup.MaxNumFiles = 50;
-        engine.keyIsTextResult = 1;
         engine.onFile = [this](const std::string& from, const std::string& output) {
             const bool encrypts = engine.lastDirection == EngineEncrypt;
-            (encrypts ? engine.encryptResult : engine.decryptResult) =
-                encrypts ? EncryptPath(from, output, engine.lastKey)
-                         : DecryptPath(from, output, engine.lastKey);
+            engine.fileResult = encrypts ? EncryptPath(from, output, engine.lastKey)
+                                         : DecryptPath(from, output, engine.lastKey);
             if (afterFile) afterFile(output);
         };
     }

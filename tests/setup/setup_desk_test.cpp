@@ -61,23 +61,6 @@ TEST(PatternLabel, HasAColonAfterAFolderChoiceAndNoneAfterAnEdit) {
     EXPECT_EQ(setup.FilesCaption[Input], "All files matching *.txt") << "written anew";
 }
 
-TEST(EqualityNote, FollowTheKindOfInputAndComeForEqualPathsOnly) {
-    OperationSetup setup = FolderSetup("*.txt");
-    EXPECT_EQ(setup.FolderCaption[Output], "Same as input folder");
-    EXPECT_EQ(setup.FilesCaption[Output], "Same as input files");
-
-    setup = SingleFileSetup();
-    EXPECT_EQ(setup.FilesCaption[Output], "letter.zr5");
-    setup.FileName[Output] = setup.FileName[Input];
-    RewriteCaptions(setup, EqualityNotes);
-    EXPECT_EQ(setup.FolderCaption[Output], "/out/");
-    EXPECT_EQ(setup.FilesCaption[Output], "Same as input file");
-
-    setup = {};
-    RewriteCaptions(setup, EqualityNotes);
-    EXPECT_EQ(setup.FolderCaption[Output] + setup.FilesCaption[Output], "");
-}
-
 TEST(ConsistencyCheck, FindsTheFirstDisagreement) {
     using S = OperationSetup;
     using Case = std::pair<int, void (*)(S&)>;
@@ -190,26 +173,6 @@ TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
     EXPECT_EQ(Text("lblFiles(1)"), "");
     desk.SelectOutputMode(OutputTarget::OverwriteInput);
     EXPECT_EQ(desk.Setup().FilePath(Output), "/in/c.txt");
-}
-
-TEST_F(Desk, ShowsOnePaneAndDisablesTheRestBesideTheMenu) {
-    for (const auto& [pane, frame] : {std::pair{Pane::Menu, "fraMenu"},
-                                      {Pane::Waiting, "fraMenu"},
-                                      {Pane::Setup, "fraSetup"},
-                                      {Pane::SaveSetup, "fraSaveSetup"},
-                                      {Pane::Key, "fraKey"},
-                                      {Pane::Randomness, "fraRandomnessFiles"}}) {
-        desk.Show(pane);
-        const MainWindowView view = desk.Refresh();
-        for (const char* each :
-             {"fraMenu", "fraSetup", "fraSaveSetup", "fraKey", "fraRandomnessFiles"}) {
-            const bool shown = std::string_view(each) == frame;
-            EXPECT_EQ(view.at(each).visible, shown) << each;
-            EXPECT_EQ(view.at(each).enabled, shown && pane != Pane::Waiting) << each;
-        }
-        EXPECT_EQ(view.at("fraMain").enabled, pane == Pane::Menu);
-        EXPECT_EQ(view.at("lblKeyFrom(0)").visible, pane != Pane::Key);
-    }
 }
 
 TEST_F(Desk, AcceptsAMaximumWithinTheLimitsAndRefusesSilentlyWhenHovered) {

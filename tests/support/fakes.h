@@ -21,10 +21,7 @@ class FakeEngine : public CipherEngine {
         std::string output;
     };
     std::int32_t allocateResult = 1;
-    std::int32_t encryptResult = engine_code::Success;
-    std::int32_t decryptResult = engine_code::Success;
-    std::int32_t verifyResult = engine_code::Success;
-    std::int32_t keyIsTextResult = 0;
+    std::int32_t fileResult = engine_code::Success;
     std::vector<Call> calls; ///< in order; `operation_initialization` has the key as its input
     std::string lastKey;
     std::int32_t lastDirection = -1;
@@ -53,20 +50,18 @@ class FakeEngine : public CipherEngine {
     std::int32_t encrypt_file(const std::string& input, const std::string& output) override {
         calls.push_back({"encrypt_file", input, output});
         if (onFile) onFile(input, output);
-        return encryptResult;
+        return fileResult;
     }
     std::int32_t decrypt_file(const std::string& input, const std::string& output) override {
         calls.push_back({"decrypt_file", input, output});
         if (onFile) onFile(input, output);
-        return decryptResult;
+        return fileResult;
     }
     std::int32_t verify_file(const std::string& input, const std::string& output) override {
         calls.push_back({"verify_file", input, output});
-        return verifyResult;
+        return engine_code::Success;
     }
-    std::int32_t key_is_text(std::string_view, std::int32_t) const override {
-        return keyIsTextResult;
-    }
+    std::int32_t key_is_text(std::string_view, std::int32_t) const override { return 1; }
     void SetProgress(ProgressFunction function) override { progress = std::move(function); }
     void SetOutputObserver(OutputObserver*) override {}
 };
@@ -80,7 +75,6 @@ class FakeKit : public FileKit {
         bool reserved;
         friend bool operator==(const Purge&, const Purge&) = default;
     };
-    std::int64_t compareResult = compare_code::Identical;
     double fileRandomness = 0.5;
     std::map<std::string, double> randomnessOf; ///< by path, where it is not fileRandomness
     std::vector<std::pair<std::string, std::int32_t>> measured; ///< path and sample, in order
@@ -88,7 +82,6 @@ class FakeKit : public FileKit {
     bool stopped = false;
     double bufferRandomness = 0.96;
     std::int32_t purgeResult = 0;
-    std::int32_t creatableResult = 1;
     std::int32_t extensionResult = 0;
     std::int32_t loadResult = 1;
     std::map<std::int16_t, std::string> texts;
@@ -97,7 +90,7 @@ class FakeKit : public FileKit {
     std::function<void(const std::string& path)> onPurge;
 
     std::int64_t compare_files(const std::string&, const std::string&) override {
-        return compareResult;
+        return compare_code::Identical;
     }
     double fr(const std::string& path, std::int32_t sampleBytes) override {
         measured.emplace_back(path, sampleBytes);
@@ -116,7 +109,7 @@ class FakeKit : public FileKit {
         if (onPurge) onPurge(path);
         return purgeResult;
     }
-    std::int32_t new_file_creatable(const std::string&) override { return creatableResult; }
+    std::int32_t new_file_creatable(const std::string&) override { return 1; }
     std::int32_t new_filepath_extension(std::string& path) override {
         if (extensionResult == 0) path += ".zr5";
         return extensionResult;

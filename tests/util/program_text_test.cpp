@@ -78,50 +78,6 @@ TEST(LanguageLists, HaveStopWordsForOneProgramOnly) {
     EXPECT_EQ(lists.commonWordFiles[1], "cwds_de.txt");
 }
 
-TEST(ProgramTexts, AreReadFromLinesOfAnyKind) {
-    const struct {
-        std::string content;
-        ProgramTextTable expected;
-    } cases[] = {{"1 one\n2 two\n", {{1, "one"}, {2, "two"}}},
-                 {"1 one\r\n2 two", {{1, "one"}, {2, "two"}}},
-                 {"\xEF\xBB\xBF# mark\n1 one", {{1, "one"}}},
-                 {"# comment\n\n1 one\n\r\n# 2 two\n", {{1, "one"}}},
-                 {"1  blanks kept \n", {{1, " blanks kept "}}},
-                 {"1 a\\nb\\\\n\\t\\", {{1, "a\r\nb\\n\\t\\"}}},
-                 {"1 gro\xC3\x9F\n", {{1, "gro\xC3\x9F"}}},
-                 {"1 " + std::string(1022, 'x') + "\\\\", {{1, std::string(1022, 'x') + '\\'}}}};
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(entry.content.substr(0, 60));
-        ProgramTextTable texts;
-        EXPECT_EQ(ParseProgramTexts(entry.content, texts), std::ssize(entry.expected));
-        EXPECT_EQ(texts, entry.expected);
-    }
-}
-
-TEST(ProgramTexts, SayWhatIsWrongAndWhere) {
-    std::string lines;
-    for (int i = 1; i <= 499; ++i)
-        lines += std::to_string(i) + " text\n";
-    const struct {
-        std::string content;
-        std::int32_t code;
-    } cases[] = {{"", -6},
-                 {"\n# only comments\n", 0},
-                 {"1 \xFF\n", -4},
-                 {"1 one\n\n#\n2\n", -504},
-                 {"32768 more\n", -501},
-                 {"1 " + std::string(1024, 'x'), -1001},
-                 {"1 one\n2 two\n1 again\n", -1503},
-                 {lines, 499},
-                 {lines + "\n", -3}};
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(entry.content.substr(0, 60));
-        ProgramTextTable texts{{7, "before"}};
-        EXPECT_EQ(ParseProgramTexts(entry.content, texts), entry.code);
-        EXPECT_EQ(texts.contains(7) && texts.size() == 1, entry.code <= 0) << "the texts stay";
-    }
-}
-
 TEST_F(KitTest, FetchesTexts) {
     std::array<char, ProgramTextBufferLength> buffer{};
     const auto fetch = [&](std::int16_t number, std::int32_t room = ProgramTextBufferLength) {

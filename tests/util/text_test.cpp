@@ -11,13 +11,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(PrintableText, HasNoControlCharacter) {
-    for (const auto text : {""sv, "a b~\x7F\x81\xFF"sv})
-        EXPECT_TRUE(IsPrintableText(text)) << testing::PrintToString(text);
-    for (const auto text : {"ab\x1F"sv, "a\tb"sv, "a\0b"sv})
-        EXPECT_FALSE(IsPrintableText(text)) << testing::PrintToString(text);
-}
-
 TEST(LowerCase, KnowsAccentsAndOtherAlphabetsAndKeepsWhatIsNoLetter) {
     EXPECT_EQ(LowerCaseWithAccents("ŠŸÀÁÂÃÄÅÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝ"),
               "šÿàáâãäåçèéêëìíîïðñòóôõöøùúûüý");
@@ -28,16 +21,6 @@ TEST(LowerCase, KnowsAccentsAndOtherAlphabetsAndKeepsWhatIsNoLetter) {
               "a\xC3"
               "b\xFF\xE2\x82"
               "c");
-}
-
-TEST(TidyPath, CapitalisesADriveLetterAndLowersTheRest) {
-    EXPECT_EQ(TidyPath("c:\\Users\\ÉTÉ.TXT"), "C:\\users\\été.txt");
-    EXPECT_EQ(TidyPath("D:"), "D:");
-    EXPECT_EQ(TidyPath("\\\\Server\\Share\\A"), "\\\\server\\share\\a");
-    EXPECT_EQ(TidyPath("é:X"), "É:x");
-    EXPECT_EQ(TidyPath("Ab:C"), "ab:c");
-    EXPECT_EQ(TidyPath(""), "");
-    EXPECT_EQ(TidyPath("X"), "x");
 }
 
 TEST(ShortenPath, KeepsThreeCharactersAndTheTailAndNeverSplitsOne) {
@@ -52,11 +35,6 @@ TEST(ShortenPath, KeepsThreeCharactersAndTheTailAndNeverSplitsOne) {
                           "defghij\xFC",
                           10),
               "\xFF\xFE\xFD...hij\xFC");
-}
-
-TEST(Trim, TakesBlanksFromTheEndsOnly) {
-    EXPECT_EQ(Trim("  a b \t "), "a b \t");
-    EXPECT_EQ(Trim("   "), "");
 }
 
 TEST(CodePage, TakesEveryByteToACharacterAndBack) {
@@ -121,13 +99,11 @@ TEST(PathSplit, FollowsTheShapeOfThePath) {
     const struct {
         std::string_view path, folder, name, extension;
     } cases[] = {{"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
-                 {"/a.b/c", "/a.b/", "c", ""},
                  {"/x", "/", "x", ""},
                  {"/home/a/", "/home/a/", "", ""},
                  {"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
                  {"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
                  {"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
-                 {"/d/ends.", "/d/", "ends.", ""},
                  {"plain.É", "", "plain.É", "é"},
                  {"", "", "", ""},
                  {"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
@@ -139,41 +115,6 @@ TEST(PathSplit, FollowsTheShapeOfThePath) {
         EXPECT_EQ(parts.name, name);
         EXPECT_EQ(ExtensionOf(path), extension);
     }
-}
-
-TEST(PathShape, IsToldByTheFirstCharacters) {
-    for (const auto* path : {"C:", "z:\\x", "C:x", "\\\\server"})
-        EXPECT_TRUE(IsWindowsShaped(path)) << path;
-    for (const auto* path : {"", "C", "/c:/x", "1:\\x", "\\x", "é:\\"})
-        EXPECT_FALSE(IsWindowsShaped(path)) << path;
-}
-
-TEST(FolderPath, EndsInTheSeparatorOfItsShape) {
-    EXPECT_EQ(WithTrailingSeparator("C:"), "C:\\");
-    EXPECT_EQ(WithTrailingSeparator("C:\\x\\"), "C:\\x\\");
-    EXPECT_EQ(WithTrailingSeparator("/home"), "/home/");
-    EXPECT_EQ(WithTrailingSeparator("/"), "/");
-    EXPECT_EQ(WithTrailingSeparator("/odd\\"), "/odd\\/");
-    EXPECT_EQ(WithTrailingSeparator(""), "");
-}
-
-TEST(NameSplit, TellsAnEmptyExtensionFromNone) {
-    EXPECT_TRUE(SplitName("a.").hasDot);
-    EXPECT_FALSE(SplitName("a").hasDot);
-    EXPECT_EQ(SplitName("a.b.c").base, "a.b");
-}
-
-TEST(NameCharacters, AreForbiddenOneByOne) {
-    for (const char c : std::string_view("\\/:<>|\"")) {
-        const std::string name = std::string("a") + c + "b";
-        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Allowed)) << name;
-        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Refused)) << name;
-    }
-    for (const auto* name : {"*.t", "a?"}) {
-        EXPECT_FALSE(HasForbiddenCharacter(name, Wildcards::Allowed)) << name;
-        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Refused)) << name;
-    }
-    EXPECT_FALSE(HasForbiddenCharacter("a b'é.txt", Wildcards::Refused));
 }
 
 } // namespace
