@@ -54,7 +54,6 @@ namespace {
 /// A secret that does not itself lie in memory in the form that is searched for.
 class MaskedLetters {
   public:
-    /// Letters only; the caller wipes its own.
     void Add(char letter) { masked_.push_back(static_cast<char>(letter ^ Mask)); }
     [[nodiscard]] std::size_t size() const { return masked_.size(); }
     [[nodiscard]] char operator[](std::size_t i) const {
@@ -68,49 +67,23 @@ class MaskedLetters {
 
 constexpr std::size_t LettersInARow = 8;
 constexpr std::size_t WidestLetter = 4;
-constexpr std::size_t Overlap = LettersInARow * WidestLetter;
-constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
-
-/// What is read of memory lies in a mapping of its own, which is not searched.
-class Piece {
-  public:
-    Piece()
-        : data_(static_cast<unsigned char*>(mmap(nullptr, PieceBytes, PROT_READ | PROT_WRITE,
-                                                 MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
-        if (data_ == MAP_FAILED) throw std::runtime_error("no memory");
-    }
-    Piece(const Piece&) = delete;
-    Piece& operator=(const Piece&) = delete;
-    ~Piece() { munmap(data_, PieceBytes); }
-    [[nodiscard]] unsigned char* data() const { return data_; }
-    [[nodiscard]] bool Holds(std::uintptr_t address) const {
-        const auto begin = reinterpret_cast<std::uintptr_t>(data_);
-        return address >= begin && address < begin + PieceBytes;
-    }
-
-  private:
-    unsigned char* data_;
-};
-
-/// Whether at `at` letters of `width` bytes are those of the secret from `from` on.
-bool Matches(std::span<const unsigned char> at, std::size_t width, const MaskedLetters& secret,
-             std::size_t from) {
-    for (std::size_t i = 0; i < LettersInARow; ++i) {
-        if ((at[i * width] | 0x20) != (secret[from + i] | 0x20)) return false;
-        for (std::size_t high = 1; high < width; ++high)
-            if (at[i * width + high] != 0) return false;
-    }
-    return true;
-}
 
 void Search(std::span<const unsigned char> bytes, const MaskedLetters& secret,
             const std::string& mapping, std::vector<std::string>& found) {
+    const auto matches = [&](std::size_t at, std::size_t width, std::size_t from) {
+        for (std::size_t i = 0; i < LettersInARow; ++i) {
+            const std::span<const unsigned char> letter = bytes.subspan(at + i * width, width);
+            if ((letter[0] | 0x20) != (secret[from + i] | 0x20)) return false;
+            for (const unsigned char high : letter.subspan(1))
+                if (high != 0) return false;
+        }
+        return true;
+    };
     for (std::size_t at = 0; at + LettersInARow <= bytes.size(); ++at) {
-        const std::span<const unsigned char> here = bytes.subspan(at);
         for (std::size_t from = 0; from + LettersInARow <= secret.size(); ++from) {
-            if ((here[0] | 0x20) != (secret[from] | 0x20)) continue;
-            for (const std::size_t width : {1U, 2U, 4U}) {
-                if (here.size() >= LettersInARow * width && Matches(here, width, secret, from))
+            if ((bytes[at] | 0x20) != (secret[from] | 0x20)) continue;
+            for (const std::size_t width : {std::size_t{1}, std::size_t{2}, WidestLetter}) {
+                if (at + LettersInARow * width <= bytes.size() && matches(at, width, from))
                     found.push_back(mapping + " width " + std::to_string(width) + " letter " +
                                     std::to_string(from));
             }
@@ -122,23 +95,27 @@ void Search(std::span<const unsigned char> bytes, const MaskedLetters& secret,
 /// row, small or capital, in characters of one, two or four bytes: the name of each mapping and
 /// the width, once for each place.
 std::vector<std::string> FindInOwnMemory(const MaskedLetters& secret) {
+    constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
     std::vector<std::string> found;
-    const Piece piece;
+    // What is read of memory lies in a mapping of its own, which is not searched; it goes with the
+    // process.
+    static auto* const piece = static_cast<unsigned char*>(
+        mmap(nullptr, PieceBytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     const int memory = open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
     std::ifstream maps("/proc/self/maps");
-    if (memory < 0 || !maps) throw std::runtime_error("own memory cannot be read");
+    if (piece == MAP_FAILED || memory < 0 || !maps)
+        throw std::runtime_error("own memory cannot be read");
     for (std::string line; std::getline(maps, line);) {
         std::uintptr_t begin = 0;
         std::uintptr_t end = 0;
         char mode[5] = {};
         if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, mode) != 3) continue;
-        if (mode[1] != 'w' || piece.Holds(begin)) continue;
-        for (std::uintptr_t at = begin; at < end; at += PieceBytes - Overlap) {
-            const ssize_t got =
-                pread(memory, piece.data(), std::min<std::size_t>(PieceBytes, end - at),
-                      static_cast<off_t>(at));
+        if (mode[1] != 'w' || begin == reinterpret_cast<std::uintptr_t>(piece)) continue;
+        for (std::uintptr_t at = begin; at < end; at += PieceBytes - LettersInARow * WidestLetter) {
+            const ssize_t got = pread(memory, piece, std::min<std::size_t>(PieceBytes, end - at),
+                                      static_cast<off_t>(at));
             if (got <= 0) break; // a guard page or a device
-            Search({piece.data(), static_cast<std::size_t>(got)}, secret, line, found);
+            Search({piece, static_cast<std::size_t>(got)}, secret, line, found);
             if (static_cast<std::size_t>(got) < PieceBytes) break;
         }
     }

@@ -42,26 +42,20 @@ TEST_F(SystemFiles, HaveOneIdentityUnderAllTheirNames) {
     fs::create_hard_link(folder / "file", folder / "hard");
     fs::create_symlink(folder / "file", folder / "soft");
     fs::create_directory_symlink(folder.Path(), folder / "below/up");
-    struct Case {
-        std::string a, b;
-        bool same;
-    };
-    const auto path = [&](const char* name) { return folder / name; };
-    for (const Case& entry :
-         {Case{path("file"), path("file"), true}, Case{path("file"), path("hard"), true},
-          Case{path("file"), path("soft"), true},
-          Case{path("file"), path("./below/..//file"), true},
-          Case{path("file"), path("below/up/file"), true}, Case{path("file"), path("other"), false},
-          Case{path("file"), path("FILE"), false}, Case{path("file"), path("none"), false},
-          Case{path("none"), path("./none"), true}, // neither is there
-          Case{path("none"), path("nine"), false}, Case{"C:\\Text\\a.TXT", "c:\\text\\A.txt", true},
-          Case{"C:\\Text\\\xC3\x84.txt", "c:\\text\\\xC3\xA4.txt", true},
-          Case{"C:\\a.txt", "D:\\a.txt", false}, Case{"\\\\Server\\a", "\\\\SERVER\\A", true},
-          Case{"C:\\a\xFF", "c:\\A\xFF", true}, // not UTF-8
-          Case{"C:\\a", path("file"), false}}) {
-        SCOPED_TRACE(entry.a + " and " + entry.b);
-        EXPECT_EQ(SameFile(*system, entry.a, entry.b), entry.same);
-        EXPECT_EQ(SameFile(*system, entry.b, entry.a), entry.same);
+    using Row = std::tuple<std::string, std::string, bool>;
+    const std::string file = folder / "file";
+    for (const auto& [a, b, same] :
+         {Row{file, folder / "hard", true}, Row{file, folder / "soft", true},
+          Row{file, folder / "below/up/./file", true}, Row{file, folder / "other", false},
+          Row{file, folder / "FILE", false}, Row{file, folder / "none", false},
+          Row{folder / "none", folder / "./none", true}, // neither is there
+          Row{folder / "none", folder / "nine", false},
+          Row{"C:\\Text\\\xC3\x84.TXT", "c:\\text\\\xC3\xA4.txt", true},
+          Row{"C:\\a.txt", "D:\\a.txt", false}, Row{"\\\\Server\\a", "\\\\SERVER\\A", true},
+          Row{"C:\\a\xFF", "c:\\A\xFF", true}, Row{"C:\\a", file, false}}) {
+        SCOPED_TRACE(a + " and " + b);
+        EXPECT_EQ(SameFile(*system, a, b), same);
+        EXPECT_EQ(SameFile(*system, b, a), same);
     }
 }
 
