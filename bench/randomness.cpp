@@ -6,12 +6,11 @@
 //   buffers FILES    how many pieces of 64 bytes pass for random keys
 
 #include "libs/filekit/randomness.h"
-#include "libs/cipher/zr5_engine.h"
+#include "libs/cipher/cipher_engine.h"
 #include "libs/filekit/file_kit.h"
-#include "libs/filekit/zr5_file_kit.h"
 #include "libs/system/file_system.h"
 #include "libs/system/random.h"
-#include "operation/randomness_tally.h"
+#include "operation/listing_summary.h"
 
 #include <algorithm>
 #include <chrono>
@@ -168,12 +167,12 @@ void MakeEncrypted(const fs::path& folder, FileSystem& fileSystem) {
     SystemClock clock;
     SystemRandom random;
     const auto engine = MakeCipherEngine(fileSystem, clock, random);
-    if (engine->allocate_buffers() <= 0) throw std::runtime_error("no buffers");
+    if (!engine->allocate_buffers()) throw std::runtime_error("no buffers");
     fs::create_directories(folder / "zr5");
     for (const auto& entry : fs::directory_iterator(folder / "plain")) {
-        engine->operation_initialization("CORRECTHORSEBATTERYSTAPLE", EngineEncrypt, 0, 0);
+        engine->operation_initialization("CORRECTHORSEBATTERYSTAPLE", Direction::Encrypt);
         const std::string output = folder / "zr5" / entry.path().filename();
-        if (engine->encrypt_file(entry.path(), output) != engine_code::Success)
+        if (engine->encrypt_file(entry.path(), output, {}) != EngineResult::Success)
             throw std::runtime_error("not encrypted: " + entry.path().string());
     }
     engine->deallocate_buffers();
@@ -199,11 +198,11 @@ void PrintClass(FileKit& kit, const fs::path& folder) {
     std::size_t tooSmall = 0;
     for (const auto& entry : fs::directory_iterator(folder)) {
         const std::string path = entry.path();
-        const double value = kit.fr(path, 0);
+        const double value = kit.fr(path, 0, {});
         if (value == RandomnessTooSmall) ++tooSmall;
         if (value <= RandomnessFailureLimit) continue;
         whole.values.push_back(value);
-        sample.values.push_back(kit.fr(path, RandomnessSampleBytes));
+        sample.values.push_back(kit.fr(path, RandomnessSampleBytes, {}));
     }
     const std::string name = folder.filename();
     if (whole.values.empty()) {
@@ -221,7 +220,7 @@ void PrintTable(FileKit& kit, const fs::path& folder) {
     for (const auto& entry : fs::directory_iterator(folder))
         classes.insert(entry.path());
     std::printf("| class | files | whole file: above 0, %% | least | median | most "
-                "| %d bytes: above 0, %% | least | median | most |\n"
+                "| %zu bytes: above 0, %% | least | median | most |\n"
                 "|---|---|---|---|---|---|---|---|---|---|\n",
                 RandomnessSampleBytes);
     for (const fs::path& path : classes) {

@@ -3,8 +3,8 @@
 // [FILES ...]]
 
 #include "figures.h"
-#include "libs/cipher/zr5_engine.h"
-#include "libs/filekit/zr5_file_kit.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
 #include "libs/system/random.h"
 #include "operation/file_listing.h"
 #include "operation/operation_run.h"
@@ -112,14 +112,14 @@ bool RunProgram(const std::string& folder, std::size_t count, Figures& figures) 
     const auto disk = MakeSystemFileSystem();
     const auto engine = MakeCipherEngine(*disk, clock, random);
     const auto kit = MakeFileKit(*disk, random);
-    if (engine->allocate_buffers() == 0) return false;
+    if (!engine->allocate_buffers()) return false;
     QtUserPort user;
-    Machine machine{*disk, *engine, *kit, user, clock, "/proc/self/exe", folder + ".journal"};
+    Machine machine{user, *disk, *engine, *kit, clock, random, "/proc/self/exe", folder + "-"};
     ReportScreen screen(user, clock);
     ReportWindow window(screen);
     CurrentKey key;
     key.keyText = SecretBytes::CopyOf(std::string_view("CORRECTHORSEBATTERYSTAPLE"));
-    key.keyState = key_state::Keyboard;
+    key.keyState = KeyState::Keyboard;
     OperationSetup setup;
     setup.InputMode = InputSource::FilesInAFolder;
     setup.SubfolderAnswer = true;
@@ -132,13 +132,17 @@ bool RunProgram(const std::string& folder, std::size_t count, Figures& figures) 
         ListFiles(
             setup, machine, screen, "", [] { return false; }, [] {});
     }));
+    OperationTotals totals;
     figures.program.push_back(Seconds([&] {
         const ListedFiles listed = MakeWorkList(
             setup, machine, [](std::uint64_t) {}, [] { return false; });
-        RunOperation({setup, key, listed.list, machine}, screen,
-                     {0, listed.wasCutShort, listed.randomness});
+        OperationJournal journal(*disk);
+        RunOperation(
+            {setup, key, listed.list, machine, screen, journal},
+            {0, listed.wasCutShort, listed.randomness},
+            [&](const OperationContext& operation) { return totals = ProcessFiles(operation); });
     }));
-    return screen.counters.filesProcessed == count;
+    return totals.filesProcessed == count;
 }
 
 void RunBareLoop(const std::string& folder, std::size_t count, Figures& figures) {

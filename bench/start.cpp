@@ -1,7 +1,8 @@
 // From the start of a process to its main window on the (offscreen) display, in rounds. Usage:
 // [ROUNDS]; called with "window" it is that process.
 
-#include "app/machine_parts.h"
+#include "app/program.h"
+#include "app/system_machine.h"
 #include "figures.h"
 #include "util/user_port.h"
 
@@ -36,7 +37,7 @@ int ShowWindow(int argc, char** argv) {
     const std::filesystem::path config =
         std::filesystem::temp_directory_path() / ("zr5-start-" + std::to_string(getpid()));
     Absent user;
-    MachineParts machine;
+    SystemMachine machine;
     Program program(machine.For(
         user, std::filesystem::canonical("/proc/self/exe").parent_path() / "zr5e", config));
     const bool started = program.Start();

@@ -3,7 +3,6 @@
 
 #include "figures.h"
 #include "libs/cipher/cipher_engine.h"
-#include "libs/cipher/zr5_engine.h"
 #include "libs/system/clock.h"
 #include "libs/system/file_system.h"
 #include "libs/system/random.h"
@@ -112,16 +111,19 @@ void Shell(const std::string& command) {
 
 /// The whole life of an engine, buffers and key derivation included, as a program that is
 /// started for this one file has it.
-void RunEngine(std::int32_t direction, const std::string& from, const std::string& to) {
+void RunEngine(zr5::Direction direction, const std::string& from, const std::string& to) {
     const auto disk = zr5::MakeSystemFileSystem();
     zr5::SystemClock clock;
     zr5::SystemRandom random;
     const auto engine = zr5::MakeCipherEngine(*disk, clock, random);
-    if (engine->allocate_buffers() == 0) Fail("allocate_buffers");
-    engine->operation_initialization(Key, direction, 0, 0);
-    const std::int32_t code = direction == zr5::EngineEncrypt ? engine->encrypt_file(from, to)
-                                                              : engine->decrypt_file(from, to);
-    if (code != 0) Fail("engine " + std::to_string(code));
+    if (!engine->allocate_buffers()) Fail("allocate_buffers");
+    engine->operation_initialization(Key, direction);
+    const zr5::EngineResult result = direction == zr5::Direction::Encrypt
+                                         ? engine->encrypt_file(from, to, {})
+                                         : engine->decrypt_file(from, to, {});
+    if (result != zr5::EngineResult::Success) {
+        Fail("engine " + std::to_string(static_cast<int>(result)));
+    }
 }
 
 struct Paths {
@@ -162,8 +164,8 @@ std::vector<Contender> Contenders(const Paths& paths) {
     return {
         {"plain copy", "", [=] { CopyFlushed(plain, copied); }, [=] { CopyFlushed(copied, back); },
          copied},
-        {"this engine", "", [=] { RunEngine(zr5::EngineEncrypt, plain, ours); },
-         [=] { RunEngine(zr5::EngineDecrypt, ours, back); }, ours},
+        {"this engine", "", [=] { RunEngine(zr5::Direction::Encrypt, plain, ours); },
+         [=] { RunEngine(zr5::Direction::Decrypt, ours, back); }, ours},
         program("age, X25519", "age",
                 "age -e -i " + ageKey + " -o " + sealedBy("age") + " " + plain,
                 "age -d -i " + ageKey + " -o " + back + " " + sealedBy("age")),

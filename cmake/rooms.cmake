@@ -3,15 +3,15 @@
 # so a header of a room that was not linked is not found and a wrong include does not build.
 
 # zr5_room(ROOM [room ...]): the library of every source in src/ROOM, which may use the rooms named
-# after it. Its target is zr5_ROOM, with "_" for "/". Files that end in _linux.cpp or _windows.cpp
-# are taken on their own platform only.
+# after it. Its target is zr5_ROOM, with "_" for "/". In libs, files that end in _linux.cpp or
+# _windows.cpp are taken on their own platform only.
 function(zr5_room room)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*.cpp)
     file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*.h)
     if(WIN32)
-        list(FILTER sources EXCLUDE REGEX "_linux\\.cpp$")
+        list(FILTER sources EXCLUDE REGEX "/libs/.*_linux\\.cpp$")
     else()
-        list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+        list(FILTER sources EXCLUDE REGEX "/libs/.*_windows\\.cpp$")
     endif()
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     string(REPLACE "/" "_" name ${room})

@@ -1,7 +1,8 @@
 // Drives the program's own windows through one encryption and one decryption, as a user would,
 // and leaves screenshots and the report in the folder that is its argument.
 
-#include "app/machine_parts.h"
+#include "app/program.h"
+#include "app/system_machine.h"
 #include "support/window_driver.h"
 #include "ui/qt_user_port.h"
 
@@ -129,7 +130,7 @@ int main(int argc, char** argv) {
     const std::filesystem::path executable = QCoreApplication::applicationFilePath().toStdString();
 
     TourUser user;
-    MachineParts machine;
+    SystemMachine machine;
     const std::filesystem::path configFolder = folder / "config";
     std::filesystem::create_directories(configFolder);
     Program program(machine.For(user, executable.parent_path() / "zr5e", configFolder));

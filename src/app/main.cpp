@@ -1,6 +1,7 @@
 // The process: makes the machine's own parts and runs the program on them.
 
-#include "app/machine_parts.h"
+#include "app/program.h"
+#include "app/system_machine.h"
 #include "libs/system/secret.h"
 #include "ui/appearance.h"
 #include "ui/qt_user_port.h"
@@ -29,7 +30,7 @@ int main(int argc, char** argv) {
     std::filesystem::current_path("/", ignored);
 
     QtUserPort user;
-    MachineParts machine;
+    SystemMachine machine;
     Program program(machine.For(
         user, NativePath(QCoreApplication::applicationFilePath()),
         NativePath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))));

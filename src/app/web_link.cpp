@@ -1,5 +1,6 @@
 #include "app/web_link.h"
 
+#include "libs/system/text_encoding.h"
 #include "util/numbers.h"
 #include "util/paths.h"
 
@@ -40,17 +41,14 @@ std::string WebLinkError(std::int32_t code, std::string_view address) {
 }
 
 std::string FileAddress(std::string_view path) {
-    constexpr std::string_view Digits = "0123456789ABCDEF";
     std::string address = "file://";
     for (const char c : path) {
         if (StandsForItself(c)) {
             address += c;
             continue;
         }
-        const auto byte = static_cast<unsigned char>(c);
         address += '%';
-        address += Digits[byte >> 4U];
-        address += Digits[byte & 0x0FU];
+        AppendHex(address, static_cast<std::byte>(c), HexDigits::Upper);
     }
     return address;
 }

@@ -1,6 +1,6 @@
 #include "files/file_pattern.h"
 
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 #include "util/paths.h"
 #include "util/text.h"
 

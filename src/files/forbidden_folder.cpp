@@ -114,7 +114,7 @@ std::optional<std::string> ForbiddenFolders::NameOf(const std::string& path) con
 
 std::optional<std::string> ForbiddenInput(const OperationSetup& setup, FileSystem& fileSystem) {
     if (setup.InputMode != InputSource::FilesInAFolder) return std::nullopt;
-    const std::string& folder = setup.Folder[Input];
+    const std::string& folder = setup.Folder[InputSide];
     return ForbiddenFolders(fileSystem)
         .NameOf(WithTrailingSeparator(fileSystem.CanonicalPath(folder).value_or(folder)));
 }

@@ -1,8 +1,10 @@
 #pragma once
 
-// What the dialogs that specify input files and output file have in common: three options, the
-// last of which takes an extension.
+// The rules of the dialogs that specify the input files of a folder and the output file of a single
+// one: three options, the last of which takes an extension.
 
+#include "files/file_choice.h"
+#include "setup/setup_desk.h"
 #include "util/user_port.h"
 
 #include <cstddef>
@@ -53,6 +55,50 @@ class SpecifyFiles {
   private:
     std::optional<std::size_t> selected_;
     std::string extension_;
+};
+
+/// For a folder operation whose folder is chosen. The options stand for subfolder switch and
+/// pattern of the setup.
+class SpecifyInputFiles final : public SpecifyFiles {
+  public:
+    static constexpr std::size_t AllFiles = 0;
+    static constexpr std::size_t AllFilesAndSubfolders = 1;
+
+    SpecifyInputFiles(UserPort& user, SetupDesk& desk);
+
+    [[nodiscard]] std::string Title() const override;
+    [[nodiscard]] std::string Subject() const override;
+    [[nodiscard]] std::string Caption(std::size_t option) const override;
+    [[nodiscard]] std::string Example() const override;
+
+  protected:
+    [[nodiscard]] bool Store(std::size_t option, const std::string& extension) override;
+
+  private:
+    SetupDesk& desk_;
+};
+
+/// For a single file that is chosen and a result that goes to a different file.
+class SpecifyOutputFiles final : public SpecifyFiles {
+  public:
+    static constexpr std::size_t ExistingFile = 0;
+    static constexpr std::size_t NewFile = 1;
+
+    SpecifyOutputFiles(UserPort& user, FileSystem& fileSystem, const SetupDesk& desk,
+                       SingleFileChoice& choice);
+
+    [[nodiscard]] std::string Title() const override;
+    [[nodiscard]] std::string Subject() const override;
+    [[nodiscard]] std::string Caption(std::size_t option) const override;
+    [[nodiscard]] std::string Example() const override;
+
+  protected:
+    /// The first two options open a file picker.
+    [[nodiscard]] bool Store(std::size_t option, const std::string& extension) override;
+
+  private:
+    const SetupDesk& desk_;
+    SingleFileChoice& choice_;
 };
 
 } // namespace zr5

@@ -1,8 +1,7 @@
 #include "keys/classification.h"
 
+#include <algorithm>
 #include <cassert>
-#include <cstdint>
-#include <cstdlib>
 
 namespace zr5 {
 namespace {
@@ -10,16 +9,27 @@ namespace {
 constexpr double LeastRandomness = 0.88;
 constexpr std::size_t SubstituteBase = 128;
 
+constexpr std::string_view LayoutControls = "\t\n\f\r";
+/// The five codes to which the code page gives no character.
+constexpr std::string_view Unassigned = "\x81\x8D\x8F\x90\x9D";
+
+bool IsTextByte(char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (code < 32) return LayoutControls.find(byte) != std::string_view::npos;
+    return code != 127 && Unassigned.find(byte) == std::string_view::npos;
+}
+
 } // namespace
 
-bool KeyIsText(const CipherEngine& engine, const SecretBytes& buffer) {
-    return engine.key_is_text(buffer.text(), static_cast<std::int32_t>(buffer.size())) != 0;
+bool KeyIsText(std::string_view key) {
+    const std::size_t last = key.find_last_not_of('\0');
+    return std::ranges::all_of(key.substr(0, last == std::string_view::npos ? 0 : last + 1),
+                               IsTextByte);
 }
 
 double KeyRandomness(FileKit& fileKit, const SecretBytes& buffer) {
     assert(buffer.size() == KeyfileBytes);
-    return fileKit.randomness_measure(buffer.text(), std::int32_t{KeyfileBytes},
-                                      std::int16_t{KeyfileBytes});
+    return fileKit.randomness_measure(buffer.bytes());
 }
 
 bool KeyIsApparentlyRandom(FileKit& fileKit, const SecretBytes& buffer) {
@@ -33,20 +43,6 @@ void SubstituteInnerNuls(SecretBytes& buffer) {
         std::byte& byte = buffer.bytes()[i];
         if (byte == std::byte{0}) byte = static_cast<std::byte>(SubstituteBase - (i + 1));
     }
-}
-
-std::string_view ClassLine(KeyClass keyClass) {
-    switch (keyClass) {
-    case KeyClass::NewRandom:
-        return "New random key in file";
-    case KeyClass::ApparentlyRandom:
-        return "Apparently random key from file";
-    case KeyClass::Text:
-        return "Text key from file";
-    case KeyClass::NonRandomNonText:
-        return "Non-random non-text key from file";
-    }
-    std::abort();
 }
 
 } // namespace zr5

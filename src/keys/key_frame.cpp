@@ -2,6 +2,22 @@
 
 namespace zr5 {
 
+KeyLabels NoKeyLabels() {
+    return {"Key not specified", ""};
+}
+
+KeyLabels UpdateKeyLabels(CurrentKey& key, const KeyLabels& saved, UserPort& user,
+                          CipherEngine& engine) {
+    if (key.keyChoiceAbandoned) return saved;
+    if (!key.IsHeld()) return NoKeyLabels();
+    if (key.keyText.empty()) {
+        user.Ask(Notice("Error processing key!", "Error", BoxIcon::Critical));
+        EraseKey(key, engine);
+        return {};
+    }
+    return {"Key specified", std::string(SourceLine(key.Source()))};
+}
+
 void KeyFrame::Open(CurrentKey& key, const KeyLabels& shown) {
     if (!isOpen_) savedLabels_ = shown;
     isOpen_ = true;
@@ -10,11 +26,11 @@ void KeyFrame::Open(CurrentKey& key, const KeyLabels& shown) {
 
 KeyFrame::FocusAfter KeyFrame::Close(const CurrentKey& key) {
     isOpen_ = false;
-    return key.keyState == key_state::Keyboard ? FocusAfter::DoIt : FocusAfter::KeyFrom;
+    return key.keyState == KeyState::Keyboard ? FocusAfter::DoIt : FocusAfter::KeyFrom;
 }
 
-bool OffersNewKeyfile(Function operation) noexcept {
-    return operation == Function::Encrypt;
+bool OffersNewKeyfile(Direction operation) noexcept {
+    return operation == Direction::Encrypt;
 }
 
 void EraseKeyAndTell(CurrentKey& key, CipherEngine& engine, UserPort& user) {

@@ -2,6 +2,7 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
+#include "libs/system/text_encoding.h"
 #include "util/code_page.h"
 #include "util/numbers.h"
 #include "util/text.h"
@@ -37,13 +38,6 @@ void AppendDecimal(std::string& line, std::uint8_t byte) {
     byte < 10 ? void(line += ' ') : digit(byte / 10 % 10);
     digit(byte % 10);
     line += ' ';
-}
-
-void AppendHexadecimal(std::string& line, std::uint8_t byte) {
-    constexpr std::string_view Digits = "0123456789ABCDEF";
-    line += ' ';
-    line += Digits[byte >> 4U];
-    line += Digits[byte & 0xFU];
 }
 
 void AppendCharacter(std::string& line, std::uint8_t byte) {
@@ -88,7 +82,8 @@ SecretBytes KeyInspection::Row(std::size_t row) const {
             byte == 0 && key_.isTextKey ? void(line += "    ") : AppendDecimal(line, byte);
             break;
         case KeyView::Hexadecimal:
-            AppendHexadecimal(line, byte);
+            line += ' ';
+            AppendHex(line, std::byte{byte}, HexDigits::Upper);
             break;
         case KeyView::Ascii:
             AppendCharacter(line, byte);

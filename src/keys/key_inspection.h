@@ -3,7 +3,7 @@
 // The rules of the window in which the user looks at a key before using it: three views of its
 // bytes, as a table of four rows that can be read out, and what is known of it.
 
-#include "keys/key_inspector.h"
+#include "keys/key_windows.h"
 #include "libs/filekit/file_kit.h"
 #include "libs/system/secret.h"
 #include "util/user_port.h"

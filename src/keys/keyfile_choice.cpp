@@ -2,8 +2,8 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
-#include "libs/cipher/safe_file.h"
-#include "setup/verb_form.h"
+#include "libs/system/safe_file.h"
+#include "setup/wording.h"
 #include "util/chosen_file.h"
 #include "util/display.h"
 #include "util/paths.h"
@@ -22,8 +22,10 @@ class KeyfileChoice {
   public:
     enum class Outcome { Accepted, Abandoned, Discarded };
 
-    KeyfileChoice(Function operation, const KeyfileTools& tools)
-        : operation_(operation), tools_(tools) {}
+    KeyfileChoice(Direction operation, Machine& machine, const KeyWindows& windows)
+        : operation_(operation), machine_(machine), windows_(windows) {
+        candidate_.keyState = KeyState::Keyfile;
+    }
 
     Outcome Run(KeyfileMode mode);
     /// The key that was accepted.
@@ -44,10 +46,10 @@ class KeyfileChoice {
     [[nodiscard]] const std::string& Target() const {
         return target_ ? target_->path : candidate_.keyfilePath;
     }
-    [[nodiscard]] KeyClass Class() const;
 
-    Function operation_;
-    const KeyfileTools& tools_;
+    Direction operation_;
+    Machine& machine_;
+    KeyWindows windows_;
     CurrentKey candidate_;
     std::optional<ChosenFile> target_; ///< what stands at the chosen path, if anything
     std::string shown_;                ///< the chosen path as it is shown
@@ -68,7 +70,7 @@ KeyfileChoice::Outcome KeyfileChoice::Run(KeyfileMode mode) {
 }
 
 bool KeyfileChoice::PickFile(KeyfileMode mode) {
-    const auto chosen = tools_.user.PickFile(
+    const auto chosen = machine_.user.PickFile(
         {.kind = FilePicker::Kind::Open,
          .title = mode == KeyfileMode::Create
                       ? "Specify new keyfile"
@@ -76,8 +78,8 @@ bool KeyfileChoice::PickFile(KeyfileMode mode) {
          .filter = "All files (*.*) | *.*",
          .startFolder = {}});
     if (!chosen || chosen->empty()) return false;
-    candidate_.keyfilePath = MeantPath(tools_.fileSystem, *chosen);
-    target_ = ResolveChosen(tools_.fileSystem, candidate_.keyfilePath);
+    candidate_.keyfilePath = MeantPath(machine_.fileSystem, *chosen);
+    target_ = ResolveChosen(machine_.fileSystem, candidate_.keyfilePath);
     shown_ = ShownKeyfile(candidate_.keyfilePath);
     return true;
 }
@@ -87,32 +89,30 @@ bool KeyfileChoice::UserAgreesToPath(KeyfileMode mode) {
     const bool creates = mode == KeyfileMode::Create;
     candidate_.isNewRandomKey = creates || !target_;
     if (!creates && !target_)
-        return tools_.user.Ask(
+        return machine_.user.Ask(
                    Question("Do you wish to create " + shown_ + " as a new random keyfile?",
                             "Keyfile does not exist.")) == Answer::Yes;
     if (creates && target_ && target_->kind == FileKind::Regular)
-        return tools_.user.Ask(Question("Overwrite existing file " + shown_ + "?",
-                                        "File exists already.", BoxIcon::Question, Answer::No)) ==
-               Answer::Yes;
+        return machine_.user.Ask(OverwriteQuestion(shown_)) == Answer::Yes;
     return true;
 }
 
 /// Found before the user is asked to move the mouse for it.
 bool KeyfileChoice::CanBeCreated() {
     std::string reason = target_ ? WhyNotAFile(target_->kind) : std::string{};
-    if (reason.empty()) reason = WhyNotCreatable(tools_.fileSystem, Target());
+    if (reason.empty()) reason = WhyNotCreatable(machine_.fileSystem, Target());
     if (reason.empty() && target_ &&
-        tools_.fileSystem.OpenForOverwriting(Target()).status != FsStatus::Ok)
+        machine_.fileSystem.OpenForOverwriting(Target()).status != FsStatus::Ok)
         reason = "cannot be written.";
     if (reason.empty()) return true;
-    tools_.user.Ask(Notice(shown_ + "\r\n" + reason + "\r\nPlease specify another keyfile.",
-                           UnsuitableTitle, BoxIcon::Information));
+    machine_.user.Ask(Notice(shown_ + "\r\n" + reason + "\r\nPlease specify another keyfile.",
+                             UnsuitableTitle, BoxIcon::Information));
     return false;
 }
 
 KeyfileChoice::Outcome KeyfileChoice::Read() {
     SecretBytes& buffer = candidate_.keyBuffer;
-    FirstBytes read = ReadFirstBytes(tools_.fileSystem, Target(), KeyfileBytes);
+    FirstBytes read = ReadFirstBytes(machine_.fileSystem, Target(), KeyfileBytes);
     buffer = std::move(read.bytes);
     // A file whose reading breaks off would give a key that no file holds.
     if (read.status != FsStatus::Ok || !KeyLengthSufficient(buffer.text())) {
@@ -120,9 +120,9 @@ KeyfileChoice::Outcome KeyfileChoice::Read() {
         return Outcome::Discarded;
     }
     SubstituteInnerNuls(buffer);
-    candidate_.isTextKey = KeyIsText(tools_.engine, buffer);
+    candidate_.isTextKey = KeyIsText(buffer.text());
     candidate_.isApparentlyRandom =
-        !candidate_.isTextKey && KeyIsApparentlyRandom(tools_.fileKit, buffer);
+        !candidate_.isTextKey && KeyIsApparentlyRandom(machine_.fileKit, buffer);
     return Outcome::Accepted;
 }
 
@@ -131,72 +131,65 @@ KeyfileChoice::Outcome KeyfileChoice::Create() {
                             "Key not sufficiently random", BoxIcon::None, BoxButtons::RetryCancel,
                             Answer::Retry};
     do {
-        candidate_.keyBuffer = tools_.collector.Collect();
+        candidate_.keyBuffer = windows_.collector.Collect();
         if (NewKeyIsSuitable()) {
             candidate_.isApparentlyRandom = true;
             return Outcome::Accepted;
         }
-    } while (tools_.user.Ask(repeat) == Answer::Retry);
+    } while (machine_.user.Ask(repeat) == Answer::Retry);
     return Outcome::Abandoned;
 }
 
 bool KeyfileChoice::NewKeyIsSuitable() {
     const SecretBytes& buffer = candidate_.keyBuffer;
     return buffer.size() == KeyfileBytes && KeyLengthSufficient(buffer.text()) &&
-           !KeyIsText(tools_.engine, buffer) && KeyIsApparentlyRandom(tools_.fileKit, buffer);
-}
-
-KeyClass KeyfileChoice::Class() const {
-    if (candidate_.isNewRandomKey) return KeyClass::NewRandom;
-    if (candidate_.isApparentlyRandom) return KeyClass::ApparentlyRandom;
-    return candidate_.isTextKey ? KeyClass::Text : KeyClass::NonRandomNonText;
+           !KeyIsText(buffer.text()) && KeyIsApparentlyRandom(machine_.fileKit, buffer);
 }
 
 bool KeyfileChoice::UserAcceptsKey() {
     constexpr std::size_t LongestTitle = 60;
     constexpr std::size_t LongestFileLine = 66;
     const std::string title = ShortenPath(shown_, LongestTitle);
-    if (tools_.user.Ask(MustAnswer("Inspect the key?", title)) != Answer::Yes) return true;
-    return tools_.inspector.Inspect({.buffer = candidate_.keyBuffer,
-                                     .classLine = std::string(ClassLine(Class())),
-                                     .fileLine = ShortenPath(shown_, LongestFileLine),
-                                     .isApparentlyRandom = candidate_.isApparentlyRandom,
-                                     .isTextKey = candidate_.isTextKey,
-                                     .isNewRandomKey = candidate_.isNewRandomKey});
+    if (machine_.user.Ask(MustAnswer("Inspect the key?", title)) != Answer::Yes) return true;
+    return windows_.inspector.Inspect({.buffer = candidate_.keyBuffer,
+                                       .classLine = std::string(ClassLine(candidate_.Source())),
+                                       .fileLine = ShortenPath(shown_, LongestFileLine),
+                                       .isApparentlyRandom = candidate_.isApparentlyRandom,
+                                       .isTextKey = candidate_.isTextKey,
+                                       .isNewRandomKey = candidate_.isNewRandomKey});
 }
 
 /// Whatever happens to the writing: only a keyfile that holds the key afterwards will do.
 bool KeyfileChoice::Save() {
     const SecretBytes& buffer = candidate_.keyBuffer;
-    const FsStatus written = WriteSafely(tools_.fileSystem, tools_.random, Target(), buffer.bytes(),
-                                         target_ ? IfThere::Replace : IfThere::Refuse);
+    const FsStatus written =
+        WriteSafely(machine_.fileSystem, machine_.random, Target(), buffer.bytes(),
+                    target_ ? IfThere::Replace : IfThere::Refuse);
     if (written != FsStatus::Ok) return false;
-    const FirstBytes saved = ReadFirstBytes(tools_.fileSystem, Target(), buffer.size());
+    const FirstBytes saved = ReadFirstBytes(machine_.fileSystem, Target(), buffer.size());
     return saved.status == FsStatus::Ok && EqualInConstantTime(saved.bytes.bytes(), buffer.bytes());
 }
 
 void KeyfileChoice::SayUnsuitable() {
-    tools_.user.Ask(Notice(shown_ + " is not a suitable keyfile.", UnsuitableTitle));
+    machine_.user.Ask(Notice(shown_ + " is not a suitable keyfile.", UnsuitableTitle));
 }
 
 void KeyfileChoice::Complete() {
     candidate_.keyText = NormaliseKey(candidate_.keyBuffer.text());
     candidate_.checksum = KeyChecksum(candidate_.keyText.text());
-    candidate_.keyState = key_state::Keyfile;
 }
 
 } // namespace
 
-void GetKeyFromKeyfile(KeyfileMode mode, Function operation, const KeyfileTools& tools,
-                       CurrentKey& key) {
-    KeyfileChoice choice(operation, tools);
+void GetKeyFromKeyfile(KeyfileMode mode, Direction operation, Machine& machine,
+                       const KeyWindows& windows, CurrentKey& key) {
+    KeyfileChoice choice(operation, machine, windows);
     switch (choice.Run(mode)) {
     case KeyfileChoice::Outcome::Accepted:
-        DiscardKey(key);
-        key = choice.Take();
+        ReplaceKey(key, choice.Take(), machine.engine);
         return;
     case KeyfileChoice::Outcome::Discarded:
-        DiscardKey(key);
+        EraseKey(key, machine.engine);
         return;
     case KeyfileChoice::Outcome::Abandoned:
         key.keyChoiceAbandoned = true;

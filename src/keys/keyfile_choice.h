@@ -4,29 +4,14 @@
 // what becomes of the current key.
 
 #include "keys/current_key.h"
-#include "keys/key_collector.h"
-#include "keys/key_inspector.h"
-#include "libs/filekit/file_kit.h"
-#include "libs/system/file_system.h"
-#include "libs/system/random.h"
+#include "keys/key_windows.h"
 #include "setup/operation_setup.h"
-#include "util/user_port.h"
+#include "util/machine.h"
 
 #include <string>
 #include <string_view>
 
 namespace zr5 {
-
-/// What a choice of a keyfile works with.
-struct KeyfileTools {
-    UserPort& user;
-    FileSystem& fileSystem;
-    const CipherEngine& engine;
-    FileKit& fileKit;
-    RandomSource& random;
-    KeyInspector& inspector;
-    KeyCollector& collector;
-};
 
 enum class KeyfileMode {
     Existing, ///< `cmdKeyFile(0)`, "Get key from keyfile"
@@ -38,8 +23,8 @@ enum class KeyfileMode {
 /// a place where no keyfile can be made, sets `keyChoiceAbandoned` and changes nothing else. An
 /// unsuitable keyfile, one that could not be saved, and a key that the user rejects in the
 /// inspection leave no key.
-void GetKeyFromKeyfile(KeyfileMode mode, Function operation, const KeyfileTools& tools,
-                       CurrentKey& key);
+void GetKeyFromKeyfile(KeyfileMode mode, Direction operation, Machine& machine,
+                       const KeyWindows& windows, CurrentKey& key);
 
 /// A keyfile's path as it is shown.
 [[nodiscard]] std::string ShownKeyfile(std::string_view path);

@@ -1,7 +1,6 @@
 #include "keys/random_key.h"
 
 #include "keys/classification.h"
-#include "libs/cipher/key_text.h"
 
 #include <algorithm>
 #include <array>
@@ -67,7 +66,7 @@ void RandomKeyCollector::Tick() {
     last_ = pointer_;
     const std::uint64_t hundredths = Hundredths(clock_.TimeOfDay());
     key_.bytes()[count_++] = std::byte{Stirred(KeyCharacter(hundredths, pointer_.x, pointer_.y))};
-    for (int i = 0; i < MostStirrings && IsComplete() && KeyBytesAreText(key_.text()); ++i) {
+    for (int i = 0; i < MostStirrings && IsComplete() && KeyIsText(key_.text()); ++i) {
         for (std::byte& byte : key_.bytes())
             byte = std::byte{Stirred(std::to_integer<std::uint8_t>(byte))};
     }

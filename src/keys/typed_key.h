@@ -1,12 +1,16 @@
 #pragma once
 
-// What the two dialogs for typing a key share: which characters a key may have, what the user
-// answered, and how a typed key becomes the current one.
+// The rules of the two dialogs in which a key is typed: once and seen, or twice and never seen.
 
 #include "keys/current_key.h"
+#include "keys/key_windows.h"
 #include "libs/system/secret.h"
+#include "setup/operation_setup.h"
+#include "util/user_port.h"
 
+#include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace zr5 {
@@ -25,10 +29,73 @@ inline constexpr std::string_view KeyCharacterHint = "This character cannot be p
 /// character that the code page lacks.
 [[nodiscard]] std::optional<SecretBytes> TypedKeyBytes(std::u16string_view typed);
 
-enum class TypedWith { Display, NoDisplay };
+/// What one box for a key holds.
+class KeyEntry {
+  public:
+    /// The box's text was changed to `typed` (UTF-16, composed). False when the change is refused:
+    /// the box keeps the entry that it had. A character that no key has lets the hint show until
+    /// the next change; of a text longer than MaxKeyLength the end is cut off, unless the box was
+    /// full already.
+    bool Edit(std::u16string_view typed);
+    [[nodiscard]] bool ShowsHint() const { return showsHint_; }
+    [[nodiscard]] bool IsLongEnough() const;
+    /// "Checksum is 1234", of the key that the entry is.
+    [[nodiscard]] std::string ChecksumLine() const;
+    [[nodiscard]] const SecretBytes& Bytes() const { return bytes_; }
+    void Set(SecretBytes bytes) { bytes_ = std::move(bytes); }
+    void Clear() { bytes_.Clear(); }
 
-/// Makes `entry`, which is long enough, the current key in place of any other. `inspected` keeps
-/// the typed text for the inspection. Only a key typed with display is kept to fill its box again.
-void StoreTypedKey(CurrentKey& key, const SecretBytes& entry, TypedWith with, bool inspected);
+  private:
+    SecretBytes bytes_;
+    bool showsHint_ = false;
+};
+
+/// The rules of `frmKeyboardWithDisplay`.
+class KeyboardWithDisplay {
+  public:
+    /// Begins with the key that was last accepted here, when there is one that can be shown.
+    KeyboardWithDisplay(Direction operation, const CurrentKey& key);
+
+    [[nodiscard]] const std::string& Prompt() const { return prompt_; }
+    [[nodiscard]] KeyEntry& Entry() { return entry_; }
+    /// Carries out the answer with which the dialog was closed. `Yes` needs an entry that is long
+    /// enough.
+    void Commit(KeyAnswer answer, CurrentKey& key, CipherEngine& engine);
+
+  private:
+    std::string prompt_;
+    KeyEntry entry_;
+};
+
+/// The rules of `frmKeyboardWithoutDisplay`.
+class KeyboardWithoutDisplay {
+  public:
+    explicit KeyboardWithoutDisplay(Direction operation);
+
+    [[nodiscard]] const std::string& Prompt() const { return prompt_; }
+    /// Of box 0 or 1. The prompt to type the key again is bold, and the checksum of the first entry
+    /// shows, while the first is long enough.
+    [[nodiscard]] const KeyEntry& Entry(std::size_t box) const { return entries_.at(box); }
+    bool Edit(std::size_t box, std::u16string_view typed);
+    /// The second box also stays open after a mismatch has emptied the first, until the first is
+    /// long enough again.
+    [[nodiscard]] bool SecondIsEnabled() const;
+    [[nodiscard]] bool ShowsOk() const;
+
+    /// "OK": trims both entries and compares them as canonical keys. When they differ, the user
+    /// is told, the first entry is emptied, and the dialog stays open with the second box in
+    /// focus. When they agree, the dialog closes and `AskToInspect` follows.
+    [[nodiscard]] bool EntriesMatch(UserPort& user);
+    /// Offers to inspect the entry. Yes or No.
+    [[nodiscard]] KeyAnswer AskToInspect(UserPort& user, KeyInspector& inspector);
+    /// Carries out the answer with which the dialog was closed. `Yes` needs matching entries.
+    void Commit(KeyAnswer answer, CurrentKey& key, CipherEngine& engine);
+
+  private:
+    std::string prompt_;
+    std::array<KeyEntry, 2> entries_;
+    bool afterMismatch_ = false;
+    bool inspected_ = false;
+};
 
 } // namespace zr5

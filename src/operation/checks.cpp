@@ -2,10 +2,10 @@
 
 #include "files/forbidden_folder.h"
 #include "operation/disk_space.h"
-#include "operation/extension_lists.h"
+#include "operation/report/extension_warnings.h"
 #include "operation/work_list.h"
 #include "setup/reliability_condition.h"
-#include "setup/verb_form.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/paths.h"
 #include "util/program_text.h"
@@ -15,28 +15,26 @@
 namespace zr5 {
 namespace {
 
-constexpr std::int16_t OutputIsInputText = 50;
-constexpr std::int16_t NoMatchInSubfoldersText = 51;
-constexpr std::int16_t NoMatchText = 52;
-
 bool OutputIsInput(const OperationSetup& setup, FileSystem& fileSystem) {
     return setup.InputMode == InputSource::SingleFile &&
-           setup.OutputMode == OutputTarget::SeparateOutput && !setup.FileName[Output].empty() &&
-           SameFile(fileSystem, setup.FilePath(Input), setup.FilePath(Output));
+           setup.OutputMode == OutputTarget::SeparateOutput &&
+           !setup.FileName[OutputSide].empty() &&
+           SameFile(fileSystem, setup.FilePath(InputSide), setup.FilePath(OutputSide));
 }
 
 /// A box without words helps nobody: `otherwise` where there is no program-text file.
-std::string TextOr(FileKit& fileKit, std::int16_t number, const char* otherwise) {
-    std::string text = GetProgramText(fileKit, number);
+std::string TextOr(FileKit& fileKit, ProgramText wanted, const char* otherwise) {
+    std::string text = GetProgramText(fileKit, wanted);
     return text.empty() ? otherwise : text;
 }
 
 std::string NothingToDoText(const OperationSetup& setup, FileKit& fileKit) {
     if (setup.IncludeSubfolders()) {
-        return TextOr(fileKit, NoMatchInSubfoldersText, "No files match the file pattern.");
+        return TextOr(fileKit, ProgramText::NoMatchInSubfolders,
+                      "No files match the file pattern.");
     }
     if (setup.EffectivePattern() != AllFilesPattern) {
-        return TextOr(fileKit, NoMatchText, "No files match the file pattern.");
+        return TextOr(fileKit, ProgramText::NoMatch, "No files match the file pattern.");
     }
     return "The input folder is empty.";
 }
@@ -56,7 +54,7 @@ bool CanBeRead(FileSystem& fileSystem, const std::string& folder) {
 
 std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, Machine& machine,
                                            const FileCount& count) {
-    const std::string& folder = setup.Folder[Input];
+    const std::string& folder = setup.Folder[InputSide];
     if (count.files == 0 && !CanBeRead(machine.fileSystem, folder)) {
         return Notice("Error when attempting to count files in " + DisplayName(folder) + ".",
                       "Error", BoxIcon::Exclamation);
@@ -75,8 +73,8 @@ std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, Machine&
 
 /// Nothing when there is nothing to fear, or the question whether to go on all the same.
 std::optional<MessageBox> AntiVirusQuestion(const OperationSetup& setup) {
-    if (setup.InputMode != InputSource::SingleFile || setup.Operation != Function::Encrypt ||
-        !IsInPlaceExcludedExtension(ExtensionOf(setup.FileName[Input]))) {
+    if (setup.InputMode != InputSource::SingleFile || setup.Operation != Direction::Encrypt ||
+        !IsInPlaceExcludedExtension(ExtensionOf(setup.FileName[InputSide]))) {
         return std::nullopt;
     }
     return Question("The file extension of the input file may cause any anti-virus software "
@@ -92,7 +90,7 @@ std::optional<MessageBox> ProblemWithKeyOrOutput(const OperationSetup& setup,
         return Notice("Please specify the " + VerbForm(setup.Operation, "encryption") + " key.",
                       VerbForm(setup.Operation, "Encryption") + " key not specified");
     }
-    if (setup.OutputMode == OutputTarget::SeparateOutput && setup.FileName[Output].empty()) {
+    if (setup.OutputMode == OutputTarget::SeparateOutput && setup.FileName[OutputSide].empty()) {
         return Notice("Output file not specified.", "Output file", BoxIcon::Information);
     }
     return std::nullopt;
@@ -109,7 +107,8 @@ std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSyste
     const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
     // The reliability test makes an encrypted and a decrypted copy.
     const std::uint64_t neededBytes = *count.totalBytes * (IsReliabilityTest(setup) ? 2 : 1);
-    return ProblemWithSpace(fileSystem, setup.Folder[separate ? Output : Input], neededBytes);
+    return ProblemWithSpace(fileSystem, setup.Folder[separate ? OutputSide : InputSide],
+                            neededBytes);
 }
 
 } // namespace
@@ -122,9 +121,9 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
         return false;
     };
     if (OutputIsInput(setup, machine.fileSystem)) {
-        return refuse(
-            Notice(TextOr(machine.fileKit, OutputIsInputText, "The output file is the input file."),
-                   PerformCaption(setup.Operation), BoxIcon::Information));
+        return refuse(Notice(TextOr(machine.fileKit, ProgramText::OutputIsInput,
+                                    "The output file is the input file."),
+                             PerformCaption(setup.Operation), BoxIcon::Information));
     }
     if (const auto forbidden = ForbiddenInput(setup, machine.fileSystem)) {
         return refuse(ForbiddenFolderBox(*forbidden, PerformCaption(setup.Operation)));
@@ -138,7 +137,7 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
     const bool outputIsThere = setup.OutputMode == OutputTarget::SeparateOutput &&
-                               machine.fileSystem.Info(setup.FilePath(Output)).has_value();
+                               machine.fileSystem.Info(setup.FilePath(OutputSide)).has_value();
     if (!view.Confirm(ConfirmationFor(setup, key, count, outputIsThere))) return false;
     const auto problem = ProblemWithSize(setup, machine.fileSystem, count);
     return problem ? refuse(*problem) : true;

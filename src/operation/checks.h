@@ -4,7 +4,6 @@
 // message and changes nothing.
 
 #include "operation/confirmation.h"
-#include "operation/operation_context.h"
 #include "operation/work_list.h"
 
 namespace zr5 {

@@ -1,9 +1,7 @@
 #include "operation/confirmation.h"
 
-#include "operation/driver.h"
 #include "operation/reliability_rules.h"
-#include "setup/verb_form.h"
-#include "setup/words.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/numbers.h"
 
@@ -28,15 +26,15 @@ std::string OutputSentence(const OperationSetup& setup) {
                             : " will have the same names as the input files"
                               " (so the input files will be overwritten).");
     }
-    if (setup.FileName[Input] == setup.FileName[Output]) {
+    if (setup.FileName[InputSide] == setup.FileName[OutputSide]) {
         return files + (one ? " will have the same name." : " will have the same names.");
     }
     const std::string specified = files + (one ? " is specified as " : " are specified as ");
-    if (setup.Folder[Input] == setup.Folder[Output]) {
-        return specified + DisplayName(setup.FileName[Output]) +
+    if (setup.Folder[InputSide] == setup.Folder[OutputSide]) {
+        return specified + DisplayName(setup.FileName[OutputSide]) +
                (one ? " in the same folder." : " in the same folders.");
     }
-    return specified + DisplayName(setup.FilePath(Output)) + ".";
+    return specified + DisplayName(setup.FilePath(OutputSide)) + ".";
 }
 
 std::string TwiceSentence(const FileCount& count) {

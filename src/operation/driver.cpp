@@ -1,15 +1,12 @@
 #include "operation/driver.h"
 
-#include "operation/file_ops.h"
-#include "operation/in_place.h"
-#include "operation/result_text.h"
-#include "setup/verb_form.h"
+#include "operation/file_work.h"
+#include "operation/report/extension_warnings.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/numbers.h"
 #include "util/paths.h"
 #include "util/text.h"
-
-#include <algorithm>
 
 namespace zr5 {
 namespace {
@@ -19,25 +16,21 @@ constexpr std::size_t NameColumn = 12;
 constexpr std::uint64_t LeastEncryptedBytes = 3;
 constexpr std::uint64_t FilesBetweenEvents = 10;
 
-bool CountsAsProcessed(std::int16_t code) {
-    return code == 0 || code == outcome::NotRenamed || code == outcome::NotRenamedOnFloppy;
-}
-
 class Driver {
   public:
-    Driver(const OperationContext& operation, ReportScreen& screen)
+    explicit Driver(const OperationContext& operation)
         : operation_(operation),
-          screen_(screen),
+          screen_(operation.screen),
           warning_(operation.setup),
-          filesLeft_(std::ranges::count(operation.list, WorkItem::Kind::File, &WorkItem::kind)) {}
+          filesLeft_(operation.list.Files()) {}
 
-    void Run() {
+    OperationTotals Run() {
         WriteHeading();
-        CountFiles();
+        screen_.BeginFiles(operation_.list.Files(), operation_.list.TotalBytes());
         if (screen_.IsFull()) {
             screen_.AppendAlways("Textbox is full.\r\n");
             screen_.Halt();
-            return;
+            return totals_;
         }
         std::uint64_t index = 0;
         for (const WorkItem& item : operation_.list) {
@@ -48,8 +41,9 @@ class Driver {
             --filesLeft_;
             ProcessFile(item);
             screen_.EndFile(item.lengthBytes);
-            if (abandoned_ || EndsAfter(++index)) return;
+            if (abandoned_ || EndsAfter(++index)) break;
         }
+        return totals_;
     }
 
   private:
@@ -60,20 +54,10 @@ class Driver {
     /// "Encrypting <what> to a file with same name."
     void WriteHeading() {
         const bool inPlace = operation_.setup.OutputMode == OutputTarget::OverwriteInput;
-        const auto files =
-            std::ranges::count(operation_.list, WorkItem::Kind::File, &WorkItem::kind);
         std::string heading = Verb("Encrypting") + " " + InputDescription(operation_.setup) +
-                              " to " + (files == 1 ? "a file" : "files");
+                              " to " + (operation_.list.Files() == 1 ? "a file" : "files");
         if (inPlace) heading += " with same name.";
         screen_.AppendToReport(heading + "\r\n");
-    }
-
-    void CountFiles() {
-        std::uint64_t totalBytes = 0;
-        for (const WorkItem& item : operation_.list) {
-            totalBytes += item.lengthBytes;
-        }
-        screen_.BeginFiles(static_cast<std::uint64_t>(filesLeft_), totalBytes);
     }
 
     void WriteFolder(const WorkItem& item) {
@@ -94,18 +78,17 @@ class Driver {
         const bool isRegular = info && info->kind == FileKind::Regular;
 
         if (isRegular && lengthBytes == 0) {
-            EndEntry(item, {outcome::IsEmpty, {}}, 0);
+            EndEntry(item, {Outcome::IsEmpty}, 0);
         } else if (isRegular && Decrypts() && lengthBytes < LeastEncryptedBytes) {
-            EndEntry(item, {outcome::IsTooSmall, {}}, 0);
+            EndEntry(item, {Outcome::IsTooSmall}, 0);
         } else {
-            screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ",
-                                   true);
+            screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ");
             if (isRegular && !MayBeDecrypted(item.inputPath, lengthBytes)) {
                 EndLine();
                 return;
             }
             const std::string note = "  ... " + Verb("Encrypting") + " ... ";
-            screen_.AppendToReport(note, true);
+            screen_.AppendToReport(note);
             screen_.BeginFile(NameOf(item.inputPath), lengthBytes, PassesOver(item));
             operation_.machine.user.ProcessEvents();
             const FileResult result = Work(item);
@@ -119,22 +102,23 @@ class Driver {
         const std::size_t characters = CharacterCount(name);
         if (characters < NameColumn) name.insert(0, NameColumn - characters, ' ');
         screen_.AppendToReport("  " + name);
-        ++screen_.counters.filesAttempted;
     }
 
     void EndEntry(const WorkItem& item, const FileResult& result, std::uint64_t lengthBytes) {
-        if (CountsAsProcessed(result.outcome)) {
-            ++screen_.counters.filesProcessed;
-            screen_.counters.totalBytes += lengthBytes;
+        if (result.IsProcessed()) {
+            ++totals_.filesProcessed;
+            totals_.totalBytes += lengthBytes;
         }
-        screen_.AppendToReport(OutcomeText(item, result));
+        const auto output = operation_.machine.fileSystem.Info(result.outputPath);
+        screen_.AppendToReport(ResultText(result, item.inputPath, operation_.setup.Operation,
+                                          output ? output->lengthBytes : 0));
         if (!result.leftPath.empty()) {
             AppendRemark("An unfinished result may be left in " + DisplayName(result.leftPath) +
                          ".");
         }
-        if (operation_.journal != nullptr && operation_.journal->HasFailed()) {
-            AppendRemark("The file " + DisplayName(operation_.machine.journalPath) +
-                         " cannot be written.");
+        if (operation_.journal.HasFailed()) {
+            const std::string path = OperationJournal::PathIn(operation_.machine.ownFolder);
+            AppendRemark("The file " + DisplayName(path) + " cannot be written.");
         }
         EndLine();
     }
@@ -144,18 +128,16 @@ class Driver {
     }
 
     void EndLine() {
-        screen_.AppendToReport(LineEnd, true);
-        ++screen_.counters.reportLines;
+        screen_.AppendToReport(LineEnd);
         if (screen_.ReportsFiles() && screen_.IsFull()) screen_.ReportBufferFull();
     }
 
     /// Asks when a file that is to be decrypted does not look encrypted. False: leave it out.
     bool MayBeDecrypted(const std::string& path, std::uint64_t lengthBytes) {
-        if (!Decrypts() || !operation_.mayMeetPlaintext ||
-            lengthBytes < std::uint64_t{RandomnessSampleBytes}) {
+        if (!Decrypts() || !operation_.mayMeetPlaintext || lengthBytes < RandomnessSampleBytes) {
             return true;
         }
-        const double randomness = operation_.machine.fileKit.fr(path, RandomnessSampleBytes);
+        const double randomness = operation_.machine.fileKit.fr(path, RandomnessSampleBytes, {});
         const bool wasMeasured = randomness > RandomnessFailureLimit;
         if (!wasMeasured || randomness >= RandomnessThreshold) return true;
         UserPort& user = operation_.machine.user;
@@ -165,7 +147,6 @@ class Driver {
             return true;
         }
         screen_.AppendToReport("skipped (file seems not encrypted)");
-        ++screen_.counters.filesSkippedAsNotEncrypted;
         if (filesLeft_ > 0 && user.Ask(Question("Abort this " + Verb("encryption") + " operation?",
                                                 "Abort?")) == Answer::Yes) {
             abandoned_ = true;
@@ -187,54 +168,11 @@ class Driver {
         if (!IsInPlace(item)) {
             return ProcessToOther(operation_, item.inputPath, item.outputPath);
         }
-        const auto nextPass = [this] { screen_.NextPass(); };
-        return ProcessInPlace(operation_, item.inputPath,
-                              {nextPass, [&] {
-                                   nextPass();
-                                   if (warning_.IsDueFor(item.inputPath)) {
-                                       screen_.ShowPurgeWarning(warning_, item.inputPath);
-                                   }
-                               }});
-    }
-
-    [[nodiscard]] std::string OutcomeText(const WorkItem& item, const FileResult& result) const {
-        const std::string output = DisplayName(result.resultPath);
-        switch (result.outcome) {
-        case 0:
-            return SuccessText(item, result);
-        case outcome::IsExecutable:
-            return "This is the ZR5 executable.  " + Verb("Encryption") + " not performed.";
-        case outcome::IsKeyfile:
-            return "This is the current keyfile.  " + Verb("Encryption") + " not performed.";
-        case outcome::IsEmpty:
-            return "  This file is empty (0 bytes).";
-        case outcome::IsTooSmall:
-            return "  This file is too small to have been ZR5-encrypted.";
-        case outcome::NoTemporaryName:
-            return "Unable to get temporary output filename.";
-        case outcome::NotRenamed:
-            return "Error when renaming temporary output file. " + ResultIsIn(output);
-        case outcome::IsExcludedType:
-            return "ZR5 does not " + Verb("encrypt") + "-in-place files with extension " +
-                   ExtensionOf(item.inputPath) + ".";
-        case outcome::NotRenamedOnFloppy:
-            return "Error: probably insufficient space on the floppy disk in drive " +
-                   item.inputPath.substr(0, 1) + ".  " + ResultIsIn(output);
-        default:
-            return EngineResultText(result.outcome, output);
-        }
-    }
-
-    [[nodiscard]] std::string SuccessText(const WorkItem& item, const FileResult& result) const {
-        const auto info = operation_.machine.fileSystem.Info(result.resultPath);
-        const std::string path =
-            result.resultPath == item.inputPath ? "" : DisplayName(result.resultPath) + "  ";
-        return "-> " + path + WithThousands(info ? info->lengthBytes : 0) + " bytes";
-    }
-
-    [[nodiscard]] std::string ResultIsIn(const std::string& output) const {
-        return "The result of the " + Verb("encryption") + " operation is in the file " + output +
-               ".";
+        return ProcessInPlace(operation_, item.inputPath, [&] {
+            if (warning_.IsDueFor(item.inputPath)) {
+                screen_.ShowPurgeWarning(warning_, item.inputPath);
+            }
+        });
     }
 
     /// Between two files. True: the user has stopped the operation.
@@ -250,7 +188,7 @@ class Driver {
         return screen_.StopRequested();
     }
 
-    [[nodiscard]] bool Decrypts() const { return operation_.setup.Operation == Function::Decrypt; }
+    [[nodiscard]] bool Decrypts() const { return operation_.setup.Operation == Direction::Decrypt; }
 
     [[nodiscard]] static std::string NameOf(const std::string& path) {
         return DisplayName(SplitPath(path).name);
@@ -259,21 +197,15 @@ class Driver {
     const OperationContext& operation_;
     ReportScreen& screen_;
     PurgeWarning warning_;
-    std::ptrdiff_t filesLeft_;
+    std::uint64_t filesLeft_;
+    OperationTotals totals_;
     bool abandoned_ = false;
 };
 
 } // namespace
 
-std::string InputDescription(const OperationSetup& setup) {
-    if (setup.InputMode == InputSource::SingleFile) return DisplayName(setup.FilePath(Input));
-    const std::string pattern = setup.EffectivePattern();
-    const std::string which = pattern == AllFilesPattern ? "all files" : DisplayName(pattern);
-    return which + " in the folder " + DisplayName(setup.Folder[Input]);
-}
-
-void ProcessFiles(const OperationContext& operation, ReportScreen& screen) {
-    Driver(operation, screen).Run();
+OperationTotals ProcessFiles(const OperationContext& operation) {
+    return Driver(operation).Run();
 }
 
 } // namespace zr5

@@ -4,22 +4,21 @@
 // entry in the report.
 
 #include "operation/operation_context.h"
-#include "operation/randomness_tally.h"
-#include "operation/report_screen.h"
 
-#include <string>
+#include <cstdint>
 
 namespace zr5 {
 
 /// Below this value a file does not look encrypted.
 inline constexpr double RandomnessThreshold = 0.0;
 
-/// What is processed, in words: the file's path, "all files in the folder ..." or the pattern
-/// and the folder.
-[[nodiscard]] std::string InputDescription(const OperationSetup& setup);
+struct OperationTotals {
+    std::uint64_t filesProcessed = 0; ///< files with a complete result
+    std::uint64_t totalBytes = 0;     ///< of their inputs
+};
 
 /// Writes the heading and works through the list. Returns when the list is done or the user has
 /// stopped it; nothing that happens to one file ends the operation.
-void ProcessFiles(const OperationContext& operation, ReportScreen& screen);
+OperationTotals ProcessFiles(const OperationContext& operation);
 
 } // namespace zr5

@@ -1,11 +1,9 @@
 #include "operation/file_listing.h"
 
 #include "files/forbidden_folder.h"
-#include "operation/anti_virus_warning.h"
-#include "operation/extension_lists.h"
-#include "operation/randomness_tally.h"
+#include "operation/report/extension_warnings.h"
 #include "operation/work_list.h"
-#include "setup/verb_form.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/numbers.h"
 #include "util/paths.h"
@@ -42,10 +40,9 @@ class ListingVisitor : public ConsiderateVisitor {
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
         const std::string extension = ExtensionOf(path);
         screen_.AppendToReport("     [" + std::to_string(++files_) + "]" +
-                                   (IsInPlaceExcludedExtension(extension) ? " * " : "   ") +
-                                   DisplayName(path) + " (" + WithThousands(lengthBytes) +
-                                   " bytes)   \r\n",
-                               true);
+                               (IsInPlaceExcludedExtension(extension) ? " * " : "   ") +
+                               DisplayName(path) + " (" + WithThousands(lengthBytes) +
+                               " bytes)   \r\n");
         extensions_.Add(extension);
         tally_.Add(path, lengthBytes);
     }
@@ -73,7 +70,7 @@ class ListingVisitor : public ConsiderateVisitor {
 std::string NoFilesText(const OperationSetup& setup, const WalkResult& found) {
     const std::string pattern = setup.EffectivePattern();
     const std::string suffix = pattern == AllFilesPattern ? "" : " " + DisplayName(pattern);
-    const std::string folder = DisplayName(setup.Folder[Input]);
+    const std::string folder = DisplayName(setup.Folder[InputSide]);
     if (setup.IncludeSubfolders() && found.cutShort) {
         const std::string number = std::to_string(found.subfolders);
         return number + " subfolders of " + folder + " were checked\r\nand there are no files" +
@@ -120,8 +117,7 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
     const WalkResult listed =
         WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), visitor);
     if (screen.IsFull()) {
-        machine.user.Ask(Notice("Textbox is full.  Report cannot continue.", "Textbox full",
-                                BoxIcon::Information));
+        machine.user.Ask(TextboxFullBox());
     }
     screen.AppendAlways(
         "\r\n" + ListingSummaryText(setup.Operation,

@@ -2,8 +2,7 @@
 
 // "List files": shows on the report screen what an operation would be about, and touches nothing.
 
-#include "operation/operation_context.h"
-#include "operation/report_screen.h"
+#include "operation/report/report_screen.h"
 #include "operation/work_list.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "operation/interrupted_operation.h"
 
-#include "operation/replacement.h"
+#include "operation/file_work.h"
 #include "util/display.h"
 #include "util/paths.h"
 
@@ -12,10 +12,8 @@ namespace {
 
 using Step = JournalRecord::Step;
 
-std::optional<FileMark> RegularFileAt(FileSystem& fileSystem, const std::string& path) {
-    const auto info = fileSystem.Info(path);
-    if (!info || info->kind != FileKind::Regular) return std::nullopt;
-    return MarkOf(*info);
+bool Encrypts(const JournalRecord& record) {
+    return record.direction == Direction::Encrypt;
 }
 
 bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::string& head) {
@@ -33,76 +31,77 @@ bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
     const auto folderOf = [&](const std::string& path) {
         return fileSystem.IdentityOf(SplitPath(path).folder);
     };
-    const auto resultFolder = folderOf(record.resultPath);
-    if (!resultFolder || !folderOf(record.originalPath)) return true;
-    if (isThere(record.resultPath) || isThere(record.partPath)) return false;
-    return !isThere(record.originalPath) ||
-           (record.step == Step::WritingElsewhere && resultFolder->inode != record.resultFolder);
+    const auto outputFolder = folderOf(record.outputPath);
+    if (!outputFolder || !folderOf(record.inputPath)) return true;
+    if (isThere(record.outputPath) || isThere(record.partPath)) return false;
+    return !isThere(record.inputPath) ||
+           (record.step == Step::WritingElsewhere && outputFolder->inode != record.outputFolder);
 }
 
-/// While the result was being made nothing had touched the original, so the part under its random
+/// While the result was being made nothing had touched the input, so the part under its random
 /// name goes; in place the result goes, too, if it is the file that the part became.
 InterruptionEnd EndWriting(FileSystem& fileSystem, const JournalRecord& record) {
-    const auto original = RegularFileAt(fileSystem, record.originalPath);
-    const auto result = RegularFileAt(fileSystem, record.resultPath);
-    const bool resultIsOurs = result && *result == record.result;
-    const bool partIsThere = RegularFileAt(fileSystem, record.partPath).has_value();
-    // Without the original they may be all that is left.
-    if (!original && (partIsThere || result)) return InterruptionEnd::LeftAlone;
+    const auto input = MarkAt(fileSystem, record.inputPath);
+    const auto result = MarkAt(fileSystem, record.outputPath);
+    const bool resultIsOurs = result && *result == record.output;
+    const bool partIsThere = MarkAt(fileSystem, record.partPath).has_value();
+    // Without the input they may be all that is left.
+    if (!input && (partIsThere || result)) return InterruptionEnd::LeftAlone;
     if (partIsThere && fileSystem.Remove(record.partPath) != FsStatus::Ok) {
         return InterruptionEnd::LeftAlone;
     }
     if (record.step == Step::WritingElsewhere) {
         if (resultIsOurs) return InterruptionEnd::Finished;
     } else if (result && (resultIsOurs || !partIsThere)) {
-        const bool removed = resultIsOurs && original == record.original &&
-                             fileSystem.Remove(record.resultPath) == FsStatus::Ok;
+        const bool removed = resultIsOurs && input == record.input &&
+                             fileSystem.Remove(record.outputPath) == FsStatus::Ok;
         return removed ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
     }
     return partIsThere ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
 }
 
-/// Whether the file under the original's name is the original still: untouched, or overwritten by
+/// Whether the file under the input's name is the input still: untouched, or overwritten by
 /// this program as far as it came. Then `record.earlierHead` says how it begins.
-bool IsOriginal(FileSystem& fileSystem, JournalRecord& record, const FileMark& found) {
-    if (found == record.original) {
+bool IsInput(FileSystem& fileSystem, JournalRecord& record, const FileMark& found) {
+    if (found == record.input) {
         record.earlierHead.clear();
         return true;
     }
-    if (!record.encrypts || !found.IsSameFileAs(record.original)) return false;
-    if (BeginsWith(fileSystem, record.originalPath, record.overwriteHead)) {
+    if (!Encrypts(record) || !found.IsSameFileAs(record.input)) return false;
+    if (BeginsWith(fileSystem, record.inputPath, record.overwriteHead)) {
         record.earlierHead = record.overwriteHead;
         return true;
     }
-    return BeginsWith(fileSystem, record.originalPath, record.earlierHead);
+    return BeginsWith(fileSystem, record.inputPath, record.earlierHead);
 }
 
 /// The result was complete and on the disk, so it is the one that stays.
-InterruptionEnd EndReplacing(FileSystem& fileSystem, FileKit& fileKit, OperationJournal& journal,
-                             JournalRecord& record) {
-    const auto result = RegularFileAt(fileSystem, record.resultPath);
-    const auto original = RegularFileAt(fileSystem, record.originalPath);
-    const bool resultIsOurs = result && *result == record.result;
-    if (original && *original == record.result) {
+InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, JournalRecord& record) {
+    FileSystem& fileSystem = machine.fileSystem;
+    const auto result = MarkAt(fileSystem, record.outputPath);
+    const auto input = MarkAt(fileSystem, record.inputPath);
+    const bool resultIsOurs = result && *result == record.output;
+    if (input && *input == record.output) {
         // Renamed already; where renaming takes two steps, the first name may be left.
-        if (resultIsOurs) static_cast<void>(fileSystem.Remove(record.resultPath));
+        if (resultIsOurs) static_cast<void>(fileSystem.Remove(record.outputPath));
         return InterruptionEnd::Finished;
     }
     if (!resultIsOurs) return InterruptionEnd::LeftAlone;
-    if (!original && !fileSystem.Info(record.originalPath)) {
-        const bool named = fileSystem.RenameWithoutReplacing(record.resultPath,
-                                                             record.originalPath) == FsStatus::Ok;
-        if (named) static_cast<void>(fileSystem.FlushFolderOf(record.originalPath));
+    if (!input && !fileSystem.Info(record.inputPath)) {
+        const bool named =
+            fileSystem.RenameWithoutReplacing(record.outputPath, record.inputPath) == FsStatus::Ok;
+        if (named) static_cast<void>(fileSystem.FlushFolderOf(record.inputPath));
         return named ? InterruptionEnd::Finished : InterruptionEnd::LeftAlone;
     }
-    if (!original || !IsOriginal(fileSystem, record, *original)) return InterruptionEnd::LeftAlone;
-    return ReplaceOriginal(fileSystem, fileKit, &journal, record) ? InterruptionEnd::Finished
-                                                                  : InterruptionEnd::LeftAlone;
+    if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
+    ResultNote note(fileSystem, journal, record);
+    return ReplaceInput(fileSystem, machine.fileKit, note) ? InterruptionEnd::Finished
+                                                           : InterruptionEnd::LeftAlone;
 }
 
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
-    const std::string result = DisplayName(record.resultPath);
+    const std::string result = DisplayName(record.outputPath);
     std::string untouched = "The program has not touched the file.";
     switch (end) {
     case InterruptionEnd::Untouched:
@@ -114,9 +113,9 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     case InterruptionEnd::Finished:
         if (inPlace) {
             return std::string("This has been completed: the file is ") +
-                   (record.encrypts ? "encrypted" : "decrypted") + " now.";
+                   (Encrypts(record) ? "encrypted" : "decrypted") + " now.";
         }
-        if (record.encrypts) return untouched + " Its encryption is complete, in\r\n\r\n" + result;
+        if (Encrypts(record)) return untouched + " Its encryption is complete, in\r\n\r\n" + result;
         return untouched + " The result of the decryption is in\r\n\r\n" + result +
                "\r\n\r\nBut the report is lost that would say whether anything of the file was "
                "damaged: please decrypt it again.";
@@ -126,7 +125,7 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
         return std::string(
                    "The files may have been changed since, or cannot be written, so this was "
                    "not completed. Please look at both yourself; the result of the ") +
-               (record.encrypts ? "encryption" : "decryption") +
+               (Encrypts(record) ? "encryption" : "decryption") +
                " is, or was, in the file\r\n\r\n" + result + part;
     }
     case InterruptionEnd::OutOfReach:
@@ -142,8 +141,8 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
 MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
     constexpr const char* Title = "Interrupted operation";
     std::string text = "Vaultline ZR5 was interrupted while this file was being ";
-    text += record.encrypts ? "encrypted" : "decrypted";
-    text += ":\r\n\r\n" + DisplayName(record.originalPath) + "\r\n\r\n";
+    text += Encrypts(record) ? "encrypted" : "decrypted";
+    text += ":\r\n\r\n" + DisplayName(record.inputPath) + "\r\n\r\n";
     text += WhatBecameOf(end, record);
     if (end == InterruptionEnd::OutOfReach) {
         return Question(std::move(text), Title, BoxIcon::Exclamation, Answer::No);
@@ -154,26 +153,25 @@ MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
 
 } // namespace
 
-InterruptionEnd EndInterruptedFile(FileSystem& fileSystem, FileKit& fileKit,
-                                   OperationJournal& journal) {
+InterruptionEnd EndInterruptedFile(Machine& machine, OperationJournal& journal) {
     JournalRecord record = journal.Last();
-    if (IsOutOfReach(fileSystem, record)) return InterruptionEnd::OutOfReach;
-    return record.step == Step::Replacing ? EndReplacing(fileSystem, fileKit, journal, record)
-                                          : EndWriting(fileSystem, record);
+    if (IsOutOfReach(machine.fileSystem, record)) return InterruptionEnd::OutOfReach;
+    return record.step == Step::Replacing ? EndReplacing(machine, journal, record)
+                                          : EndWriting(machine.fileSystem, record);
 }
 
-void FinishInterruptedOperations(FileSystem& fileSystem, FileKit& fileKit, UserPort& user,
-                                 const std::string& journalPath) {
+void FinishInterruptedOperations(Machine& machine) {
     for (int number = 1; number <= OperationJournal::MostJournals; ++number) {
-        OperationJournal journal(fileSystem);
-        if (!journal.OpenLeft(OperationJournal::Name(journalPath, number))) continue;
+        OperationJournal journal(machine.fileSystem);
+        const std::string path = OperationJournal::PathIn(machine.ownFolder);
+        if (!journal.OpenLeft(OperationJournal::Name(path, number))) continue;
         const JournalRecord record = journal.Last();
         if (record.step != Step::None) {
-            const InterruptionEnd end = EndInterruptedFile(fileSystem, fileKit, journal);
-            const Answer answer = user.Ask(BoxFor(end, record));
+            const InterruptionEnd end = EndInterruptedFile(machine, journal);
+            const Answer answer = machine.user.Ask(BoxFor(end, record));
             if (end == InterruptionEnd::OutOfReach && answer != Answer::Yes) continue;
         }
-        static_cast<void>(journal.Note({})); // and so closing removes it
+        journal.Forget(); // and so closing removes it
     }
 }
 

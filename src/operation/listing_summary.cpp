@@ -9,24 +9,24 @@ std::string Line(const std::string& text) {
     return text + "\r\n";
 }
 
-std::string Indication(Function operation, const RandomnessCounts& counts) {
+std::string Indication(Direction operation, const RandomnessCounts& counts) {
     if (counts.measured < 2 || counts.below == counts.above) return {};
     if (counts.below > counts.above) {
         return Line("This indicates that all or most files are not already encrypted or "
                     "compressed.") +
-               (operation == Function::Decrypt
+               (operation == Direction::Decrypt
                     ? Line("Warning: You may be trying to decrypt already-decrypted files!")
                     : std::string{});
     }
     return Line("This indicates that all or most files are already encrypted or compressed.") +
-           (operation == Function::Encrypt
+           (operation == Direction::Encrypt
                 ? Line("Warning: You may be trying to encrypt already-encrypted files!")
                 : std::string{});
 }
 
 } // namespace
 
-std::string ListingSummaryText(Function operation, const ListingSummary& listing) {
+std::string ListingSummaryText(Direction operation, const ListingSummary& listing) {
     const auto number = [](std::uint64_t count) {
         return AfterText(static_cast<std::int64_t>(count));
     };

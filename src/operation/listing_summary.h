@@ -1,7 +1,9 @@
 #pragma once
 
-// The lines that open a report: how many files there are, and whether they look encrypted.
+// The lines that open a report: how many files there are, and whether they look encrypted or
+// compressed.
 
+#include "libs/filekit/file_kit.h"
 #include "setup/operation_setup.h"
 
 #include <cstdint>
@@ -17,6 +19,30 @@ struct RandomnessCounts {
     std::uint64_t measured = 0;
 };
 
+/// The randomness of a file is measured over so many bytes, and files that are shorter are not
+/// measured.
+inline constexpr std::uint64_t RandomnessSampleBytes = 4096;
+
+/// Measures listed files and counts them.
+class RandomnessTally {
+  public:
+    explicit RandomnessTally(FileKit& fileKit) : fileKit_(fileKit) {}
+
+    void Add(const std::string& path, std::uint64_t lengthBytes) {
+        if (lengthBytes < RandomnessSampleBytes) return;
+        const double value = fileKit_.fr(path, RandomnessSampleBytes, {});
+        if (value <= RandomnessFailureLimit) return;
+        ++counts_.measured;
+        if (value < 0) ++counts_.below;
+        if (value > 0) ++counts_.above;
+    }
+    [[nodiscard]] const RandomnessCounts& Counts() const { return counts_; }
+
+  private:
+    FileKit& fileKit_;
+    RandomnessCounts counts_;
+};
+
 struct ListingSummary {
     std::uint64_t files = 0;
     bool wasCutShort = false;
@@ -24,6 +50,6 @@ struct ListingSummary {
 };
 
 /// Whole lines, each with its line end.
-[[nodiscard]] std::string ListingSummaryText(Function operation, const ListingSummary& listing);
+[[nodiscard]] std::string ListingSummaryText(Direction operation, const ListingSummary& listing);
 
 } // namespace zr5

@@ -1,6 +1,7 @@
 #include "operation/operation_journal.h"
 
 #include "libs/cipher/md5.h"
+#include "setup/identity.h"
 
 #include <algorithm>
 #include <span>
@@ -10,7 +11,7 @@ namespace zr5 {
 namespace {
 
 // One place: magic, sequence number, length of the record, record, MD5 of all that.
-constexpr std::string_view Magic = "ZR5 journal 2\r\n";
+constexpr std::string_view JournalMagic = "ZR5 journal 2\r\n";
 constexpr std::size_t PlaceBytes = 16'384;
 constexpr std::size_t Places = 2;
 constexpr std::size_t DigestBytes = std::tuple_size_v<Md5Digest>;
@@ -80,19 +81,19 @@ std::string DigestText(std::string_view text) {
 std::string Encoded(const JournalRecord& record, std::uint64_t sequence) {
     Writer fields;
     fields.Number(static_cast<std::uint64_t>(record.step));
-    fields.Number(record.encrypts ? 1 : 0);
-    fields.Text(record.originalPath);
-    fields.Text(record.resultPath);
+    fields.Number(record.direction == Direction::Encrypt ? 1 : 0);
+    fields.Text(record.inputPath);
+    fields.Text(record.outputPath);
     fields.Text(record.partPath);
-    fields.Mark(record.original);
-    fields.Mark(record.result);
-    fields.Number(record.resultFolder);
+    fields.Mark(record.input);
+    fields.Mark(record.output);
+    fields.Number(record.outputFolder);
     fields.Text(record.overwriteHead);
     fields.Text(record.earlierHead);
     Writer place;
     place.Number(sequence);
     place.Text(fields.text());
-    const std::string text = std::string(Magic) + place.text();
+    const std::string text = std::string(JournalMagic) + place.text();
     return text + DigestText(text);
 }
 
@@ -104,7 +105,7 @@ struct Decoded {
 Decoded Decode(std::string_view place) {
     Decoded decoded;
     Reader reader(place);
-    if (reader.Take(Magic.size()) != Magic) return {};
+    if (reader.Take(JournalMagic.size()) != JournalMagic) return {};
     decoded.sequence = reader.Number();
     Reader fields(reader.Take(reader.Number()));
     const std::string_view signedPart = place.substr(0, place.size() - reader.left().size());
@@ -114,13 +115,13 @@ Decoded Decode(std::string_view place) {
     const std::uint64_t step = fields.Number();
     if (step > static_cast<std::uint64_t>(JournalRecord::Step::WritingElsewhere)) return {};
     record.step = static_cast<JournalRecord::Step>(step);
-    record.encrypts = fields.Number() != 0;
-    record.originalPath = fields.Text();
-    record.resultPath = fields.Text();
+    record.direction = fields.Number() != 0 ? Direction::Encrypt : Direction::Decrypt;
+    record.inputPath = fields.Text();
+    record.outputPath = fields.Text();
     record.partPath = fields.Text();
-    record.original = fields.Mark();
-    record.result = fields.Mark();
-    record.resultFolder = fields.Number();
+    record.input = fields.Mark();
+    record.output = fields.Mark();
+    record.outputFolder = fields.Number();
     record.overwriteHead = fields.Text();
     record.earlierHead = fields.Text();
     return fields.IsValid() ? decoded : Decoded{};
@@ -130,6 +131,16 @@ Decoded Decode(std::string_view place) {
 
 FileMark MarkOf(const FileInfo& info) {
     return {info.identity.inode, info.lengthBytes, info.modifiedNs};
+}
+
+std::optional<FileMark> MarkAt(FileSystem& fileSystem, const std::string& path) {
+    const auto info = fileSystem.Info(path);
+    if (!info || info->kind != FileKind::Regular) return std::nullopt;
+    return MarkOf(*info);
+}
+
+std::string OperationJournal::PathIn(const std::string& ownFolder) {
+    return ownFolder + JournalName;
 }
 
 std::string OperationJournal::Name(const std::string& path, int number) {
@@ -150,7 +161,7 @@ bool OperationJournal::OpenNew(const std::string& path) {
             file_.reset(); // the next start sees to it
             continue;
         }
-        if (Lay()) return true;
+        if (WriteEmptyPlaces()) return true;
         Close();
         return false;
     }
@@ -176,6 +187,7 @@ void OperationJournal::Close() {
 }
 
 void OperationJournal::SetAside() {
+    if (basePath_.empty()) return;
     Close();
     hasFailed_ = !OpenNew(basePath_);
 }
@@ -191,7 +203,7 @@ OperationJournal::Content OperationJournal::Read() {
     for (std::size_t i = 0; i < Places; ++i) {
         const auto raw = std::span(bytes).subspan(i * PlaceBytes, PlaceBytes);
         const std::string_view place(reinterpret_cast<const char*>(raw.data()), raw.size());
-        if (place.front() != '\0' && !place.starts_with(Magic)) return Content::Unreadable;
+        if (place.front() != '\0' && !place.starts_with(JournalMagic)) return Content::Unreadable;
         Decoded decoded = Decode(place);
         if (decoded.sequence <= sequence_) continue;
         sequence_ = decoded.sequence;
@@ -201,7 +213,7 @@ OperationJournal::Content OperationJournal::Read() {
 }
 
 /// Gives the file its whole length now, so that no record has to wait for room or finds none.
-bool OperationJournal::Lay() {
+bool OperationJournal::WriteEmptyPlaces() {
     const std::vector<std::byte> nothing(Places * PlaceBytes);
     last_ = {};
     sequence_ = 0;

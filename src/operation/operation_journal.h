@@ -3,6 +3,7 @@
 // What is known on the disk of the one file that is being worked on, so that the next start of the
 // program can finish or undo it. No key, and nothing of any content.
 
+#include "libs/cipher/cipher_engine.h"
 #include "libs/system/file_system.h"
 
 #include <cstdint>
@@ -26,23 +27,25 @@ struct FileMark {
     }
 };
 [[nodiscard]] FileMark MarkOf(const FileInfo& info);
+/// Of the regular file at `path` itself, if there is one.
+[[nodiscard]] std::optional<FileMark> MarkAt(FileSystem& fileSystem, const std::string& path);
 
 struct JournalRecord {
     enum class Step : std::uint8_t {
         None,
-        Writing,          ///< the result is being made; the original has not been touched
-        Replacing,        ///< the result is complete and on the disk; the original goes
-        WritingElsewhere, ///< the result is being made in another file; the original stays
+        Writing,          ///< the result is being made; the input has not been touched
+        Replacing,        ///< the result is complete and on the disk; the input goes
+        WritingElsewhere, ///< the result is being made in another file; the input stays
     };
     Step step = Step::None;
-    bool encrypts = true;     ///< and so overwrites the original before deleting it
-    std::string originalPath; ///< the file that is worked on
-    std::string resultPath;   ///< the complete result; in place until it takes the original's name
-    std::string partPath;     ///< the result while it is made
-    FileMark original;        ///< as it was read
-    FileMark result;          ///< as it was when it took its name; nothing before
-    std::uint64_t resultFolder = 0; ///< inode of the folder that the result is made in
-    std::string overwriteHead;      ///< the first bytes that the original is overwritten with
+    Direction direction = Direction::Encrypt; ///< encrypting overwrites the input before deleting
+    std::string inputPath;                    ///< the file that is worked on
+    std::string outputPath; ///< the complete result; in place until it takes the input's name
+    std::string partPath;   ///< the result while it is made
+    FileMark input;         ///< as it was read
+    FileMark output;        ///< as it was when it took its name; nothing before
+    std::uint64_t outputFolder = 0; ///< inode of the folder that the result is made in
+    std::string overwriteHead;      ///< the first bytes that the input is overwritten with
     std::string earlierHead; ///< those with which an interrupted mending found it overwritten
     friend bool operator==(const JournalRecord&, const JournalRecord&) = default;
 };
@@ -75,17 +78,22 @@ class OperationJournal {
     /// Removes the file, unless something stands in it that is not finished.
     void Close();
     /// Leaves what stands in it to the next start and goes on in another file, if one can be made.
+    /// Nothing, for a journal that was never opened.
     void SetAside();
 
     /// Writes a record. False when it could not be written: then the last one still stands.
     /// Without an open file nothing is noted, and all is well.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
+    /// Notes that nothing is unfinished.
+    void Forget() { static_cast<void>(Note({})); }
     /// Whether the last record could not be written, or a journal to go on in not be made.
     [[nodiscard]] bool HasFailed() const { return hasFailed_; }
     /// The last record that was written whole; Step::None when there is none.
     [[nodiscard]] const JournalRecord& Last() const { return last_; }
 
+    /// Where the program keeps its journals.
+    [[nodiscard]] static std::string PathIn(const std::string& ownFolder);
     /// The name of the journal with `number`, from 1.
     [[nodiscard]] static std::string Name(const std::string& path, int number);
 
@@ -93,12 +101,12 @@ class OperationJournal {
     /// What stands in the open file.
     enum class Content {
         Record,     ///< one is whole, and in `last_`
-        Nothing,    ///< it was laid, or was being laid
+        Nothing,    ///< it was just made, or was being made
         Unreadable, ///< or no journal of this kind
     };
     [[nodiscard]] Content Read();
     [[nodiscard]] bool Write(const JournalRecord& record, Durability durability);
-    [[nodiscard]] bool Lay();
+    [[nodiscard]] bool WriteEmptyPlaces();
 
     FileSystem& fileSystem_;
     std::string basePath_; ///< as it was given to OpenNew

@@ -1,24 +1,18 @@
 #include "operation/operation_run.h"
 
-#include "operation/anti_virus_warning.h"
-#include "setup/verb_form.h"
+#include "operation/report/extension_warnings.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/durations.h"
 #include "util/numbers.h"
 #include "util/paths.h"
 
-#include <algorithm>
 #include <set>
 
 namespace zr5 {
 namespace {
 
 constexpr std::uint64_t NoDecimalsFrom = 1'024'000;
-
-std::uint64_t FilesIn(const WorkList& list) {
-    return static_cast<std::uint64_t>(
-        std::ranges::count(list, WorkItem::Kind::File, &WorkItem::kind));
-}
 
 void WarnOfAntiVirusIn(const OperationContext& operation) {
     ExtensionCounts counts;
@@ -30,16 +24,16 @@ void WarnOfAntiVirusIn(const OperationContext& operation) {
 
 /// False, after a message, when there are so many files that the limit is likely a mistake.
 bool IsWithinTwiceTheMaximum(const OperationContext& operation) {
-    const std::uint64_t files = FilesIn(operation.list);
-    const Function function = operation.setup.Operation;
+    const std::uint64_t files = operation.list.Files();
+    const Direction direction = operation.setup.Operation;
     if (files < 2 * static_cast<std::uint64_t>(operation.setup.MaxNumFiles)) return true;
     operation.machine.user.Ask(
         Notice("At least " + std::to_string(files) + " files are to be " +
-                   VerbForm(function, "encrypted") +
+                   VerbForm(direction, "encrypted") +
                    ".\r\nThis is twice as many as the maximum number of files\r\n"
                    "currently specified.\r\n"
                    "Either increase that number or consider whether\r\nyou wish to " +
-                   VerbForm(function, "encrypt") + " this many files in a single operation.",
+                   VerbForm(direction, "encrypt") + " this many files in a single operation.",
                "Maximum number of files exceeded", BoxIcon::Exclamation));
     return false;
 }
@@ -51,7 +45,7 @@ bool HasDistinctOutputs(const OperationContext& operation) {
     for (const WorkItem& item : operation.list) {
         if (item.kind != WorkItem::Kind::File || outputs.insert(item.outputPath).second) continue;
         operation.machine.user.Ask(Notice("Output file specification " +
-                                              DisplayName(operation.setup.FileName[Output]) +
+                                              DisplayName(operation.setup.FileName[OutputSide]) +
                                               " produces duplicate output filenames!",
                                           "Error", BoxIcon::Exclamation));
         return false;
@@ -59,56 +53,51 @@ bool HasDistinctOutputs(const OperationContext& operation) {
     return true;
 }
 
-/// `journal` opened, or null where the operation does without.
-OperationJournal* OpenJournal(const OperationContext& operation, OperationJournal& journal,
-                              ReportScreen& screen) {
-    const std::string& path = operation.machine.journalPath;
-    if (path.empty()) return nullptr;
-    if (journal.OpenNew(path)) return &journal;
+void OpenJournal(const OperationContext& operation) {
+    const std::string path = OperationJournal::PathIn(operation.machine.ownFolder);
+    if (operation.journal.OpenNew(path)) return;
     const bool inPlace = operation.setup.OutputMode == OutputTarget::OverwriteInput;
-    screen.AppendToReport("Note: the file " + DisplayName(path) +
-                          " cannot be written.  Should this operation be interrupted,\r\nthen " +
-                          (inPlace ? "the next start of the program will not complete it."
-                                   : "an unfinished result may be left.") +
-                          "\r\n");
-    return nullptr;
+    operation.screen.AppendToReport(
+        "Note: the file " + DisplayName(path) +
+        " cannot be written.  Should this operation be interrupted,\r\nthen " +
+        (inPlace ? "the next start of the program will not complete it."
+                 : "an unfinished result may be left.") +
+        "\r\n");
 }
 
-void WriteClosingSummary(const OperationContext& operation, ReportScreen& screen) {
+void WriteClosingSummary(const OperationContext& operation, const OperationTotals& totals) {
     const std::string encrypted = VerbForm(operation.setup.Operation, "encrypted");
-    const std::string processed =
-        AfterText(static_cast<std::int64_t>(screen.counters.filesProcessed));
+    const std::string processed = AfterText(static_cast<std::int64_t>(totals.filesProcessed));
     std::string text = "\r\nNumber of files processed:" + processed + "\r\n" + "Number of files " +
                        encrypted + ":" + processed + "\r\nTotal KB " + encrypted + ": " +
-                       KilobytesText(screen.counters.totalBytes) + "\r\n";
-    if (const std::int64_t seconds = screen.ElapsedSeconds(); seconds > 0) {
+                       KilobytesText(totals.totalBytes) + "\r\n";
+    if (const std::int64_t seconds = operation.screen.ElapsedSeconds(); seconds > 0) {
         text += "Elapsed time: " +
                 FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";
     }
-    screen.AppendAlways(text);
+    operation.screen.AppendAlways(text);
 }
 
-/// Shows how far engine and purge are with a file, and lets the interface react, while it lives.
-class ProgressShown {
-  public:
-    ProgressShown(Machine& machine, ReportScreen& screen) : machine_(machine) {
-        const auto show = [&machine, &screen](std::uint64_t done, std::uint64_t total) {
-            screen.ShowPass(done, total);
-            machine.user.ProcessEvents();
-        };
-        machine.engine.SetProgress(show);
-        machine.fileKit.SetProgress(Throttled(machine.clock, show));
+/// From the warnings to the end of the work; the run is halted where there is not to be any.
+OperationTotals RunFiles(const OperationContext& operation, const FileWork& work) {
+    ReportScreen& screen = operation.screen;
+    if (screen.IsFull()) {
+        operation.machine.user.Ask(TextboxFullBox());
+        screen.Halt();
+        return {};
     }
-    ~ProgressShown() {
-        machine_.engine.SetProgress({});
-        machine_.fileKit.SetProgress({});
+    if (screen.StopRequested()) return {};
+    WarnOfAntiVirusIn(operation);
+    if (!IsWithinTwiceTheMaximum(operation) || !HasDistinctOutputs(operation)) {
+        screen.Halt();
+        return {};
     }
-    ProgressShown(const ProgressShown&) = delete;
-    ProgressShown& operator=(const ProgressShown&) = delete;
-
-  private:
-    Machine& machine_;
-};
+    screen.AppendToReport("\r\n");
+    OpenJournal(operation);
+    const OperationTotals totals = work(operation);
+    operation.journal.Close();
+    return totals;
+}
 
 } // namespace
 
@@ -116,30 +105,14 @@ std::string KilobytesText(std::uint64_t bytes) {
     return WithThousands(static_cast<double>(bytes) / 1024.0, bytes >= NoDecimalsFrom ? 0 : 2);
 }
 
-void RunOperation(const OperationContext& operation, ReportScreen& screen,
-                  const ListingSummary& listing, const FileWork& work) {
-    const Function function = operation.setup.Operation;
-    if (!screen.IsRunning()) screen.BeginRun(function);
+void RunOperation(const OperationContext& operation, const ListingSummary& listing,
+                  const FileWork& work) {
+    ReportScreen& screen = operation.screen;
+    const Direction direction = operation.setup.Operation;
+    if (!screen.IsRunning()) screen.BeginRun(direction);
     screen.AppendToReport(ListingSummaryText(
-        function, {FilesIn(operation.list), listing.wasCutShort, listing.randomness}));
-    if (screen.IsFull()) {
-        operation.machine.user.Ask(Notice("Textbox is full.  Report cannot continue.",
-                                          "Textbox full", BoxIcon::Information));
-        screen.Halt();
-    } else if (!screen.StopRequested()) {
-        WarnOfAntiVirusIn(operation);
-        if (IsWithinTwiceTheMaximum(operation) && HasDistinctOutputs(operation)) {
-            screen.AppendToReport("\r\n");
-            const ProgressShown progress(operation.machine, screen);
-            OperationJournal journal(operation.machine.fileSystem);
-            OperationContext noted = operation;
-            noted.journal = OpenJournal(operation, journal, screen);
-            work(noted, screen);
-        } else {
-            screen.Halt();
-        }
-    }
-    WriteClosingSummary(operation, screen);
+        direction, {operation.list.Files(), listing.wasCutShort, listing.randomness}));
+    WriteClosingSummary(operation, RunFiles(operation, work));
     screen.EndRun();
 }
 

@@ -1,5 +1,6 @@
 #include "operation/reliability_test.h"
 
+#include "keys/classification.h"
 #include "keys/normalise.h"
 #include "keys/random_key.h"
 #include "operation/copies_folder.h"
@@ -9,30 +10,33 @@
 #include "util/numbers.h"
 #include "util/paths.h"
 
+#include <cstdlib>
+
 namespace zr5 {
 namespace {
 
 /// The words for a result of `compare_files`.
-std::string ComparisonText(std::int64_t code) {
-    switch (code) {
-    case compare_code::Identical:
+std::string ComparisonText(const Comparison& comparison) {
+    switch (comparison.outcome) {
+    case CompareOutcome::Identical:
         return "identical";
-    case compare_code::FirstNotOpened:
+    case CompareOutcome::Different:
+        return "Files differ at byte" +
+               AfterText(static_cast<std::int64_t>(comparison.firstDifference)) + ".";
+    case CompareOutcome::FirstNotOpened:
         return "Unable to open first file.";
-    case compare_code::SecondNotOpened:
+    case CompareOutcome::SecondNotOpened:
         return "Unable to open second file.";
-    case compare_code::FirstNotRead:
+    case CompareOutcome::FirstNotRead:
         return "Unable to read first file.";
-    case compare_code::SecondNotRead:
+    case CompareOutcome::SecondNotRead:
         return "Unable to read second file.";
-    case compare_code::FirstEmpty:
+    case CompareOutcome::FirstEmpty:
         return "First file is empty.";
-    case compare_code::SecondEmpty:
+    case CompareOutcome::SecondEmpty:
         return "Second file is empty.";
-    default:
-        return code < 0 ? "Unknown error #" + std::to_string(code) + "."
-                        : "Files differ at byte" + AfterText(code) + ".";
     }
+    std::abort();
 }
 
 struct TestFile {
@@ -60,33 +64,32 @@ std::vector<std::string> NamesOf(const std::vector<TestFile>& files) {
 
 class ReliabilityTest {
   public:
-    ReliabilityTest(const OperationContext& operation, const ReliabilityRequest& request,
-                    ReportScreen& screen)
+    ReliabilityTest(const OperationContext& operation, int performances)
         : operation_(operation),
           machine_(operation.machine),
-          request_(request),
-          screen_(screen),
-          folder_(operation.setup.Folder[Input]),
+          performances_(performances),
+          screen_(operation.screen),
+          folder_(operation.setup.Folder[InputSide]),
           files_(TestFiles(operation.list)),
           copies_(machine_.fileSystem, NamesOf(files_)) {}
     /// No random key may live on in the engine; the current one is handed to it with every file.
-    ~ReliabilityTest() { machine_.engine.operation_initialization({}, EngineEncrypt, 0, 0); }
+    ~ReliabilityTest() { machine_.engine.operation_initialization({}, Direction::Encrypt); }
     ReliabilityTest(const ReliabilityTest&) = delete;
     ReliabilityTest& operator=(const ReliabilityTest&) = delete;
 
-    void Run() {
+    OperationTotals Run() {
         if (!copies_.Make(folder_)) {
             screen_.AppendAlways("Unable to make a folder for the copies in " +
                                  DisplayName(folder_) + "\r\n");
             screen_.Halt();
-            return;
+            return totals_;
         }
         if (copies_.HasNumber()) {
             screen_.AppendAlways("Note: there are other folders " + DisplayName(folder_) +
                                  "zr5test-copies.  If earlier tests\r\nhave left them, then they "
                                  "may be deleted.\r\n");
         }
-        for (int k = 1; k <= request_.performances && !screen_.StopRequested(); ++k) {
+        for (int k = 1; k <= performances_ && !screen_.StopRequested(); ++k) {
             if (k > 1) Line("");
             if (!MakesRoom()) break;
             if (k == 1) {
@@ -100,6 +103,7 @@ class ReliabilityTest {
                 "\r\nAll decrypted files are identical with the original files.\r\n");
         }
         RemoveCopies();
+        return totals_;
     }
 
   private:
@@ -114,8 +118,8 @@ class ReliabilityTest {
     /// In the canonical form, so that a keyfile of the bytes that are reported is the same key.
     CurrentKey NewKey() {
         CurrentKey key;
-        key.keyText = NormaliseKey(MakeRandomKey(request_.random).text());
-        key.keyState = key_state::Keyfile;
+        key.keyText = NormaliseKey(MakeRandomKey(machine_.random).text());
+        key.keyState = KeyState::Keyfile;
         return key;
     }
 
@@ -129,26 +133,26 @@ class ReliabilityTest {
     }
 
     void WriteHeader(int k, const CurrentKey& key) {
-        if (request_.performances > 1) {
-            Line("Reliability test #" + std::to_string(k) + " of " +
-                 std::to_string(request_.performances));
+        if (performances_ > 1) {
+            Line("Reliability test #" + std::to_string(k) + " of " + std::to_string(performances_));
         }
         Line(std::to_string(files_.size()) + " test file" + (files_.size() == 1 ? "" : "s") +
              " in " + DisplayName(folder_));
         const std::string_view text = key.keyText.text();
-        const bool isText =
-            machine_.engine.key_is_text(text, static_cast<std::int32_t>(text.size())) != 0;
         Line(std::to_string(text.size()) + "-byte " +
-             (isText ? "text key: " + FromCodePage1252(text) : "non-text key"));
+             (KeyIsText(text) ? "text key: " + FromCodePage1252(text) : "non-text key"));
     }
 
     void EncryptAll(const CurrentKey& key) {
         WorkList list;
         for (const TestFile& file : files_) {
-            list.push_back({WorkItem::Kind::File, file.path, copies_.Encrypted() + file.name,
-                            file.lengthBytes});
+            list.AddFile(file.path, copies_.Encrypted() + file.name, file.lengthBytes);
         }
-        Process({Function::Encrypt, folder_, copies_.Encrypted()}, key, list);
+        // The closing summary counts what was encrypted, once.
+        const OperationTotals encrypted =
+            Process({Direction::Encrypt, folder_, copies_.Encrypted()}, key, list);
+        totals_.filesProcessed += encrypted.filesProcessed;
+        totals_.totalBytes += encrypted.totalBytes;
     }
 
     /// Files that could not be encrypted have their line already.
@@ -158,28 +162,24 @@ class ReliabilityTest {
             const std::string encrypted = copies_.Encrypted() + file.name;
             const auto info = machine_.fileSystem.Info(encrypted);
             if (!info) continue;
-            list.push_back({WorkItem::Kind::File, encrypted, copies_.Decrypted() + file.name,
-                            info->lengthBytes});
+            list.AddFile(encrypted, copies_.Decrypted() + file.name, info->lengthBytes);
         }
-        // The closing summary counts what was encrypted, once.
-        OperationCounters counters = screen_.counters;
-        Process({Function::Decrypt, copies_.Encrypted(), copies_.Decrypted()}, key, list);
-        counters.reportLines = screen_.counters.reportLines;
-        screen_.counters = counters;
+        Process({Direction::Decrypt, copies_.Encrypted(), copies_.Decrypted()}, key, list);
     }
 
     struct Pass {
-        Function function;
+        Direction direction;
         const std::string& from;
         const std::string& to;
     };
-    void Process(const Pass& pass, const CurrentKey& key, const WorkList& list) {
-        if (list.empty()) return;
+    OperationTotals Process(const Pass& pass, const CurrentKey& key, const WorkList& list) {
+        if (list.Files() == 0) return {};
         OperationSetup setup = operation_.setup;
-        setup.Operation = pass.function;
+        setup.Operation = pass.direction;
         setup.OutputMode = OutputTarget::SeparateOutput;
         setup.Folder = {pass.from, pass.to};
-        ProcessFiles({setup, key, list, machine_, nullptr, false}, screen_);
+        OperationJournal none(machine_.fileSystem); // copies need none
+        return ProcessFiles({setup, key, list, machine_, screen_, none, false});
     }
 
     void CompareAll(const CurrentKey& key) {
@@ -207,13 +207,18 @@ class ReliabilityTest {
     bool Compare(const TestFile& file) {
         const std::string start = DisplayName(file.name) + ": ";
         if (WasLeftOutAsEmpty(file)) {
-            Line(start + ComparisonText(compare_code::FirstEmpty));
+            Line(start + ComparisonText({CompareOutcome::FirstEmpty}));
             return true;
         }
         const std::string decrypted = copies_.Decrypted() + file.name;
         screen_.BeginFile(DisplayName(file.name), file.lengthBytes, 1);
-        const std::int64_t result = machine_.fileKit.compare_files(file.path, decrypted);
-        if (result == compare_code::Identical) {
+        const ProgressFunction progress =
+            Throttled(machine_.clock, [this](std::uint64_t done, std::uint64_t total) {
+                screen_.ShowPass(done, total);
+                machine_.user.ProcessEvents();
+            });
+        const Comparison result = machine_.fileKit.compare_files(file.path, decrypted, progress);
+        if (result.outcome == CompareOutcome::Identical) {
             ++compared_;
             Line(start + ComparisonText(result));
             return true;
@@ -249,29 +254,30 @@ class ReliabilityTest {
     }
 
     void Line(const std::string& text) {
-        screen_.AppendToReport(text + "\r\n", true);
+        screen_.AppendToReport(text + "\r\n");
         if (screen_.ReportsFiles() && screen_.IsFull()) screen_.ReportBufferFull();
     }
 
     const OperationContext& operation_;
     Machine& machine_;
-    const ReliabilityRequest& request_;
+    int performances_;
     ReportScreen& screen_;
     const std::string& folder_;
     std::vector<TestFile> files_;
     CopiesFolder copies_;
+    OperationTotals totals_;
     std::uint64_t compared_ = 0;
     bool keepsCopies_ = false;
 };
 
 } // namespace
 
-void RunReliabilityTest(const OperationContext& operation, const ReliabilityRequest& request,
-                        ReportScreen& screen, const ListingSummary& listing) {
+void RunReliabilityTest(const OperationContext& operation, int performances,
+                        const ListingSummary& listing) {
     // That the files of a test look encrypted is no reason to warn.
-    RunOperation(operation, screen, {0, listing.wasCutShort, std::nullopt},
-                 [&request](const OperationContext& confirmed, ReportScreen& report) {
-                     ReliabilityTest(confirmed, request, report).Run();
+    RunOperation(operation, {0, listing.wasCutShort, std::nullopt},
+                 [performances](const OperationContext& confirmed) {
+                     return ReliabilityTest(confirmed, performances).Run();
                  });
 }
 

@@ -1,7 +1,6 @@
 #include "operation/work_list.h"
 
-#include "libs/cipher/zr5_engine.h"
-#include "operation/randomness_tally.h"
+#include "libs/cipher/cipher_engine.h"
 
 namespace zr5 {
 namespace {
@@ -11,7 +10,7 @@ class Counter : public ConsiderateVisitor {
   public:
     Counter(const OperationSetup& setup, Machine& machine, const StopAsked& stopped)
         : ConsiderateVisitor(machine.user, stopped),
-          looks_(setup.Operation == Function::Encrypt),
+          looks_(setup.Operation == Direction::Encrypt),
           fileSystem_(machine.fileSystem) {}
     void MeetFile(const std::string& path) override {
         if (looks_ && BeginsLikeEncrypted(fileSystem_, path)) ++encryptedAlready_;
@@ -37,25 +36,25 @@ class Lister : public ConsiderateVisitor {
     void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
                      std::uint64_t /*subfolders*/) override {
         if (matchingFiles != 0) {
-            listed_.list.push_back({WorkItem::Kind::Folder, path, {}});
+            listed_.list.AddFolder(WorkItem::Kind::Folder, path);
         }
     }
     void MeetProhibitedFolder(const std::string& path) override {
-        listed_.list.push_back({WorkItem::Kind::ProhibitedFolder, path, {}});
+        listed_.list.AddFolder(WorkItem::Kind::ProhibitedFolder, path);
     }
     void MeetUnreadableFolder(const std::string& path) override {
-        listed_.list.push_back({WorkItem::Kind::UnreadableFolder, path, {}});
+        listed_.list.AddFolder(WorkItem::Kind::UnreadableFolder, path);
     }
     void MeetFile(const std::string& path) override {
-        if (files_ == maximum_) {
+        if (listed_.list.Files() == maximum_) {
             listed_.wasCutShort = true;
             return;
         }
         const auto info = machine_.fileSystem.Info(path);
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
-        listed_.list.push_back({WorkItem::Kind::File, path, path, lengthBytes});
+        listed_.list.AddFile(path, path, lengthBytes);
         tally_.Add(path, lengthBytes);
-        counted_(++files_);
+        counted_(listed_.list.Files());
     }
     bool GoesOn() override {
         listed_.wasCutShort = !ConsiderateVisitor::GoesOn() || listed_.wasCutShort;
@@ -72,21 +71,33 @@ class Lister : public ConsiderateVisitor {
     const std::function<void(std::uint64_t)>& counted_;
     RandomnessTally tally_;
     ListedFiles listed_;
-    std::uint64_t files_ = 0;
 };
 
 WorkList SingleFileList(const OperationSetup& setup, FileSystem& fileSystem) {
     const bool inPlace = setup.OutputMode == OutputTarget::OverwriteInput;
-    const std::string input = setup.FilePath(Input);
-    const auto info = fileSystem.Info(input);
-    return {{WorkItem::Kind::File, input, inPlace ? input : setup.FilePath(Output),
-             info ? info->lengthBytes : 0}};
+    const std::string inputPath = setup.FilePath(InputSide);
+    const auto info = fileSystem.Info(inputPath);
+    WorkList list;
+    list.AddFile(inputPath, inPlace ? inputPath : setup.FilePath(OutputSide),
+                 info ? info->lengthBytes : 0);
+    return list;
 }
 
 } // namespace
 
+void WorkList::AddFile(std::string inputPath, std::string outputPath, std::uint64_t lengthBytes) {
+    items_.push_back(
+        {WorkItem::Kind::File, std::move(inputPath), std::move(outputPath), lengthBytes});
+    ++files_;
+    totalBytes_ += lengthBytes;
+}
+
+void WorkList::AddFolder(WorkItem::Kind kind, std::string path) {
+    items_.push_back({kind, std::move(path), {}});
+}
+
 WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
-    return {.folder = setup.Folder[Input],
+    return {.folder = setup.Folder[InputSide],
             .pattern = setup.EffectivePattern(),
             .withSubfolders = setup.IncludeSubfolders(),
             .limit = limit};
@@ -95,7 +106,7 @@ WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
 FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAsked& stopped) {
     Counter counter(setup, machine, stopped);
     if (setup.InputMode == InputSource::SingleFile) {
-        const std::string path = setup.FilePath(Input);
+        const std::string path = setup.FilePath(InputSide);
         counter.MeetFile(path);
         FileCount one{1, counter.EncryptedAlready(), {}, {}};
         const auto info = machine.fileSystem.Info(path);

@@ -4,12 +4,14 @@
 
 #include "files/folder_walk.h"
 #include "operation/listing_summary.h"
-#include "operation/operation_context.h"
+#include "setup/operation_setup.h"
+#include "util/machine.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zr5 {
 
@@ -28,6 +30,34 @@ struct FileCount {
 
 /// The walk that finds the files of a folder operation.
 [[nodiscard]] WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit);
+
+/// One line of the work list: a file, or the boundary at which a folder begins.
+struct WorkItem {
+    enum class Kind { File, Folder, ProhibitedFolder, UnreadableFolder };
+    Kind kind = Kind::File;
+    std::string inputPath;  ///< of the file or folder
+    std::string outputPath; ///< of the file; equal to inputPath in place
+    /// Of the file when the list was made: for showing progress, never for deciding.
+    std::uint64_t lengthBytes = 0;
+};
+
+/// A snapshot of what is to be processed, in order.
+class WorkList {
+  public:
+    void AddFile(std::string inputPath, std::string outputPath, std::uint64_t lengthBytes = 0);
+    void AddFolder(WorkItem::Kind kind, std::string path);
+
+    [[nodiscard]] auto begin() const { return items_.begin(); }
+    [[nodiscard]] auto end() const { return items_.end(); }
+    [[nodiscard]] std::uint64_t Files() const { return files_; }
+    /// The lengths of all files together.
+    [[nodiscard]] std::uint64_t TotalBytes() const { return totalBytes_; }
+
+  private:
+    std::vector<WorkItem> items_;
+    std::uint64_t files_ = 0;
+    std::uint64_t totalBytes_ = 0;
+};
 
 struct ListedFiles {
     WorkList list;

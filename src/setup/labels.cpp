@@ -38,9 +38,9 @@ struct EqualityNotes {
 };
 
 EqualityNotes NotesFor(InputSource source, const ProgramTextLookup& programText) {
-    return {programText(TextSameAsInputFolder),
-            programText(source == InputSource::SingleFile ? TextSameAsInputFile
-                                                          : TextSameAsInputFiles)};
+    return {programText(ProgramText::SameAsInputFolder),
+            programText(source == InputSource::SingleFile ? ProgramText::SameAsInputFile
+                                                          : ProgramText::SameAsInputFiles)};
 }
 
 enum class OutputLabel { Agrees, FalseNote, Disagrees };
@@ -54,11 +54,11 @@ OutputLabel JudgeOutput(std::string_view caption, std::string_view input, std::s
 }
 
 int CheckInput(const OperationSetup& setup) {
-    if (!Shows(setup.FolderCaption[Input], DisplayName(setup.Folder[Input]))) return -1;
-    const std::string& caption = setup.FilesCaption[Input];
+    if (!Shows(setup.FolderCaption[InputSide], DisplayName(setup.Folder[InputSide]))) return -1;
+    const std::string& caption = setup.FilesCaption[InputSide];
     if (setup.InputMode == InputSource::SingleFile)
-        return Shows(caption, DisplayName(setup.FileName[Input])) ? 0 : -2;
-    if (setup.Folder[Input].empty() && caption.empty()) return 0;
+        return Shows(caption, DisplayName(setup.FileName[InputSide])) ? 0 : -2;
+    if (setup.Folder[InputSide].empty() && caption.empty()) return 0;
     if (PatternLabelAgrees(caption, setup.EffectivePattern())) return 0;
     return caption == AllFiles ? -3 : -4;
 }
@@ -86,24 +86,25 @@ std::string PatternToolTipFor(std::string_view caption, std::string_view pattern
 
 void WriteEqualityNotes(OperationSetup& setup, const ProgramTextLookup& programText) {
     const EqualityNotes notes = NotesFor(setup.InputMode, programText);
-    if (!setup.Folder[Input].empty() && setup.Folder[Input] == setup.Folder[Output])
-        setup.FolderCaption[Output] = notes.folder;
-    if (!setup.FileName[Input].empty() && setup.FileName[Input] == setup.FileName[Output])
-        setup.FilesCaption[Output] = notes.file;
+    if (!setup.Folder[InputSide].empty() && setup.Folder[InputSide] == setup.Folder[OutputSide])
+        setup.FolderCaption[OutputSide] = notes.folder;
+    if (!setup.FileName[InputSide].empty() &&
+        setup.FileName[InputSide] == setup.FileName[OutputSide])
+        setup.FilesCaption[OutputSide] = notes.file;
 }
 
 void RewriteCaptions(OperationSetup& setup, const ProgramTextLookup& programText) {
-    for (const std::size_t i : {Input, Output}) {
+    for (const std::size_t i : {InputSide, OutputSide}) {
         setup.FolderCaption[i] = LabelFor(setup.Folder[i]);
-        if (i == Output || setup.InputMode == InputSource::SingleFile)
+        if (i == OutputSide || setup.InputMode == InputSource::SingleFile)
             setup.FilesCaption[i] = LabelFor(setup.FileName[i]);
     }
     if (setup.InputMode == InputSource::FilesInAFolder) {
-        if (setup.Folder[Input].empty()) {
-            setup.FilesCaption[Input].clear();
+        if (setup.Folder[InputSide].empty()) {
+            setup.FilesCaption[InputSide].clear();
         } else {
-            const bool edited = setup.FilesCaption[Input].starts_with(AllFilesMatching);
-            setup.FilesCaption[Input] =
+            const bool edited = setup.FilesCaption[InputSide].starts_with(AllFilesMatching);
+            setup.FilesCaption[InputSide] =
                 PatternLabelFor(setup.EffectivePattern(),
                                 edited ? PatternLabel::AfterEdit : PatternLabel::AfterFolderChoice);
         }
@@ -115,14 +116,14 @@ int CheckConsistency(const OperationSetup& setup, const ProgramTextLookup& progr
     if (const int code = CheckInput(setup); code != 0) return code;
     const EqualityNotes notes = NotesFor(setup.InputMode, programText);
     const bool overwrites = setup.OutputMode == OutputTarget::OverwriteInput;
-    const auto folder = JudgeOutput(setup.FolderCaption[Output], setup.Folder[Input],
-                                    setup.Folder[Output], notes.folder);
+    const auto folder = JudgeOutput(setup.FolderCaption[OutputSide], setup.Folder[InputSide],
+                                    setup.Folder[OutputSide], notes.folder);
     if (folder != OutputLabel::Agrees) return folder == OutputLabel::FalseNote ? -5 : -6;
-    if (overwrites && setup.Folder[Input] != setup.Folder[Output]) return -6;
-    const auto name = JudgeOutput(setup.FilesCaption[Output], setup.FileName[Input],
-                                  setup.FileName[Output], notes.file);
+    if (overwrites && setup.Folder[InputSide] != setup.Folder[OutputSide]) return -6;
+    const auto name = JudgeOutput(setup.FilesCaption[OutputSide], setup.FileName[InputSide],
+                                  setup.FileName[OutputSide], notes.file);
     if (name != OutputLabel::Agrees) return name == OutputLabel::FalseNote ? -7 : -8;
-    if (overwrites && setup.FileName[Input] != setup.FileName[Output]) return -8;
+    if (overwrites && setup.FileName[InputSide] != setup.FileName[OutputSide]) return -8;
     return setup.InputMode == InputSource::FilesInAFolder && !overwrites ? -9 : 0;
 }
 

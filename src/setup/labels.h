@@ -3,20 +3,12 @@
 // What the labels for folders and files show, and whether what they show agrees with the setup.
 
 #include "setup/operation_setup.h"
+#include "util/program_text.h"
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 
 namespace zr5 {
-
-/// Fetches a program text by its number; empty when there is none.
-using ProgramTextLookup = std::function<std::string(std::int16_t number)>;
-
-inline constexpr std::int16_t TextSameAsInputFolder = 18;
-inline constexpr std::int16_t TextSameAsInputFile = 47;
-inline constexpr std::int16_t TextSameAsInputFiles = 48;
 
 /// Begins every note that an output is the same as its input.
 inline constexpr std::string_view EqualityNoteStart = "Same as";

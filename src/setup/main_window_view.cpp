@@ -2,8 +2,7 @@
 
 #include "setup/labels.h"
 #include "setup/reliability_condition.h"
-#include "setup/verb_form.h"
-#include "setup/words.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/numbers.h"
 
@@ -85,8 +84,8 @@ void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
     view["lblFilesInAFolder"].text = IsReliabilityTest(setup)
                                          ? "Copies of the files will be tested."
                                          : "Files will be " + verb("encrypted") + " 'in place'.";
-    view["lblInputFile"].text = InputOutputFileWord(Input, setup.InputMode) + ":";
-    view["lblOutputFile"].text = InputOutputFileWord(Output, setup.InputMode) + ":";
+    view["lblInputFile"].text = InputOutputFileWord(InputSide, setup.InputMode) + ":";
+    view["lblOutputFile"].text = InputOutputFileWord(OutputSide, setup.InputMode) + ":";
 }
 
 void DeriveOptions(const OperationSetup& setup, MainWindowView& view) {
@@ -95,8 +94,8 @@ void DeriveOptions(const OperationSetup& setup, MainWindowView& view) {
         option.checked = selected;
         option.bold = selected;
     };
-    show("optEncrypt", setup.Operation == Function::Encrypt);
-    show("optDecrypt", setup.Operation == Function::Decrypt);
+    show("optEncrypt", setup.Operation == Direction::Encrypt);
+    show("optDecrypt", setup.Operation == Direction::Decrypt);
     show("optSingleFile", setup.InputMode == InputSource::SingleFile);
     show("optFilesInAFolder", setup.InputMode == InputSource::FilesInAFolder);
     show("optOverwriteInputFiles", setup.OutputMode == OutputTarget::OverwriteInput);
@@ -125,7 +124,7 @@ void DeriveFrames(Pane pane, MainWindowView& view) {
 void DeriveChoices(const MainWindowState& state, MainWindowView& view) {
     const OperationSetup& setup = state.setup;
     const bool single = setup.InputMode == InputSource::SingleFile;
-    const bool inputShown = !setup.FolderCaption[Input].empty();
+    const bool inputShown = !setup.FolderCaption[InputSide].empty();
     view["fraOutput"].visible = single;
     view["fraSelectFile"].enabled = single;
     view["cmdSingleFile(0)"].enabled = single;
@@ -144,7 +143,7 @@ void DeriveChoices(const MainWindowState& state, MainWindowView& view) {
 
 void DeriveLabels(const MainWindowState& state, MainWindowView& view) {
     const OperationSetup& setup = state.setup;
-    for (const std::size_t i : {Input, Output}) {
+    for (const std::size_t i : {InputSide, OutputSide}) {
         const std::string index = "(" + std::to_string(i) + ")";
         ControlView& folder = view["lblFolder" + index];
         folder.text = setup.FolderCaption[i];

@@ -2,6 +2,8 @@
 
 // The one record of what an operation does. The key is not part of it.
 
+#include "libs/cipher/cipher_engine.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -9,13 +11,12 @@
 
 namespace zr5 {
 
-enum class Function { Encrypt, Decrypt };
 enum class InputSource { SingleFile, FilesInAFolder };
 enum class OutputTarget { OverwriteInput, SeparateOutput };
 
-/// Index of the two-element fields.
-inline constexpr std::size_t Input = 0;
-inline constexpr std::size_t Output = 1;
+/// Indices of the two-element fields.
+inline constexpr std::size_t InputSide = 0;
+inline constexpr std::size_t OutputSide = 1;
 
 inline constexpr std::int16_t MaxNumFilesUpper = 10000;
 inline constexpr std::int16_t MaxNumFilesLower = 5;
@@ -26,7 +27,7 @@ inline constexpr const char* AllFilesPattern = "*.*";
 
 /// Field names are those that users of setup files and the program's windows know.
 struct OperationSetup {
-    Function Operation = Function::Encrypt;
+    Direction Operation = Direction::Encrypt;
     InputSource InputMode = InputSource::SingleFile;
     OutputTarget OutputMode = OutputTarget::OverwriteInput;
     /// Whether the question "Include all subfolders?" was answered, and how.
@@ -44,9 +45,9 @@ struct OperationSetup {
     [[nodiscard]] std::string EffectivePattern() const {
         return FilePattern.empty() ? AllFilesPattern : FilePattern;
     }
-    /// Full path of the single input (0) or output (1) file; empty when not specified.
-    [[nodiscard]] std::string FilePath(std::size_t index) const {
-        return FileName[index].empty() ? std::string{} : Folder[index] + FileName[index];
+    /// Full path of the single input or output file; empty when not specified.
+    [[nodiscard]] std::string FilePath(std::size_t side) const {
+        return FileName[side].empty() ? std::string{} : Folder[side] + FileName[side];
     }
 };
 

@@ -17,13 +17,13 @@ std::string OwnName(std::string_view folder) {
 } // namespace
 
 bool IsReliabilityTest(const OperationSetup& setup) {
-    if (setup.Operation != Function::Encrypt || setup.InputMode != InputSource::FilesInAFolder ||
+    if (setup.Operation != Direction::Encrypt || setup.InputMode != InputSource::FilesInAFolder ||
         setup.IncludeSubfolders() || setup.EffectivePattern() != Pattern) {
         return false;
     }
-    const std::string name = OwnName(setup.Folder[Input]);
+    const std::string name = OwnName(setup.Folder[InputSide]);
     return name == FolderName ||
-           (IsWindowsShaped(setup.Folder[Input]) && LowerCaseWithAccents(name) == FolderName);
+           (IsWindowsShaped(setup.Folder[InputSide]) && LowerCaseWithAccents(name) == FolderName);
 }
 
 } // namespace zr5

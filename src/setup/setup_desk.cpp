@@ -6,9 +6,30 @@
 #include "util/text.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace zr5 {
+
+MessageBox PromptBox(Prompt prompt, InputSource source) {
+    const std::string word = source == InputSource::FilesInAFolder ? "folder" : "file";
+    const auto box = [](const std::string& title, const std::string& text) {
+        return Notice(text, title, BoxIcon::Information);
+    };
+    switch (prompt) {
+    case Prompt::MissingInput:
+        return box("Input " + word, "Please specify input " + word + ".");
+    case Prompt::SpecifyInput:
+        return box("Specify " + word, "Please specify the input " + word + ".");
+    case Prompt::SpecifyOutput:
+        return box("Specify " + word, "Please specify the output " + word + ".");
+    case Prompt::ChooseAnew:
+        return box("Specify " + word, "The output of this setup does not fit its other options.\r\n"
+                                      "Please select the input " +
+                                          word + " anew, or clear the setup.");
+    }
+    std::abort();
+}
 
 SetupDesk::SetupDesk(UserPort& user, FileSystem& fileSystem, ProgramTextLookup programText)
     : user_(user), fileSystem_(fileSystem), programText_(std::move(programText)) {
@@ -26,7 +47,7 @@ void SetupDesk::TakeOver(OperationSetup setup) {
     MeasureInput();
 }
 
-void SetupDesk::SelectFunction(Function function) {
+void SetupDesk::SelectFunction(Direction function) {
     state_.setup.Operation = function;
 }
 
@@ -42,17 +63,17 @@ void SetupDesk::SelectOutputMode(OutputTarget target) {
     OperationSetup& setup = state_.setup;
     setup.OutputMode = target;
     if (target == OutputTarget::OverwriteInput && InputIsChosen())
-        SetOutputFile(setup.Folder[Input], setup.FileName[Input]);
+        SetOutputFile(setup.Folder[InputSide], setup.FileName[InputSide]);
 }
 
 bool SetupDesk::AnswerSubfolders(bool include) {
-    if (state_.setup.Folder[Input].empty()) {
+    if (state_.setup.Folder[InputSide].empty()) {
         user_.Ask(Notice("Please select an input folder.", "Subfolders?", BoxIcon::Information));
         return false;
     }
     if (include && !HasSubfolders()) {
         state_.setup.SubfolderAnswer = false;
-        user_.Ask(Notice(DisplayName(state_.setup.Folder[Input]) + " has no subfolders.",
+        user_.Ask(Notice(DisplayName(state_.setup.Folder[InputSide]) + " has no subfolders.",
                          "Subfolders?", BoxIcon::Information));
         return false;
     }
@@ -61,7 +82,7 @@ bool SetupDesk::AnswerSubfolders(bool include) {
 }
 
 bool SetupDesk::HasSubfolders() {
-    const auto canonical = fileSystem_.CanonicalPath(state_.setup.Folder[Input]);
+    const auto canonical = fileSystem_.CanonicalPath(state_.setup.Folder[InputSide]);
     const auto entries = canonical ? fileSystem_.ListFolder(*canonical) : std::nullopt;
     return entries &&
            std::ranges::find(*entries, FileKind::Folder, &FolderEntry::kind) != entries->end();
@@ -77,9 +98,9 @@ bool SetupDesk::LeaveFilePattern(std::string_view text, Leaving leaving) {
         return false;
     }
     setup.FilePattern = pattern;
-    if (setup.InputMode == InputSource::FilesInAFolder && !setup.Folder[Input].empty()) {
+    if (setup.InputMode == InputSource::FilesInAFolder && !setup.Folder[InputSide].empty()) {
         setup.FileName = {pattern, pattern};
-        setup.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterEdit);
+        setup.FilesCaption[InputSide] = PatternLabelFor(pattern, PatternLabel::AfterEdit);
     }
     return true;
 }
@@ -97,10 +118,10 @@ bool SetupDesk::LeaveMaxNumFiles(std::string_view text, Leaving leaving) {
 
 void SetupDesk::SetInputFile(const std::string& folder, const std::string& name) {
     OperationSetup& setup = state_.setup;
-    setup.Folder[Input] = folder;
-    setup.FileName[Input] = name;
-    setup.FolderCaption[Input] = LabelFor(folder);
-    setup.FilesCaption[Input] = LabelFor(name);
+    setup.Folder[InputSide] = folder;
+    setup.FileName[InputSide] = name;
+    setup.FolderCaption[InputSide] = LabelFor(folder);
+    setup.FilesCaption[InputSide] = LabelFor(name);
     const bool follows = setup.OutputMode == OutputTarget::OverwriteInput;
     SetOutputFile(follows ? folder : "", follows ? name : "");
     MeasureInput();
@@ -108,10 +129,10 @@ void SetupDesk::SetInputFile(const std::string& folder, const std::string& name)
 
 void SetupDesk::SetOutputFile(const std::string& folder, const std::string& name) {
     OperationSetup& setup = state_.setup;
-    setup.Folder[Output] = folder;
-    setup.FileName[Output] = name;
-    setup.FolderCaption[Output] = LabelFor(folder);
-    setup.FilesCaption[Output] = LabelFor(name);
+    setup.Folder[OutputSide] = folder;
+    setup.FileName[OutputSide] = name;
+    setup.FolderCaption[OutputSide] = LabelFor(folder);
+    setup.FilesCaption[OutputSide] = LabelFor(name);
     WriteEqualityNotes(setup, programText_);
 }
 
@@ -119,10 +140,10 @@ void SetupDesk::SetInputFolder(const std::string& folder) {
     OperationSetup& setup = state_.setup;
     const std::string pattern = setup.EffectivePattern();
     setup.OutputMode = OutputTarget::OverwriteInput;
-    setup.Folder[Input] = folder;
-    setup.FileName[Input] = pattern;
-    setup.FolderCaption[Input] = LabelFor(folder);
-    setup.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
+    setup.Folder[InputSide] = folder;
+    setup.FileName[InputSide] = pattern;
+    setup.FolderCaption[InputSide] = LabelFor(folder);
+    setup.FilesCaption[InputSide] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
     SetOutputFile(folder, pattern);
 }
 
@@ -132,7 +153,7 @@ void SetupDesk::Ask(Prompt prompt) {
 
 bool SetupDesk::ReadyToPerform() {
     const OperationSetup& setup = Setup();
-    if (setup.Folder[Input].empty() || setup.FileName[Input].empty()) {
+    if (setup.Folder[InputSide].empty() || setup.FileName[InputSide].empty()) {
         Ask(Prompt::MissingInput);
         return false;
     }
@@ -180,8 +201,8 @@ void SetupDesk::ClearInputChoice() {
 
 void SetupDesk::MeasureInput() {
     state_.inputLengthBytes.reset();
-    if (Setup().InputMode != InputSource::SingleFile || Setup().FilePath(Input).empty()) return;
-    if (const auto info = fileSystem_.Info(Setup().FilePath(Input)))
+    if (Setup().InputMode != InputSource::SingleFile || Setup().FilePath(InputSide).empty()) return;
+    if (const auto info = fileSystem_.Info(Setup().FilePath(InputSide)))
         state_.inputLengthBytes = info->lengthBytes;
 }
 

@@ -6,7 +6,6 @@
 #include "libs/system/file_system.h"
 #include "setup/labels.h"
 #include "setup/main_window_view.h"
-#include "setup/prompts.h"
 #include "util/user_port.h"
 
 #include <string>
@@ -15,13 +14,24 @@
 
 namespace zr5 {
 
+/// The prompts that lead the user to the next missing choice.
+enum class Prompt {
+    MissingInput,  ///< "Please specify input file."
+    SpecifyInput,  ///< "Please specify the input file."
+    SpecifyOutput, ///< "Please specify the output file."
+    ChooseAnew,    ///< the output does not fit, and no control of the window is for it
+};
+
+/// The prompt's box; "file" becomes "folder" when the input is a folder.
+[[nodiscard]] MessageBox PromptBox(Prompt prompt, InputSource source);
+
 class SetupDesk {
   public:
     SetupDesk(UserPort& user, FileSystem& fileSystem, ProgramTextLookup programText);
 
     [[nodiscard]] const OperationSetup& Setup() const { return state_.setup; }
     /// An input file or folder is shown.
-    [[nodiscard]] bool InputIsChosen() const { return !Setup().FolderCaption[Input].empty(); }
+    [[nodiscard]] bool InputIsChosen() const { return !Setup().FolderCaption[InputSide].empty(); }
 
     /// "Clear setup" but for the key.
     void ResetSetup();
@@ -31,7 +41,7 @@ class SetupDesk {
     /// The operation file last loaded or saved, shown beside "Setup file:".
     void SetSetupFileName(std::string path) { state_.setup.SetupFileName = std::move(path); }
 
-    void SelectFunction(Function function);
+    void SelectFunction(Direction function);
     /// A change clears the input choice; folder operations always work in place.
     void SelectInputMode(InputSource source);
     /// Overwriting makes the output the input; a different file keeps what stands.

@@ -1,6 +1,6 @@
 #include "setup/setup_store.h"
 
-#include "libs/cipher/safe_file.h"
+#include "libs/system/safe_file.h"
 #include "setup/setup_text.h"
 #include "util/chosen_file.h"
 #include "util/display.h"
@@ -40,17 +40,9 @@ std::string WithOperationFileExtension(const std::string& path) {
 
 } // namespace
 
-SetupStore::SetupStore(UserPort& user, FileSystem& fileSystem, RandomSource& random,
-                       SetupDesk& desk, std::string nextRunSetupPath)
-    : user_(user),
-      fileSystem_(fileSystem),
-      random_(random),
-      desk_(desk),
-      nextRunSetupPath_(std::move(nextRunSetupPath)) {}
-
 bool SetupStore::LoadSetup(const std::string& path) {
     desk_.ResetSetup();
-    const auto content = ReadWhole(fileSystem_, WithoutLink(fileSystem_, path));
+    const auto content = ReadWhole(machine_.fileSystem, WithoutLink(machine_.fileSystem, path));
     if (!content) return false;
     SetupReading reading = ReadSetupText(*content);
     desk_.TakeOver(std::move(reading.setup));
@@ -60,7 +52,7 @@ bool SetupStore::LoadSetup(const std::string& path) {
     }
     // Overwriting needs no output in the file; the labels are to say what it means.
     const OperationSetup& setup = desk_.Setup();
-    if (setup.OutputMode == OutputTarget::OverwriteInput && setup.Folder[Output].empty()) {
+    if (setup.OutputMode == OutputTarget::OverwriteInput && setup.Folder[OutputSide].empty()) {
         desk_.SelectOutputMode(OutputTarget::OverwriteInput);
     }
     return true;
@@ -70,20 +62,21 @@ bool SetupStore::SaveSetup(const std::string& path) {
     desk_.RewriteLabels();
     if (desk_.CheckLabels() != 0) return false;
     const auto text = WriteSetupText(desk_.Setup());
-    return text && WriteSafely(fileSystem_, random_, WithoutLink(fileSystem_, path),
-                               std::as_bytes(std::span(*text)), IfThere::Replace) == FsStatus::Ok;
+    return text &&
+           WriteSafely(machine_.fileSystem, machine_.random, WithoutLink(machine_.fileSystem, path),
+                       std::as_bytes(std::span(*text)), IfThere::Replace) == FsStatus::Ok;
 }
 
 void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed,
                                    const std::function<void()>& refresh) {
     const auto chosen =
-        user_.PickFile({.kind = FilePicker::Kind::Open,
-                        .title = "Specify operation file to be loaded",
-                        .filter = OperationFileFilter,
-                        .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
+        machine_.user.PickFile({.kind = FilePicker::Kind::Open,
+                                .title = "Specify operation file to be loaded",
+                                .filter = OperationFileFilter,
+                                .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
     pickerClosed();
     if (!chosen || chosen->empty()) return;
-    const std::string path = MeantPath(fileSystem_, *chosen);
+    const std::string path = MeantPath(machine_.fileSystem, *chosen);
     if (LoadSetup(path)) {
         desk_.RewriteLabels(); // a file written by hand may show other paths than it means
         desk_.SetSetupFileName(path);
@@ -94,38 +87,39 @@ void SetupStore::LoadOperationFile(const std::function<void()>& pickerClosed,
         Question("Error when attempting to load setup from file\r\n" + DisplayName(path) +
                      "\r\n\r\nDo you wish to clear the setup?",
                  "Error", BoxIcon::Exclamation);
-    if (user_.Ask(question) == Answer::Yes) desk_.ResetSetup();
+    if (machine_.user.Ask(question) == Answer::Yes) desk_.ResetSetup();
 }
 
 void SetupStore::SaveAsOperationFile(const std::function<void()>& pickerClosed) {
     const auto chosen =
-        user_.PickFile({.kind = FilePicker::Kind::Save,
-                        .title = "Specify operation file to be saved",
-                        .filter = OperationFileFilter,
-                        .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
+        machine_.user.PickFile({.kind = FilePicker::Kind::Save,
+                                .title = "Specify operation file to be saved",
+                                .filter = OperationFileFilter,
+                                .startFolder = SplitPath(desk_.Setup().SetupFileName).folder});
     pickerClosed();
     if (!chosen || chosen->empty()) return;
-    const std::string path =
-        MeantPath(fileSystem_, WithOperationFileExtension(MeantPath(fileSystem_, *chosen)));
+    const std::string path = MeantPath(
+        machine_.fileSystem, WithOperationFileExtension(MeantPath(machine_.fileSystem, *chosen)));
     const std::string shown = DisplayName(path);
-    const auto there = ResolveChosen(fileSystem_, path);
+    const auto there = ResolveChosen(machine_.fileSystem, path);
     const bool canBeFile = !there || WhyNotAFile(there->kind).empty();
     if (there && canBeFile &&
-        user_.Ask({"Overwrite existing file " + shown + "?", "File exists", BoxIcon::Question,
-                   BoxButtons::YesNoCancel, Answer::No}) != Answer::Yes) {
+        machine_.user.Ask({"Overwrite existing file " + shown + "?", "File exists",
+                           BoxIcon::Question, BoxButtons::YesNoCancel, Answer::No}) !=
+            Answer::Yes) {
         return;
     }
     if (canBeFile && SaveSetup(path)) {
         desk_.SetSetupFileName(path);
     } else {
-        user_.Ask(Notice("Error when attempting to save setup in operation file " + shown, "Error",
-                         BoxIcon::Exclamation));
+        machine_.user.Ask(Notice("Error when attempting to save setup in operation file " + shown,
+                                 "Error", BoxIcon::Exclamation));
     }
 }
 
 void SetupStore::SaveForNextRun() {
-    if (SaveSetup(nextRunSetupPath_)) return;
-    user_.Ask(Notice("Cannot save setup!", "Error", BoxIcon::Exclamation));
+    if (SaveSetup(NextRunSetupPath())) return;
+    machine_.user.Ask(Notice("Cannot save setup!", "Error", BoxIcon::Exclamation));
 }
 
 } // namespace zr5

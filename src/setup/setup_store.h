@@ -3,26 +3,23 @@
 // Saves the setup of the desk and loads it again: the setup for the next run, and operation files
 // that the user names.
 
-#include "libs/system/file_system.h"
-#include "libs/system/random.h"
+#include "setup/identity.h"
 #include "setup/setup_desk.h"
-#include "setup/setup_files.h"
-#include "util/user_port.h"
+#include "util/machine.h"
 
 #include <functional>
 #include <string>
 
 namespace zr5 {
 
-class SetupStore final : public SetupFiles {
+class SetupStore {
   public:
-    /// Everything named outlives the store.
-    SetupStore(UserPort& user, FileSystem& fileSystem, RandomSource& random, SetupDesk& desk,
-               std::string nextRunSetupPath);
+    /// Both outlive the store.
+    SetupStore(Machine& machine, SetupDesk& desk) : machine_(machine), desk_(desk) {}
 
     /// Replaces the whole setup, first by a reset one. After a failure the desk holds what could be
     /// read, with labels that say so.
-    [[nodiscard]] bool LoadSetup(const std::string& path) override;
+    [[nodiscard]] bool LoadSetup(const std::string& path);
     /// False when the file could not be written whole (one that was there is untouched then), and
     /// when the setup disagrees with its labels or cannot be written in this format.
     [[nodiscard]] bool SaveSetup(const std::string& path);
@@ -34,12 +31,14 @@ class SetupStore final : public SetupFiles {
     void SaveAsOperationFile(const std::function<void()>& pickerClosed);
     void SaveForNextRun();
 
+    /// Where the setup for the next run lies.
+    [[nodiscard]] std::string NextRunSetupPath() const {
+        return machine_.ownFolder + NextRunSetupName;
+    }
+
   private:
-    UserPort& user_;
-    FileSystem& fileSystem_;
-    RandomSource& random_;
+    Machine& machine_;
     SetupDesk& desk_;
-    std::string nextRunSetupPath_;
 };
 
 } // namespace zr5

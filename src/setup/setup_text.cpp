@@ -1,6 +1,6 @@
 #include "setup/setup_text.h"
 
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 #include "setup/delimited_fields.h"
 #include "setup/field_rules.h"
 #include "setup/identity.h"
@@ -31,8 +31,8 @@ constexpr OptionButton Button{[](const OperationSetup& setup) { return setup.*Fi
 using S = OperationSetup;
 /// In the order of the file, the two of a pair one after the other.
 constexpr std::array OptionButtons{
-    Button<&S::Operation, Function::Encrypt>,
-    Button<&S::Operation, Function::Decrypt>,
+    Button<&S::Operation, Direction::Encrypt>,
+    Button<&S::Operation, Direction::Decrypt>,
     Button<&S::InputMode, InputSource::SingleFile>,
     Button<&S::InputMode, InputSource::FilesInAFolder>,
     Button<&S::SubfolderAnswer, true>,
@@ -62,32 +62,29 @@ bool HoldsNul(std::string_view name) {
 
 using Captions = std::array<std::string, 2>;
 
-/// Reads from `content` into `reading`; each step is false at the first field that cannot be read.
+/// Reads from a text into a setup; each step is false at the first field that cannot be read.
 class SetupReader {
   public:
-    SetupReader(std::string_view text, SetupReading& reading)
-        : fields_(text), reading_(reading), setup_(reading.setup) {
+    SetupReader(std::string_view text, OperationSetup& setup) : fields_(text), setup_(setup) {
         setup_.SubfolderAnswer = false;
     }
 
     [[nodiscard]] bool Read() {
-        if (!ReadOptions() || !ReadPaths(Input) || !ReadPaths(Output) || !ReadLimits()) {
+        if (!ReadOptions() || !ReadPaths(InputSide) || !ReadPaths(OutputSide) || !ReadLimits()) {
             if (!patternWasRead_) StayNarrow();
             return false;
         }
         setup_.FolderCaption = folderCaptions_;
         setup_.FilesCaption = filesCaptions_;
         if (setup_.InputMode == InputSource::FilesInAFolder) CompleteFolderOperation();
-        if (setup_.FolderCaption[Input].empty()) setup_.FilesCaption[Input].clear();
+        if (setup_.FolderCaption[InputSide].empty()) setup_.FilesCaption[InputSide].clear();
         return setup_.InputMode == InputSource::SingleFile ||
                setup_.OutputMode == OutputTarget::OverwriteInput;
     }
 
   private:
     [[nodiscard]] bool ReadOptions() {
-        const auto version = fields_.NextText();
-        if (!version) return false;
-        reading_.version = *version;
+        if (!fields_.NextText()) return false; // the version of the program that wrote the file
         for (const OptionButton& button : OptionButtons) {
             const auto selected = fields_.NextNumber();
             if (!selected) return false;
@@ -131,9 +128,9 @@ class SetupReader {
     /// A file that ends before its pattern must not come to mean all files.
     void StayNarrow() {
         if (setup_.InputMode != InputSource::FilesInAFolder) return;
-        const std::string& name = setup_.FileName[Input];
+        const std::string& name = setup_.FileName[InputSide];
         if (name.empty() || HasForbiddenCharacter(name, Wildcards::Allowed)) {
-            setup_.Folder[Input].clear();
+            setup_.Folder[InputSide].clear();
         } else {
             setup_.FilePattern = name;
         }
@@ -141,14 +138,13 @@ class SetupReader {
 
     /// The files of a folder are named by the pattern, whatever the file says.
     void CompleteFolderOperation() {
-        if (setup_.Folder[Input].empty()) return;
+        if (setup_.Folder[InputSide].empty()) return;
         const std::string pattern = setup_.EffectivePattern();
         setup_.FileName = {pattern, pattern};
-        setup_.FilesCaption[Input] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
+        setup_.FilesCaption[InputSide] = PatternLabelFor(pattern, PatternLabel::AfterFolderChoice);
     }
 
     DelimitedFields fields_;
-    SetupReading& reading_;
     OperationSetup& setup_;
     Captions folderCaptions_;
     Captions filesCaptions_;
@@ -172,7 +168,7 @@ std::optional<std::string> WriteSetupText(const OperationSetup& setup) {
         text += '"';
         text += LineEnd;
     };
-    for (const std::size_t i : {Input, Output}) {
+    for (const std::size_t i : {InputSide, OutputSide}) {
         addString(StoredFolder(setup.Folder[i]));
         addString(setup.FolderCaption[i]);
         addString(StorableName(setup.FileName[i]));
@@ -188,7 +184,7 @@ SetupReading ReadSetupText(std::string_view content) {
     SetupReading reading;
     if (content.starts_with(ByteOrderMark)) content.remove_prefix(ByteOrderMark.size());
     const std::string text = IsUtf8(content) ? std::string(content) : FromCodePage1252(content);
-    reading.complete = SetupReader(text, reading).Read();
+    reading.complete = SetupReader(text, reading.setup).Read();
     return reading;
 }
 

@@ -20,7 +20,6 @@ struct SetupReading {
     /// What could be read, and what a reset gives for the rest. The captions are those of the
     /// file once all of it could be read, else empty; that of the pattern is written anew.
     OperationSetup setup;
-    std::string version; ///< of the program that wrote the file
     /// All 19 fields could be read, and they are no folder operation with separate output.
     bool complete = false;
 };

@@ -1,5 +1,7 @@
 #include "ui/appearance.h"
 
+#include <QFont>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 

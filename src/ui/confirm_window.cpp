@@ -6,6 +6,7 @@
 
 #include <QGridLayout>
 #include <QStyle>
+#include <string>
 
 namespace zr5 {
 namespace {

@@ -13,16 +13,4 @@ class ConfirmWindow : public QDialog {
     explicit ConfirmWindow(const Confirmation& confirmation, QWidget* parent = nullptr);
 };
 
-/// Asks in a ConfirmWindow over `parent`.
-class ConfirmInWindow : public ConfirmationView {
-  public:
-    explicit ConfirmInWindow(QWidget* parent) : parent_(parent) {}
-    [[nodiscard]] bool Confirm(const Confirmation& confirmation) override {
-        return ConfirmWindow(confirmation, parent_).exec() == QDialog::Accepted;
-    }
-
-  private:
-    QWidget* parent_;
-};
-
 } // namespace zr5

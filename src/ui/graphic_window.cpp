@@ -8,12 +8,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <QAction>
 #include <QBuffer>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
+#include <utility>
+#include <vector>
 
 namespace zr5 {
 namespace {

@@ -2,8 +2,7 @@
 
 // The picture of a file's byte pairs, in a window beside that of random bytes.
 
-#include "operation/byte_pair_picture.h"
-#include "operation/pair_counts.h"
+#include "operation/measure/byte_pair_picture.h"
 
 #include <cstddef>
 #include <functional>
@@ -15,6 +14,7 @@
 class QAction;
 class QFrame;
 class QLabel;
+class QLayout;
 class QPushButton;
 
 namespace zr5 {

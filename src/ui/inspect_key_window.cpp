@@ -4,8 +4,10 @@
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
+#include <QFont>
 #include <QGridLayout>
 #include <QRadioButton>
+#include <string>
 
 namespace zr5 {
 namespace {
@@ -142,8 +144,8 @@ void InspectKeyWindow::WipeRows() {
 }
 
 bool InspectInWindow::Inspect(const InspectedKey& key) {
-    KeyInspection rules(key, fileKit_);
-    InspectKeyWindow window(rules, user_, parent_);
+    KeyInspection rules(key, machine_.fileKit);
+    InspectKeyWindow window(rules, machine_.user, parent_);
     return window.exec() == QDialog::Accepted;
 }
 

@@ -3,13 +3,16 @@
 // The window in which the user looks at a key before using it.
 
 #include "keys/key_inspection.h"
-#include "keys/key_inspector.h"
+#include "keys/key_windows.h"
+#include "util/machine.h"
 
 #include <array>
+#include <cstddef>
 #include <QDialog>
 
 class QFrame;
 class QLabel;
+class QLayout;
 class QPushButton;
 class QRadioButton;
 
@@ -50,14 +53,12 @@ class InspectKeyWindow final : public QDialog {
 /// Opens the window over `parent`.
 class InspectInWindow final : public KeyInspector {
   public:
-    InspectInWindow(QWidget* parent, UserPort& user, FileKit& fileKit)
-        : parent_(parent), user_(user), fileKit_(fileKit) {}
+    InspectInWindow(QWidget* parent, Machine& machine) : parent_(parent), machine_(machine) {}
     [[nodiscard]] bool Inspect(const InspectedKey& key) override;
 
   private:
     QWidget* parent_;
-    UserPort& user_;
-    FileKit& fileKit_;
+    Machine& machine_;
 };
 
 } // namespace zr5

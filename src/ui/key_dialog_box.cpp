@@ -6,6 +6,9 @@
 #include "util/code_page.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -16,6 +19,9 @@
 namespace zr5 {
 namespace {
 
+/// How many code units one character of a key has at most before it is composed.
+constexpr int LongestSpelling = 4;
+
 QString Shown(const SecretBytes& entry) {
     QString text(static_cast<qsizetype>(entry.size()), QChar());
     std::ranges::transform(entry.bytes(), text.begin(), [](std::byte byte) {
@@ -24,13 +30,6 @@ QString Shown(const SecretBytes& entry) {
     });
     return text;
 }
-
-} // namespace
-
-namespace {
-
-/// How many code units one character of a key has at most before it is composed.
-constexpr int LongestSpelling = 4;
 
 } // namespace
 
@@ -110,16 +109,12 @@ void KeyBox::TakeEdit() {
         return text.normalized(QString::NormalizationForm_C);
     };
     const QString typed = text();
-    QString composed = compose(typed);
+    const QString composed = compose(typed);
     const auto before = static_cast<qsizetype>(entry_().size());
     const qsizetype cursor = cursorPosition();
-    constexpr auto Longest = static_cast<qsizetype>(MaxKeyLength);
-    const bool hasRoom = composed.size() <= Longest || before < Longest;
-    if (composed.size() > Longest) composed.truncate(Longest);
-    const bool accepted =
-        hasRoom && edit_(std::u16string_view(reinterpret_cast<const char16_t*>(
-                                                 composed.utf16()), // NOLINT: QString is UTF-16
-                                             static_cast<std::size_t>(composed.size())));
+    const bool accepted = edit_(std::u16string_view(
+        reinterpret_cast<const char16_t*>(composed.utf16()), // NOLINT: QString is UTF-16
+        static_cast<std::size_t>(composed.size())));
     qsizetype place = std::max<qsizetype>(cursor - (typed.size() - before), 0);
     if (accepted) {
         const QString head = typed.left(cursor);

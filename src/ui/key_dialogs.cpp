@@ -1,10 +1,12 @@
 #include "ui/key_dialogs.h"
 
+#include "ui/inspect_key_window.h"
 #include "ui/key_dialog_box.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <QFontMetrics>
 #include <QScreen>
 #include <string_view>
@@ -67,11 +69,11 @@ KeyDialogWithDisplay::KeyDialogWithDisplay(KeyboardWithDisplay& rules, QWidget* 
       box_(new KeyBox(
           KeyBox::Characters::Shown,
           [this](std::u16string_view typed) {
-              const bool accepted = rules_.Edit(typed);
+              const bool accepted = rules_.Entry().Edit(typed);
               Refresh();
               return accepted;
           },
-          [this]() -> const SecretBytes& { return rules_.Entry(); })),
+          [this]() -> const SecretBytes& { return rules_.Entry().Bytes(); })),
       hint_(MakeKeyLabel("lblHint", KeyCharacterHint)),
       checksum_(MakeKeyLabel("lblChecksumIs")),
       useThisKey_(MakeKeyLabel("lblUseThisKey", "Use this key?")),
@@ -110,13 +112,13 @@ void KeyDialogWithDisplay::LayOut() {
 }
 
 void KeyDialogWithDisplay::Refresh() {
-    const bool acceptable = rules_.IsAcceptable();
-    if (acceptable) checksum_->setText(ToQt(rules_.ChecksumLine()));
-    for (QWidget* widget : {static_cast<QWidget*>(checksum_), static_cast<QWidget*>(useThisKey_),
-                            static_cast<QWidget*>(yes_), static_cast<QWidget*>(no_)}) {
+    const KeyEntry& entry = rules_.Entry();
+    const bool acceptable = entry.IsLongEnough();
+    if (acceptable) checksum_->setText(ToQt(entry.ChecksumLine()));
+    for (QWidget* widget : std::initializer_list<QWidget*>{checksum_, useThisKey_, yes_, no_}) {
         widget->setVisible(acceptable);
     }
-    hint_->setVisible(rules_.ShowsHint());
+    hint_->setVisible(entry.ShowsHint());
 }
 
 void KeyDialogWithDisplay::End(KeyAnswer answer) {
@@ -124,11 +126,12 @@ void KeyDialogWithDisplay::End(KeyAnswer answer) {
     accept();
 }
 
-void GetKeyFromKeyboardWithDisplay(QWidget* parent, Function operation, CurrentKey& key) {
+void GetKeyFromKeyboardWithDisplay(QWidget* parent, Direction operation, Machine& machine,
+                                   CurrentKey& key) {
     KeyboardWithDisplay rules(operation, key);
     KeyDialogWithDisplay dialog(rules, parent);
     dialog.exec();
-    rules.Commit(dialog.Answer(), key);
+    rules.Commit(dialog.Answer(), key, machine.engine);
 }
 
 KeyDialogWithoutDisplay::KeyDialogWithoutDisplay(KeyboardWithoutDisplay& rules, UserPort& user,
@@ -162,7 +165,7 @@ KeyBox* KeyDialogWithoutDisplay::MakeBox(std::size_t index) {
             Refresh();
             return accepted;
         },
-        [this, index]() -> const SecretBytes& { return rules_.Entry(index); });
+        [this, index]() -> const SecretBytes& { return rules_.Entry(index).Bytes(); });
     box->setObjectName(Indexed("txbKey", index));
     return box;
 }
@@ -187,14 +190,15 @@ void KeyDialogWithoutDisplay::LayOut() {
 }
 
 void KeyDialogWithoutDisplay::Refresh() {
-    const bool longEnough = rules_.FirstIsLongEnough();
+    const KeyEntry& first = rules_.Entry(0);
+    const bool longEnough = first.IsLongEnough();
     SetBold(*reEnter_, longEnough);
     boxes_[1]->setEnabled(rules_.SecondIsEnabled());
-    if (longEnough) checksum_->setText(ToQt(rules_.ChecksumLine()));
+    if (longEnough) checksum_->setText(ToQt(first.ChecksumLine()));
     checksum_->setVisible(longEnough);
     ok_->setVisible(rules_.ShowsOk());
     for (std::size_t i = 0; i < hints_.size(); ++i)
-        hints_[i]->setVisible(rules_.ShowsHint(i));
+        hints_[i]->setVisible(rules_.Entry(i).ShowsHint());
 }
 
 void KeyDialogWithoutDisplay::CompareEntries() {
@@ -209,12 +213,14 @@ void KeyDialogWithoutDisplay::CompareEntries() {
     boxes_[1]->setFocus();
 }
 
-void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, UserPort& user, Function operation,
-                                      CurrentKey& key, KeyInspector& inspector) {
+void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, Direction operation, Machine& machine,
+                                      CurrentKey& key) {
     KeyboardWithoutDisplay rules(operation);
-    KeyDialogWithoutDisplay dialog(rules, user, parent);
+    KeyDialogWithoutDisplay dialog(rules, machine.user, parent);
     const bool entered = dialog.exec() == QDialog::Accepted;
-    rules.Commit(entered ? rules.AskToInspect(user, inspector) : KeyAnswer::Cancel, key);
+    InspectInWindow inspector(parent, machine);
+    rules.Commit(entered ? rules.AskToInspect(machine.user, inspector) : KeyAnswer::Cancel, key,
+                 machine.engine);
 }
 
 } // namespace zr5

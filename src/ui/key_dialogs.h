@@ -3,9 +3,8 @@
 // The two windows in which a key is typed: once and seen, or twice and never seen.
 
 #include "keys/current_key.h"
-#include "keys/keyboard_with_display.h"
-#include "keys/keyboard_without_display.h"
-#include "util/user_port.h"
+#include "keys/typed_key.h"
+#include "util/machine.h"
 
 #include <array>
 #include <cstddef>
@@ -72,11 +71,12 @@ class KeyDialogWithoutDisplay final : public QDialog {
 };
 
 /// Lets the user type a key and makes it the current one, drops the current one, or leaves it.
-void GetKeyFromKeyboardWithDisplay(QWidget* parent, Function operation, CurrentKey& key);
+void GetKeyFromKeyboardWithDisplay(QWidget* parent, Direction operation, Machine& machine,
+                                   CurrentKey& key);
 
 /// Lets the user type a key twice, offers to inspect it, and makes it the current one, drops the
 /// current one, or leaves it.
-void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, UserPort& user, Function operation,
-                                      CurrentKey& key, KeyInspector& inspector);
+void GetKeyFromKeyboardWithoutDisplay(QWidget* parent, Direction operation, Machine& machine,
+                                      CurrentKey& key);
 
 } // namespace zr5

@@ -10,6 +10,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QRadioButton>
 #include <QScreen>
 
@@ -64,7 +65,8 @@ void CloseOtherWindows(const QWidget& mainWindow) {
 
 } // namespace
 
-MainWindow::MainWindow(const MainWindowParts& parts) : parts_(parts) {
+MainWindow::MainWindow(const MainWindowParts& parts)
+    : parts_(parts), dialogs_(parts.operations, parts.machine.user, *this) {
     setObjectName("frmMain");
     setWindowTitle(ProductName);
     LayOut();
@@ -155,18 +157,17 @@ void MainWindow::ApplyPalette() {
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (parts_.desk.OperationRunning()) {
         closeAfterRun_ = true;
-        parts_.actions.RequestStop();
+        parts_.operations.RequestStop();
         event->ignore();
         return;
     }
-    if (parts_.randomness != nullptr &&
-        parts_.randomness->state() == RandomnessReport::State::Checking) {
+    if (parts_.randomness.state() == RandomnessReport::State::Checking) {
         closeAfterRun_ = true;
-        parts_.randomness->Close();
+        parts_.randomness.Close();
         event->ignore();
         return;
     }
-    event->setAccepted(parts_.program.Quit(Caption("cmdQuit")));
+    event->setAccepted(parts_.quit(Caption("cmdQuit")));
     if (event->isAccepted()) CloseOtherWindows(*this);
 }
 

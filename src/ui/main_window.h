@@ -2,16 +2,16 @@
 
 // `frmMain`: shows what the desk derives and passes on what the user does.
 
-#include "files/folder_choice.h"
-#include "files/single_file_choice.h"
 #include "keys/current_key.h"
 #include "keys/key_frame.h"
 #include "keys/keyfile_choice.h"
-#include "operation/randomness_report.h"
+#include "operation/measure/randomness_report.h"
+#include "operation/operations.h"
 #include "setup/setup_desk.h"
 #include "setup/setup_store.h"
-#include "ui/main_window_actions.h"
+#include "ui/operation_dialogs.h"
 #include "ui/widgets.h"
+#include "util/machine.h"
 
 #include <functional>
 #include <QHash>
@@ -26,26 +26,16 @@ namespace zr5 {
 
 /// What the window works with; all of it outlives the window.
 struct MainWindowParts {
-    UserPort& user;
+    Machine& machine;
     SetupDesk& desk;
-    SingleFileChoice& singleFile;
-    FolderChoice& folder;
+    SetupStore& setups;
     CurrentKey& key;
-    CipherEngine& engine;
-    MainWindowActions& actions;
-    ProgramActions& program;
-    /// The key dialogs; each leaves its result in `key`.
-    std::function<void(QWidget& parent)> typeKeyWithDisplay;
-    std::function<void(QWidget& parent)> typeKeyWithoutDisplay;
-    std::function<void(QWidget& parent, KeyfileMode mode)> getKeyFromKeyfile = {};
-    /// The dialogs that specify files; each leaves its result at the desk.
-    std::function<void(QWidget& parent)> specifyInputFiles = {};
-    std::function<void(QWidget& parent)> specifyOutputFiles = {};
-    /// The randomness report, and the window with the picture of a file.
-    RandomnessReport* randomness = nullptr;
-    std::function<void(QWidget& parent, const std::string& path)> showGraphic = {};
-    /// Saved setups; the buttons for them do nothing without.
-    SetupStore* setupStore = nullptr;
+    Operations& operations;
+    RandomnessReport& randomness;
+    std::function<void()> openManual;
+    /// The steps of quitting; false when the user wants to stay. Boxes have `caption` as their
+    /// title.
+    std::function<bool(const std::string& caption)> quit;
 };
 
 class MainWindow : public QWidget {
@@ -85,10 +75,12 @@ class MainWindow : public QWidget {
     void ConnectKeyPane();
     void ConnectRandomnessPane();
     void ChooseFolder();
+    void UseKeyfile(KeyfileMode mode);
     void Perform();
     void ShowPane(Pane pane, const char* focusAfter);
     void CloseKeyPane();
     void ShowRandomness();
+    void ShowGraphic();
 
     // main_window.cpp: what it shows, and how boxes are left.
     void SetUpClocks();
@@ -108,6 +100,7 @@ class MainWindow : public QWidget {
     [[nodiscard]] std::string Caption(const char* button) const;
 
     MainWindowParts parts_;
+    OperationDialogs dialogs_;
     QHash<QString, QWidget*> controls_; ///< by object name
     QTimer deafClock_;                  ///< ends the second in which the mouse buttons are deaf
     QTimer refreshClock_;               ///< of every second

@@ -1,10 +1,22 @@
 // What each control of the main window leads to.
 
+#include "files/file_choice.h"
+#include "files/specify_files.h"
+#include "operation/measure/byte_pair_picture.h"
+#include "operation/measure/picture_file.h"
+#include "ui/graphic_window.h"
+#include "ui/inspect_key_window.h"
+#include "ui/key_dialogs.h"
 #include "ui/main_window.h"
+
 #include "ui/notices.h"
+#include "ui/random_key_window.h"
 #include "ui/randomness_pane.h"
+#include "ui/specify_files_window.h"
 #include "ui/text_edges.h"
 
+#include <cstddef>
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -35,8 +47,8 @@ void MainWindow::ConnectOptions() {
             Refresh();
         });
     };
-    on("optEncrypt", [](SetupDesk& desk) { desk.SelectFunction(Function::Encrypt); });
-    on("optDecrypt", [](SetupDesk& desk) { desk.SelectFunction(Function::Decrypt); });
+    on("optEncrypt", [](SetupDesk& desk) { desk.SelectFunction(Direction::Encrypt); });
+    on("optDecrypt", [](SetupDesk& desk) { desk.SelectFunction(Direction::Decrypt); });
     on("optSingleFile", [](SetupDesk& desk) { desk.SelectInputMode(InputSource::SingleFile); });
     on("optFilesInAFolder",
        [](SetupDesk& desk) { desk.SelectInputMode(InputSource::FilesInAFolder); });
@@ -50,34 +62,41 @@ void MainWindow::ConnectOptions() {
 
 void MainWindow::ConnectFiles() {
     OnButton("cmdSingleFile(0)", [this] {
-        parts_.singleFile.ChooseInput(Caption("cmdSingleFile(0)"));
+        SingleFileChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
+            .ChooseInput(Caption("cmdSingleFile(0)"));
         Refresh();
     });
     OnButton("cmdSingleFile(1)", [this] {
-        parts_.singleFile.ChooseOutput(Caption("cmdSingleFile(1)"));
+        SingleFileChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
+            .ChooseOutput(Caption("cmdSingleFile(1)"));
         Refresh();
     });
     OnButton("cmdSpecifyDirectory", [this] { ChooseFolder(); });
     OnButton("cmdSpecifyFiles(0)", [this] {
         if (!LeaveTextBoxes()) return;
-        parts_.specifyInputFiles(*this);
+        SpecifyInputFiles rules(parts_.machine.user, parts_.desk);
+        SpecifyFilesWindow(rules, SpecifyInputNames, this).exec();
         Refresh();
     });
     OnButton("cmdSpecifyFiles(1)", [this] {
-        parts_.specifyOutputFiles(*this);
+        SingleFileChoice choice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk);
+        SpecifyOutputFiles rules(parts_.machine.user, parts_.machine.fileSystem, parts_.desk,
+                                 choice);
+        SpecifyFilesWindow(rules, SpecifyOutputNames, this).exec();
         Refresh();
     });
     OnButton("cmdListFiles", [this] {
         if (!LeaveTextBoxes()) return;
-        parts_.actions.ListFiles(Caption("cmdListFiles"));
+        parts_.operations.ListFiles(Caption("cmdListFiles"));
         OperationEnded();
     });
 }
 
 void MainWindow::ChooseFolder() {
     if (!LeaveTextBoxes()) return;
-    parts_.actions.WhileOutOfUse([this](const StopAsked& stopped) {
-        parts_.folder.ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
+    parts_.operations.WhileOutOfUse([this](const StopAsked& stopped) {
+        FolderChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
+            .ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
     });
     OperationEnded();
 }
@@ -89,24 +108,18 @@ void MainWindow::ConnectMenu() {
     });
     OnButton("cmdDoIt", [this] { Perform(); });
     OnButton("cmdRandomnessReport", [this] {
-        parts_.randomness->Open();
+        parts_.randomness.Open();
         OperationEnded();
     });
-    OnButton("cmdReportScreen", [this] {
-        if (parts_.actions.ReportIsEmpty()) {
-            parts_.user.Ask(EmptyReportBox());
-        } else {
-            parts_.actions.ShowReport();
-        }
-    });
+    OnButton("cmdReportScreen", [this] { parts_.operations.ViewReport(); });
     OnButton("cmdSetup", [this] {
         if (LeaveTextBoxes()) ShowPane(Pane::Setup, "cmdKeepSetup");
     });
-    OnButton("cmdHelp(0)", [this] { parts_.program.OpenManual(); });
+    OnButton("cmdHelp(0)", [this] { parts_.openManual(); });
     OnButton("cmdHelp(1)", [this] { ShowHelp(*this); });
     OnButton("cmdQuit", [this] { close(); });
     connect(&Find<QLabel>("lblMaker"), &QLabel::linkActivated, this,
-            [this] { parts_.program.OpenMakerSite(); });
+            [this] { parts_.openManual(); });
 }
 
 void MainWindow::Perform() {
@@ -114,7 +127,7 @@ void MainWindow::Perform() {
     const bool ready = parts_.desk.ReadyToPerform();
     Refresh();
     if (!ready) return;
-    parts_.actions.Perform();
+    parts_.operations.Perform();
     OperationEnded();
 }
 
@@ -134,20 +147,19 @@ void MainWindow::ConnectSetupPanes() {
     OnButton("cmdSaveSetup", [this] { ShowPane(Pane::SaveSetup, "cmdDontSaveSetup"); });
     thenMenu("cmdClearSetup", [this] {
         parts_.desk.ResetSetup();
-        EraseKey(parts_.key, parts_.engine);
+        EraseKey(parts_.key, parts_.machine.engine);
         RefreshKeyLabels();
     });
     thenMenu("cmdKeepSetup", [] {});
     thenMenu("cmdDontSaveSetup", [] {});
-    if (parts_.setupStore == nullptr) return;
     thenMenu("cmdLoadSetup", [this] {
         parts_.desk.Show(Pane::Waiting);
         Refresh();
-        parts_.setupStore->LoadOperationFile([this] { NoteDialogClosed(); }, [this] { Refresh(); });
+        parts_.setups.LoadOperationFile([this] { NoteDialogClosed(); }, [this] { Refresh(); });
     });
-    thenMenu("cmdSaveSetupForNextRun", [this] { parts_.setupStore->SaveForNextRun(); });
+    thenMenu("cmdSaveSetupForNextRun", [this] { parts_.setups.SaveForNextRun(); });
     thenMenu("cmdSaveSetupAsOperationFile",
-             [this] { parts_.setupStore->SaveAsOperationFile([this] { NoteDialogClosed(); }); });
+             [this] { parts_.setups.SaveAsOperationFile([this] { NoteDialogClosed(); }); });
 }
 
 void MainWindow::ConnectKeyPane() {
@@ -158,12 +170,26 @@ void MainWindow::ConnectKeyPane() {
             CloseKeyPane();
         });
     };
-    choosing("cmdKeyboardWithDisplay", [this] { parts_.typeKeyWithDisplay(*this); });
-    choosing("cmdKeyboardWithoutDisplay", [this] { parts_.typeKeyWithoutDisplay(*this); });
-    choosing("cmdKeyFile(0)", [this] { parts_.getKeyFromKeyfile(*this, KeyfileMode::Existing); });
-    choosing("cmdKeyFile(1)", [this] { parts_.getKeyFromKeyfile(*this, KeyfileMode::Create); });
-    choosing("cmdEraseKey", [this] { EraseKeyAndTell(parts_.key, parts_.engine, parts_.user); });
+    choosing("cmdKeyboardWithDisplay", [this] {
+        GetKeyFromKeyboardWithDisplay(this, parts_.desk.Setup().Operation, parts_.machine,
+                                      parts_.key);
+    });
+    choosing("cmdKeyboardWithoutDisplay", [this] {
+        GetKeyFromKeyboardWithoutDisplay(this, parts_.desk.Setup().Operation, parts_.machine,
+                                         parts_.key);
+    });
+    choosing("cmdKeyFile(0)", [this] { UseKeyfile(KeyfileMode::Existing); });
+    choosing("cmdKeyFile(1)", [this] { UseKeyfile(KeyfileMode::Create); });
+    choosing("cmdEraseKey",
+             [this] { EraseKeyAndTell(parts_.key, parts_.machine.engine, parts_.machine.user); });
     OnButton("cmdDontSpecifyKeyNow", [this] { CloseKeyPane(); });
+}
+
+void MainWindow::UseKeyfile(KeyfileMode mode) {
+    InspectInWindow inspector(this, parts_.machine);
+    CollectInWindow collector(this, parts_.machine);
+    GetKeyFromKeyfile(mode, parts_.desk.Setup().Operation, parts_.machine, {inspector, collector},
+                      parts_.key);
 }
 
 void MainWindow::CloseKeyPane() {
@@ -172,32 +198,42 @@ void MainWindow::CloseKeyPane() {
 }
 
 void MainWindow::RefreshKeyLabels() {
-    keyLabels_ = UpdateKeyLabels(parts_.key, keyLabels_, keyFrame_.SavedLabels(), parts_.user);
+    keyLabels_ = UpdateKeyLabels(parts_.key, keyFrame_.SavedLabels(), parts_.machine.user,
+                                 parts_.machine.engine);
     Find<QLabel>("lblKeyFrom(0)").setText(ToQt(keyLabels_[0]));
     Find<QLabel>("lblKeyFrom(1)").setText(ToQt(keyLabels_[1]));
     ApplyPalette();
 }
 
 void MainWindow::ConnectRandomnessPane() {
-    const auto check = [this](const char* name, std::size_t file) {
-        OnButton(name, [this, file] {
-            parts_.randomness->Check(file);
+    const auto check = [this](const char* name, std::size_t side) {
+        OnButton(name, [this, side] {
+            parts_.randomness.Check(side);
             OperationEnded();
         });
     };
-    check("cmdRandomnessFile(0)", Input);
-    check("cmdRandomnessFile(1)", Output);
-    OnButton("cmdDisplayGraphic",
-             [this] { parts_.showGraphic(*this, parts_.randomness->Shown().path); });
-    OnButton("cmdNoRandomnessReport", [this] { parts_.randomness->Close(); });
-    if (parts_.randomness != nullptr) parts_.randomness->SetView([this] { ShowRandomness(); });
+    check("cmdRandomnessFile(0)", InputSide);
+    check("cmdRandomnessFile(1)", OutputSide);
+    OnButton("cmdDisplayGraphic", [this] { ShowGraphic(); });
+    OnButton("cmdNoRandomnessReport", [this] { parts_.randomness.Close(); });
+    parts_.randomness.SetView([this] { ShowRandomness(); });
 }
 
 void MainWindow::ShowRandomness() {
     Refresh();
-    Find<RandomnessPane>("fraRandomnessFiles").Show(*parts_.randomness);
-    if (parts_.randomness->state() == RandomnessReport::State::Closed)
+    Find<RandomnessPane>("fraRandomnessFiles").Show(parts_.randomness);
+    if (parts_.randomness.state() == RandomnessReport::State::Closed)
         Find<QPushButton>("cmdRandomnessReport").setFocus();
+}
+
+void MainWindow::ShowGraphic() {
+    Machine& machine = parts_.machine;
+    const std::string path = parts_.randomness.Shown().path;
+    BytePairPicture rules(machine.fileSystem, machine.user, machine.clock, path);
+    const auto save = [&](std::span<const std::byte> png) {
+        SavePicture(machine.fileSystem, machine.random, machine.user, path, png);
+    };
+    GraphicWindow(rules, save, this).exec();
 }
 
 } // namespace zr5

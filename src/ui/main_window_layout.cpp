@@ -1,16 +1,19 @@
 // Makes the controls of the main window and lays them out.
 
+#include "ui/main_window.h"
+
 #include "setup/identity.h"
 #include "ui/labels.h"
-#include "ui/main_window.h"
 #include "ui/randomness_pane.h"
 #include "ui/widgets.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <QButtonGroup>
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <string_view>
 
 namespace zr5 {
 namespace {
@@ -184,19 +187,19 @@ QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<cons
 /// All in one cell: one of them is shown.
 QLayout* Panes(QWidget* parent) {
     auto* cell = new QGridLayout;
-    for (QFrame* pane :
-         {ButtonPane("fraMenu", parent,
-                     {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
-                      "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
-          ButtonPane("fraSetup", parent,
-                     {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
-          ButtonPane("fraSaveSetup", parent,
-                     {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile", "",
-                      "cmdDontSaveSetup", "/"}),
-          ButtonPane("fraKey", parent,
-                     {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
-                      "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
-          static_cast<QFrame*>(new RandomnessPane(parent))})
+    for (QFrame* pane : std::initializer_list<QFrame*>{
+             ButtonPane("fraMenu", parent,
+                        {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
+                         "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
+             ButtonPane("fraSetup", parent,
+                        {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
+             ButtonPane("fraSaveSetup", parent,
+                        {"cmdSaveSetupForNextRun", "cmdSaveSetupAsOperationFile", "",
+                         "cmdDontSaveSetup", "/"}),
+             ButtonPane("fraKey", parent,
+                        {"cmdKeyboardWithDisplay", "cmdKeyboardWithoutDisplay", "cmdKeyFile(0)",
+                         "cmdKeyFile(1)", "", "cmdEraseKey", "cmdDontSpecifyKeyNow", "/"}),
+             new RandomnessPane(parent)})
         cell->addWidget(pane, 0, 0);
     return cell;
 }

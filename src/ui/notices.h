@@ -2,7 +2,7 @@
 
 // The windows that only tell: how to begin, and what is about to happen to a plaintext file.
 
-#include "operation/purge_warning.h"
+#include "operation/report/extension_warnings.h"
 
 #include <QDialog>
 #include <string>

@@ -5,8 +5,11 @@
 #include "ui/toolkit_dialogs.h"
 #include "util/user_port.h"
 
+#include <cstdint>
+#include <optional>
 #include <QHash>
 #include <QString>
+#include <string>
 
 namespace zr5 {
 

@@ -4,6 +4,7 @@
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
+#include <cstdint>
 #include <QEvent>
 #include <QPointerEvent>
 
@@ -95,7 +96,7 @@ bool RandomKeyWindow::event(QEvent* event) {
 }
 
 SecretBytes CollectInWindow::Collect() {
-    RandomKeyCollector rules(clock_, random_);
+    RandomKeyCollector rules(machine_.clock, machine_.random);
     RandomKeyWindow window(rules, parent_);
     window.exec();
     return rules.Take();

@@ -2,8 +2,9 @@
 
 // The window across which the user moves mouse, pen or finger to create a random key.
 
-#include "keys/key_collector.h"
+#include "keys/key_windows.h"
 #include "keys/random_key.h"
+#include "util/machine.h"
 
 #include <QDialog>
 #include <QTimer>
@@ -37,14 +38,12 @@ class RandomKeyWindow final : public QDialog {
 /// Opens the window over `parent`.
 class CollectInWindow final : public KeyCollector {
   public:
-    CollectInWindow(QWidget* parent, const Clock& clock, RandomSource& random)
-        : parent_(parent), clock_(clock), random_(random) {}
+    CollectInWindow(QWidget* parent, Machine& machine) : parent_(parent), machine_(machine) {}
     [[nodiscard]] SecretBytes Collect() override;
 
   private:
     QWidget* parent_;
-    const Clock& clock_;
-    RandomSource& random_;
+    Machine& machine_;
 };
 
 } // namespace zr5

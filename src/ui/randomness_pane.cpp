@@ -4,6 +4,8 @@
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
+#include <initializer_list>
+
 namespace zr5 {
 
 RandomnessPane::RandomnessPane(QWidget* parent)
@@ -42,7 +44,7 @@ void RandomnessPane::Show(const RandomnessReport& rules) {
     ShowResult(rules);
     if (state == shown_) return;
     shown_ = state;
-    if (state == RandomnessReport::State::Choosing) files_[Input]->setFocus();
+    if (state == RandomnessReport::State::Choosing) files_[InputSide]->setFocus();
     if (state == RandomnessReport::State::Checking) close_->setFocus();
     if (state == RandomnessReport::State::Shown) display_->setFocus();
 }

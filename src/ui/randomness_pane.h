@@ -2,7 +2,7 @@
 
 // `fraRandomnessFiles`: the randomness report in the place of the menu.
 
-#include "operation/randomness_report.h"
+#include "operation/measure/randomness_report.h"
 
 #include <array>
 #include <QFrame>

@@ -6,6 +6,7 @@
 #include "ui/widgets.h"
 
 #include <QLineEdit>
+#include <string>
 
 namespace zr5 {
 namespace {
@@ -72,12 +73,6 @@ void ReliabilityTestWindow::Start() {
         return;
     }
     AskForNumber();
-}
-
-std::optional<int> AskForPerformances(UserPort& user, QWidget* parent) {
-    ReliabilityTestForm form(user);
-    ReliabilityTestWindow(form, parent).exec();
-    return form.Performances();
 }
 
 } // namespace zr5

@@ -4,8 +4,10 @@
 
 #include "operation/reliability_rules.h"
 
+#include <optional>
 #include <QDialog>
 
+class QLayout;
 class QLineEdit;
 
 namespace zr5 {
@@ -23,8 +25,5 @@ class ReliabilityTestWindow : public QDialog {
     ReliabilityTestForm& form_;
     QLineEdit* number_;
 };
-
-/// Asks in a window over `parent`; empty when the user abandons the operation.
-[[nodiscard]] std::optional<int> AskForPerformances(UserPort& user, QWidget* parent);
 
 } // namespace zr5

@@ -5,12 +5,14 @@
 #include "ui/widgets.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTextCursor>
 
 namespace zr5 {
 namespace {
@@ -163,7 +165,7 @@ void ReportWindow::TextReplaced() {
     text_->moveCursor(QTextCursor::End);
 }
 
-void ReportWindow::TextAppended(std::string_view text, bool /*scrollToEnd*/) {
+void ReportWindow::TextAppended(std::string_view text) {
     waiting_ += text;
     if (!flushTimer_.isActive()) flushTimer_.start();
 }

@@ -3,14 +3,15 @@
 // `frmReport`: shows the report screen. Holds no rule; it only gathers what is appended, so that
 // ten thousand entries do not cost ten thousand repaints.
 
-#include "operation/report_screen.h"
+#include "operation/report/report_screen.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QTimer>
 #include <string>
+#include <string_view>
 
 class QLabel;
+class QLayout;
 class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
@@ -29,7 +30,7 @@ class ReportWindow : public QDialog, public ReportView {
     void ComeToFront();
 
     void TextReplaced() override;
-    void TextAppended(std::string_view text, bool scrollToEnd) override;
+    void TextAppended(std::string_view text) override;
     void TextRemoved(std::string_view text) override;
     void StateChanged() override;
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) override;

@@ -5,9 +5,11 @@
 #include "files/specify_files.h"
 
 #include <array>
+#include <cstddef>
 #include <QDialog>
 
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;

@@ -2,6 +2,7 @@
 
 #include "libs/system/secret.h"
 
+#include <cstddef>
 #include <span>
 
 namespace zr5 {

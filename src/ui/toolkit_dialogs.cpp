@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <QApplication>
 #include <QEvent>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QHeaderView>
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QSpacerItem>
 #include <QTreeView>
 
 namespace zr5 {

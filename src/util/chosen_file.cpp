@@ -34,6 +34,11 @@ std::string WhyNotAFile(FileKind kind) {
     return {};
 }
 
+MessageBox OverwriteQuestion(const std::string& shown) {
+    return Question("Overwrite existing file " + shown + "?", "File exists already.",
+                    BoxIcon::Question, Answer::No);
+}
+
 std::string WhyNotCreatable(FileSystem& fileSystem, const std::string& path) {
     if (SplitPath(path).name.empty()) return "is a folder, not a file.";
     if (!fileSystem.FolderAcceptsFiles(path))

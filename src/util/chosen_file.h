@@ -3,6 +3,7 @@
 // What a path that came out of a file picker leads to, and the words for why it will not do.
 
 #include "libs/system/file_system.h"
+#include "util/user_port.h"
 
 #include <optional>
 #include <string>
@@ -24,6 +25,9 @@ struct ChosenFile {
 
 /// Why nothing but a regular file will do; empty for a regular file.
 [[nodiscard]] std::string WhyNotAFile(FileKind kind);
+/// Asks whether a file, named as it is shown, is to be overwritten; No is the default.
+[[nodiscard]] MessageBox OverwriteQuestion(const std::string& shown);
+
 /// Why no file can be made at this path; empty when one can.
 [[nodiscard]] std::string WhyNotCreatable(FileSystem& fileSystem, const std::string& path);
 

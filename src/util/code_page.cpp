@@ -1,7 +1,6 @@
 #include "util/code_page.h"
 
-#include "libs/system/unicode.h"
-#include "util/text.h"
+#include "libs/system/text_encoding.h"
 
 #include <algorithm>
 #include <array>

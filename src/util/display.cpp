@@ -1,13 +1,12 @@
 #include "util/display.h"
 
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 
-#include <cstdint>
+#include <optional>
+#include <span>
 
 namespace zr5 {
 namespace {
-
-constexpr std::string_view HexDigits = "0123456789ABCDEF";
 
 bool ChangesTheLine(char32_t c) {
     const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
@@ -18,25 +17,16 @@ bool ChangesTheLine(char32_t c) {
 }
 
 void AppendEscaped(std::string& text, std::string_view bytes) {
-    for (const char byte : bytes) {
-        const auto value = static_cast<std::uint8_t>(byte);
+    for (const std::byte byte : std::as_bytes(std::span(bytes))) {
         text += "\\x";
-        text += HexDigits[value >> 4U];
-        text += HexDigits[value & 0xFU];
+        AppendHex(text, byte, HexDigits::Upper);
     }
 }
 
-int HexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
-}
-
-/// Whether a backslash, "x" and two hexadecimal digits stand at `at`.
-bool IsEscape(std::string_view text, std::size_t at) {
-    return at + 3 < text.size() && text[at] == '\\' && text[at + 1] == 'x' &&
-           HexValue(text[at + 2]) >= 0 && HexValue(text[at + 3]) >= 0;
+/// The byte of the escape that stands at `at`: a backslash, "x" and two hexadecimal digits.
+std::optional<std::byte> EscapeAt(std::string_view text, std::size_t at) {
+    if (text.substr(at, 2) != "\\x") return std::nullopt;
+    return ByteFromHex(text.substr(at + 2, 2));
 }
 
 /// `name` with escapes for the bytes that are no UTF-8 and for the characters that `isEscaped`,
@@ -65,14 +55,15 @@ std::string DisplayName(std::string_view name) {
 }
 
 std::string StorableName(std::string_view name) {
-    return Escaped(name, [name](std::size_t at, char32_t) { return IsEscape(name, at); });
+    return Escaped(name,
+                   [name](std::size_t at, char32_t) { return EscapeAt(name, at).has_value(); });
 }
 
 std::string NameFromDisplay(std::string_view shown) {
     std::string name;
     for (std::size_t at = 0; at < shown.size();) {
-        if (IsEscape(shown, at)) {
-            name += static_cast<char>(HexValue(shown[at + 2]) * 16 + HexValue(shown[at + 3]));
+        if (const auto byte = EscapeAt(shown, at)) {
+            name += static_cast<char>(*byte);
             at += 4;
         } else {
             name += shown[at++];

@@ -38,4 +38,8 @@ std::string AfterText(std::int64_t number) {
     return number < 0 ? std::to_string(number) : " " + std::to_string(number);
 }
 
+std::string FileWord(std::uint64_t count) {
+    return count == 1 ? "file" : "files";
+}
+
 } // namespace zr5

@@ -1,6 +1,7 @@
 #pragma once
 
-// Numbers as texts: "," between thousands and "." before decimals, whatever the locale.
+// Numbers as texts: "," between thousands and "." before decimals, whatever the locale; and the
+// word that follows a number of files.
 
 #include <cstdint>
 #include <string>
@@ -14,5 +15,8 @@ namespace zr5 {
 [[nodiscard]] std::string WithThousands(double number, int decimals);
 /// A number after a letter, ":" or "=": one blank before a number that is not negative.
 [[nodiscard]] std::string AfterText(std::int64_t number);
+
+/// "file" for one, else "files".
+[[nodiscard]] std::string FileWord(std::uint64_t count);
 
 } // namespace zr5

@@ -3,35 +3,6 @@
 #include "util/text.h"
 
 namespace zr5 {
-namespace {
-
-/// Where the name begins: behind the last separator.
-std::size_t NameStart(std::string_view path) noexcept {
-    const std::size_t last = path.find_last_of(IsWindowsShaped(path) ? "\\/" : "/");
-    return last == std::string_view::npos ? 0 : last + 1;
-}
-
-} // namespace
-
-bool IsWindowsShaped(std::string_view path) noexcept {
-    if (path.starts_with("\\\\")) return true;
-    if (path.size() < 2 || path[1] != ':') return false;
-    return (path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z');
-}
-
-char SeparatorOf(std::string_view path) noexcept {
-    return IsWindowsShaped(path) ? '\\' : '/';
-}
-
-bool IsSeparatorIn(std::string_view path, char c) noexcept {
-    return c == '/' || (c == '\\' && IsWindowsShaped(path));
-}
-
-PathParts SplitPath(std::string_view path) {
-    const std::size_t start = NameStart(path);
-    return {std::string(path.substr(0, start)), std::string(path.substr(start))};
-}
-
 NameParts SplitName(std::string_view name) {
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos) return {std::string(name), {}, false};
@@ -39,7 +10,7 @@ NameParts SplitName(std::string_view name) {
 }
 
 std::string ExtensionOf(std::string_view path) {
-    return LowerCaseWithAccents(SplitName(path.substr(NameStart(path))).extension);
+    return LowerCaseWithAccents(SplitName(SplitPath(path).name).extension);
 }
 
 std::string WithTrailingSeparator(std::string_view folder) {

@@ -1,27 +1,14 @@
 #pragma once
 
-// The text side of paths. A path's own shape decides its rules, whatever machine the program
-// runs on; nothing here looks at the disk or changes the bytes of a name.
+// The names in paths: extensions, folders with their separator, and what no name may hold. Nothing
+// here looks at the disk or changes the bytes of a name.
+
+#include "libs/system/paths.h" // the shapes and parts of paths, which these rules go on from
 
 #include <string>
 #include <string_view>
 
 namespace zr5 {
-
-/// Begins with a letter and ":", or with two backslashes.
-[[nodiscard]] bool IsWindowsShaped(std::string_view path) noexcept;
-
-/// The separator of folder paths of this shape: "\" when Windows-shaped, else "/".
-[[nodiscard]] char SeparatorOf(std::string_view path) noexcept;
-
-/// Whether `c` ends a component of `path`: "/", and "\" too in a Windows-shaped path.
-[[nodiscard]] bool IsSeparatorIn(std::string_view path, char c) noexcept;
-
-struct PathParts {
-    std::string folder; ///< ends in a separator; empty when the path has none
-    std::string name;   ///< what follows the last separator
-};
-[[nodiscard]] PathParts SplitPath(std::string_view path);
 
 struct NameParts {
     std::string base;      ///< what precedes the last "."

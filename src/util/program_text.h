@@ -2,14 +2,27 @@
 
 // The program's numbered texts: loaded once at start-up, fetched by number.
 
-#include "libs/filekit/file_kit.h"
-#include "util/user_port.h"
+#include "util/machine.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace zr5 {
+
+/// The texts that the program fetches, by their numbers in the file.
+enum class ProgramText : std::int16_t {
+    SameAsInputFolder = 18,
+    SameAsInputFile = 47,
+    SameAsInputFiles = 48,
+    OutputIsInput = 50,
+    NoMatchInSubfolders = 51,
+    NoMatch = 52,
+};
+
+/// Fetches a text; empty when there is none.
+using ProgramTextLookup = std::function<std::string(ProgramText text)>;
 
 /// Loads the texts from `fileName` in `folder` (native bytes, with or without a separator at
 /// its end). A failure is told to the user and otherwise changes nothing: every text is then
@@ -18,9 +31,9 @@ void LoadProgramText(FileKit& kit, UserPort& user, std::string_view folder,
                      std::string_view fileName);
 
 /// The text, or an empty one when there is none of this number or it stands for an absent text.
-[[nodiscard]] std::string GetProgramText(FileKit& kit, std::int16_t number);
+[[nodiscard]] std::string GetProgramText(FileKit& kit, ProgramText text);
 
-/// What the user reads for a result of loading of 0 or less; `path` is the file.
-[[nodiscard]] std::string ProgramTextFailure(std::int32_t code, std::string_view path);
+/// What the user reads when the texts could not be loaded from the file at `path`.
+[[nodiscard]] std::string ProgramTextFailure(const TextFileResult& result, std::string_view path);
 
 } // namespace zr5

@@ -1,6 +1,6 @@
 #include "util/text.h"
 
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 #include "util/code_page.h"
 
 #include <algorithm>
@@ -44,13 +44,10 @@ void AppendUpperCase(std::string& text, std::string_view character) {
 
 } // namespace
 
-bool IsPrintableText(std::string_view bytes, std::size_t maxChars, LayoutControls layout) noexcept {
+bool IsPrintableText(std::string_view bytes, std::size_t maxChars) noexcept {
     if (maxChars >= 1) bytes = bytes.substr(0, maxChars);
-    return std::ranges::all_of(bytes, [layout](char byte) {
-        const bool isLayout = byte == '\t' || byte == '\n' || byte == '\f' || byte == '\r';
-        return static_cast<std::uint8_t>(byte) >= 32 ||
-               (layout == LayoutControls::Allowed && isLayout);
-    });
+    return std::ranges::all_of(bytes,
+                               [](char byte) { return static_cast<std::uint8_t>(byte) >= 32; });
 }
 
 std::string LowerCaseWithAccents(std::string_view text) {
@@ -77,13 +74,12 @@ std::string TidyPath(std::string_view path) {
     return tidy + LowerCaseWithAccents(path.substr(first));
 }
 
-std::string ShortenPath(std::string_view text, std::size_t n, bool* wasShortened) {
+std::string ShortenPath(std::string_view text, std::size_t n) {
     constexpr std::size_t Least = 10;
     constexpr std::size_t Head = 3;
     constexpr std::string_view Gap = "...";
     const std::size_t count = n < Least ? 0 : CharacterCount(text);
     if (count <= n) return std::string(text);
-    if (wasShortened != nullptr) *wasShortened = true;
     const std::size_t tail = n - Head - Gap.size();
     std::string shortened(text.substr(0, Skip(text, Head)));
     shortened += Gap;
@@ -94,26 +90,6 @@ std::string_view Trim(std::string_view text) noexcept {
     const std::size_t first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) return text.substr(text.size());
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-void AppendUtf8(std::string& text, char32_t codePoint) {
-    const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    const auto addTail = [&](unsigned shift) { add(0x80 | ((codePoint >> shift) & 0x3F)); };
-    if (codePoint < 0x80) {
-        add(codePoint);
-    } else if (codePoint < 0x800) {
-        add(0xC0 | (codePoint >> 6U));
-        addTail(0);
-    } else if (codePoint < 0x10000) {
-        add(0xE0 | (codePoint >> 12U));
-        addTail(6);
-        addTail(0);
-    } else {
-        add(0xF0 | (codePoint >> 18U));
-        addTail(12);
-        addTail(6);
-        addTail(0);
-    }
 }
 
 std::size_t CharacterCount(std::string_view text) noexcept {

@@ -10,13 +10,9 @@
 
 namespace zr5 {
 
-enum class LayoutControls { Refused, Allowed };
-
-/// Whether none of the first `maxChars` bytes of `bytes` (0: of all of them) is below 32. TAB,
-/// LF, FF and CR pass when layout controls are allowed. The characters are bytes of code page
-/// 1252; an empty text is printable.
-[[nodiscard]] bool IsPrintableText(std::string_view bytes, std::size_t maxChars = 0,
-                                   LayoutControls layout = LayoutControls::Refused) noexcept;
+/// Whether none of the first `maxChars` bytes of `bytes` (0: of all of them) is below 32. The
+/// characters are bytes of code page 1252; an empty text is printable.
+[[nodiscard]] bool IsPrintableText(std::string_view bytes, std::size_t maxChars = 0) noexcept;
 
 /// `text` in lower case, the same in every locale.
 [[nodiscard]] std::string LowerCaseWithAccents(std::string_view text);
@@ -26,16 +22,11 @@ enum class LayoutControls { Refused, Allowed };
 [[nodiscard]] std::string TidyPath(std::string_view path);
 
 /// A text longer than `n` characters as its first 3, "..." and its last `n` - 6 characters, when
-/// `n` is at least 10; otherwise the text as it is. Sets `*wasShortened` when it shortens, and
-/// leaves it alone when not.
-[[nodiscard]] std::string ShortenPath(std::string_view text, std::size_t n,
-                                      bool* wasShortened = nullptr);
+/// `n` is at least 10; otherwise the text as it is.
+[[nodiscard]] std::string ShortenPath(std::string_view text, std::size_t n);
 
 /// `text` without the blanks at its ends. No other white space goes.
 [[nodiscard]] std::string_view Trim(std::string_view text) noexcept;
-
-/// Appends a code point (at most 0x10FFFF, no surrogate) to `text` as UTF-8.
-void AppendUtf8(std::string& text, char32_t codePoint);
 
 /// How many characters `text` has.
 [[nodiscard]] std::size_t CharacterCount(std::string_view text) noexcept;

@@ -2,7 +2,8 @@
 
 // The whole program on real files, driven through its own windows by the names of the controls.
 
-#include "app/machine_parts.h"
+#include "app/program.h"
+#include "app/system_machine.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
@@ -93,7 +94,7 @@ class EndToEnd : public testing::Test {
     TemporaryFolder home;
     TemporaryFolder folder;
     LivingUser user;
-    MachineParts machine;
+    SystemMachine machine;
     std::unique_ptr<Program> program;
 };
 

@@ -1,7 +1,8 @@
 // What is left of a key in the memory of the process after it was typed, used and erased. See
 // docs/key-memory.md for what is done and what cannot be.
 
-#include "app/machine_parts.h"
+#include "app/program.h"
+#include "app/system_machine.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
@@ -155,7 +156,7 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
     const std::string path = folder.Write("a.odg", "content");
     std::filesystem::copy_file(PROGRAM_TEXTS, folder / "zr5e.dat");
     ScriptedUser user;
-    MachineParts machine;
+    SystemMachine machine;
     Program program(machine.For(user, folder / "zr5e", folder / "config"));
     const auto press = [&](const char* name) { Press(program.Window(), name); };
     const auto type = [&](const QWidget& dialog, const char* name) {
@@ -164,7 +165,7 @@ void UseKey(const MaskedLetters& secret, bool withDisplay) {
         for (const auto key : {Qt::Key_Home, Qt::Key_Space, Qt::Key_Backspace}) // corrected
             QTest::keyClick(&Control(dialog, name), key);
     };
-    if (machine.engine->allocate_buffers() == 0) throw std::runtime_error("no buffers");
+    if (!machine.engine->allocate_buffers()) throw std::runtime_error("no buffers");
     program.Window().show();
     user.ExpectFile("Select file to be encrypted", path);
     press("cmdSingleFile(0)");

@@ -1,12 +1,11 @@
-#include "app/next_run_setup.h"
-#include "app/shutdown.h"
-#include "app/startup.h"
+#include "app/start_and_quit.h"
 #include "app/web_link.h"
 #include "operation/operation_journal.h"
 #include "setup/setup_store.h"
 #include "setup/setup_text.h"
 #include "support/desk_fixture.h"
 #include "support/fakes.h"
+#include "support/stopped_clock.h"
 
 #include <filesystem>
 
@@ -21,7 +20,7 @@ class ProgramTest : public DeskTest {
         const WindowSteps steps{[this] { log.push_back("fit"); },
                                 [this] { log.push_back("clock"); },
                                 [this] { log.push_back("show"); }};
-        return StartProgram(parts, steps, nextRunPath);
+        return StartProgram(machine, desk, setups, key, steps);
     }
     void ExpectStartupMessage() {
         user.Expect("Startup", "1. Select 'Encrypt' or 'Decrypt'\r\n"
@@ -29,10 +28,10 @@ class ProgramTest : public DeskTest {
                                "3. Select the input file or folder\r\n\r\n"
                                "For more help click on the 'Help on startup' button.");
     }
-    bool Quit() { return QuitProgram(parts, nextRunPath, "Quit"); }
+    bool Quit() { return QuitProgram(machine, desk, setups, key, "Quit"); }
     void HoldKey() {
         key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
-        key.keyState = key_state::Keyboard;
+        key.keyState = KeyState::Keyboard;
     }
 
     std::string nextRunPath = folder / "zr5e.opn";
@@ -40,21 +39,22 @@ class ProgramTest : public DeskTest {
     FakeKit kit;
     CurrentKey key;
     SystemRandom random;
-    SetupStore store{user, disk, random, desk, nextRunPath};
-    ProgramParts parts{user, disk, engine, kit, key, desk};
+    StoppedClock clock;
+    Machine machine{user, disk, engine, kit, clock, random, folder / "zr5e", folder.Path()};
+    SetupStore setups{machine, desk};
     Names log;
 };
 
 TEST_F(ProgramTest, StartsWithoutAKeyAndGreetsANewUserOnce) {
     HoldKey();
-    desk.SelectFunction(Function::Decrypt);
+    desk.SelectFunction(Direction::Decrypt);
     ExpectStartupMessage();
     EXPECT_TRUE(Start());
     EXPECT_TRUE(desk.StartupDone());
-    EXPECT_EQ(desk.Setup().Operation, Function::Encrypt);
+    EXPECT_EQ(desk.Setup().Operation, Direction::Encrypt);
     EXPECT_FALSE(key.IsHeld());
     EXPECT_EQ(log, (Names{"fit", "clock", "show"}));
-    EXPECT_EQ(engine.CallNames(), Names{"allocate_buffers"});
+    EXPECT_EQ(engine.CallNames(), (Names{"allocate_buffers", "operation_initialization"}));
     EXPECT_EQ(desk.Setup().MaxNumFiles, 20);
 }
 
@@ -63,10 +63,10 @@ TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
     {
         JournalRecord record;
         record.step = JournalRecord::Step::Writing;
-        record.originalPath = path;
-        record.resultPath = path + ".zr5";
+        record.inputPath = path;
+        record.outputPath = path + ".zr5";
         OperationJournal journal(disk);
-        ASSERT_TRUE(journal.OpenNew(JournalPath(nextRunPath)));
+        ASSERT_TRUE(journal.OpenNew(OperationJournal::PathIn(machine.ownFolder)));
         ASSERT_TRUE(journal.Note(record));
     }
     user.Expect("Interrupted operation",
@@ -78,7 +78,7 @@ TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
 }
 
 TEST_F(ProgramTest, EndsAtOnceWhenTheEngineHasNoBuffers) {
-    engine.allocateResult = 0;
+    engine.allocates = false;
     user.Expect(
         Notice("Attempt to allocate buffers was unsuccessful!", "Fatal error", BoxIcon::Critical));
     EXPECT_FALSE(Start());
@@ -86,7 +86,6 @@ TEST_F(ProgramTest, EndsAtOnceWhenTheEngineHasNoBuffers) {
 }
 
 TEST_F(ProgramTest, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsItsLabels) {
-    parts.setupFiles = &store;
     desk.SetInputFile("/in/", "a");
     desk.RewriteLabels();
     const std::string whole = WriteSetupText(desk.Setup()).value();
@@ -116,7 +115,8 @@ TEST_F(ProgramTest, AsksBeforeQuittingWithAnInputAndMentionsTheKey) {
                 Answer::Yes);
     EXPECT_TRUE(Quit());
     EXPECT_FALSE(key.IsHeld());
-    EXPECT_EQ(engine.CallNames(), Names{"deallocate_buffers"});
+    EXPECT_EQ(engine.lastKey, "");
+    EXPECT_EQ(engine.CallNames().back(), "deallocate_buffers");
 }
 
 TEST_F(ProgramTest, OffersToWipeTheSetupFileAndKeepsItByDefault) {
@@ -129,26 +129,26 @@ TEST_F(ProgramTest, OffersToWipeTheSetupFileAndKeepsItByDefault) {
     EXPECT_TRUE(kit.purged.empty());
 
     user.Expect(question, Answer::Yes);
-    kit.purgeResult = PurgeFailureLimit - 1;
+    kit.purgeResult = PurgeResult::NotOverwritten;
     user.Expect(Notice("The file " + nextRunPath + " could not be wiped.", "Erase setup file?",
                        BoxIcon::Exclamation));
     EXPECT_TRUE(Quit());
-    EXPECT_EQ(kit.purged, (std::vector{FakeKit::Purge{nextRunPath, 1000, true, false}}));
+    EXPECT_EQ(kit.purged,
+              (std::vector{FakeKit::Purge{nextRunPath, PurgeMode::OverwriteAndDelete}}));
 }
 
-TEST(NextRunSetup, LiesInTheMakersFolderThatOnlyItsOwnerMayEnter) {
+TEST(OwnFolder, IsTheMakersFolderThatOnlyItsOwnerMayEnter) {
     const TemporaryFolder folder;
     const auto fileSystem = MakeSystemFileSystem();
     const std::string config = folder / "config"; // not made yet
     for (int run = 0; run < 2; ++run) {
-        EXPECT_EQ(NextRunSetupPath(*fileSystem, config), config + "/Velmora Systems/zr5e.opn");
+        EXPECT_EQ(MakeOwnFolder(*fileSystem, config), config + "/Velmora Systems/");
         const auto status = std::filesystem::status(config + "/Velmora Systems");
         ASSERT_EQ(status.type(), std::filesystem::file_type::directory);
         EXPECT_EQ(status.permissions(), std::filesystem::perms::owner_all);
     }
     folder.Write("file", "x"); // no folder can be made below: named all the same
-    EXPECT_EQ(NextRunSetupPath(*fileSystem, folder / "file"),
-              folder / "file/Velmora Systems/zr5e.opn");
+    EXPECT_EQ(MakeOwnFolder(*fileSystem, folder / "file"), folder / "file/Velmora Systems/");
 }
 
 TEST(WebLink, OpensTheSecureAddressOrExplainsWhyTheBrowserDidNotStart) {

@@ -1,8 +1,6 @@
 #include "files/extension_rule.h"
-#include "files/folder_choice.h"
-#include "files/single_file_choice.h"
-#include "files/specify_input_files.h"
-#include "files/specify_output_files.h"
+#include "files/file_choice.h"
+#include "files/specify_files.h"
 #include "support/desk_fixture.h"
 
 #include <filesystem>
@@ -36,8 +34,8 @@ class InputFolder : public DeskTest {
 TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
     folder.Write("sub/deep/a.txt", "x"); // the only file lies in a subfolder
     Choose(folder / "sub");
-    EXPECT_EQ(desk.Setup().Folder[Input], folder / "sub/");
-    EXPECT_EQ(desk.Setup().Folder[Output], folder / "sub/");
+    EXPECT_EQ(desk.Setup().Folder[InputSide], folder / "sub/");
+    EXPECT_EQ(desk.Setup().Folder[OutputSide], folder / "sub/");
     EXPECT_EQ(Text("lblFiles(0)"), "All files");
     EXPECT_TRUE(desk.LeaveFilePattern("*.txt", SetupDesk::Leaving::Speaking));
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
@@ -59,7 +57,7 @@ TEST_F(InputFolder, IsRefusedWhenItIsForbiddenOrHoldsNoFile) {
     Choose(std::nullopt);
     stopped = true; // before any file was met
     Choose(folder.Path());
-    EXPECT_EQ(desk.Setup().Folder[Input], folder / "sub/");
+    EXPECT_EQ(desk.Setup().Folder[InputSide], folder / "sub/");
 }
 
 class SingleFile : public DeskTest {
@@ -84,7 +82,7 @@ class SingleFile : public DeskTest {
 };
 
 TEST_F(SingleFile, IsAskedForInTheWordsOfTheFunctionAndStaysWhenThePickerIsCancelled) {
-    desk.SelectFunction(Function::Decrypt);
+    desk.SelectFunction(Direction::Decrypt);
     for (const bool cancelled : {false, true}) {
         const auto pick = [&](const char* name) {
             return cancelled ? std::nullopt : std::optional(folder / name);

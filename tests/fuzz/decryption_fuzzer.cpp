@@ -7,7 +7,7 @@
 //   2 PLACE PLACE FILE PLACE PLACE    put a part of that genuine file in place of a part
 //   PLACE             two bytes: a number of blocks, and so many bytes (signed) from there
 
-#include "libs/cipher/zr5_engine.h"
+#include "libs/cipher/cipher_engine.h"
 #include "libs/cipher/zr5_format.h"
 #include "libs/system/clock.h"
 #include "libs/system/random.h"
@@ -43,14 +43,14 @@ struct Bench {
     std::vector<Genuine> files;
 
     Bench() {
-        Require(engine->allocate_buffers() != 0);
+        Require(engine->allocate_buffers());
         for (const std::size_t length :
-             {std::size_t{1}, std::size_t{100}, BlockBytes, BlockBytes + 1, 3 * BlockBytes - 5,
-              3 * BlockBytes, 17 * BlockBytes + 7}) {
+             {std::size_t{1}, std::size_t{100}, PlainBlockBytes, PlainBlockBytes + 1,
+              3 * PlainBlockBytes - 5, 3 * PlainBlockBytes, 17 * PlainBlockBytes + 7}) {
             const std::string plain = test::PatternBytes(length, static_cast<unsigned>(length));
-            engine->operation_initialization(Key, EngineEncrypt, length, 0);
-            Require(engine->encrypt_file(folder.Write("plain", plain), folder / "in") ==
-                    engine_code::Success);
+            engine->operation_initialization(Key, Direction::Encrypt);
+            Require(engine->encrypt_file(folder.Write("plain", plain), folder / "in", {}) ==
+                    EngineResult::Success);
             files.push_back({plain, folder.Read("in")});
         }
     }
@@ -134,7 +134,7 @@ std::string Recovered(std::string_view file, const Genuine& own) {
     for (std::size_t i = 0; Piece(file, i, SealedBlockBytes).size() > TagBytes; ++i) {
         const std::string_view sealed = Piece(file, i, SealedBlockBytes);
         if (sealed == Piece(ownBlocks, i, SealedBlockBytes))
-            plain += Piece(own.plain, i, BlockBytes);
+            plain += Piece(own.plain, i, PlainBlockBytes);
         else
             plain.append(sealed.size() - TagBytes, '\0');
     }
@@ -147,19 +147,19 @@ void Check(const std::string& file, const Genuine& begun) {
     const std::string in = bench.folder.Write("in", file);
     const std::string out = bench.folder.Write("out", "before");
     const std::string plain = bench.folder.Write("plain", begun.plain);
-    bench.engine->operation_initialization(Key, EngineDecrypt, file.size(), 0);
-    const std::int32_t code = bench.engine->decrypt_file(in, out);
+    bench.engine->operation_initialization(Key, Direction::Decrypt);
+    const EngineResult code = bench.engine->decrypt_file(in, out, {});
     const auto& files = bench.files;
     const auto own = std::ranges::find(files, file.substr(0, HeaderBytes), [](const Genuine& one) {
         return one.sealed.substr(0, HeaderBytes);
     });
     const bool isForeign = own == files.end() || file.size() <= HeaderBytes + TagBytes;
     const bool isGenuine = std::ranges::find(files, file, &Genuine::sealed) != files.end();
-    Require((code == engine_code::WrongKeyOrCorrupt) == isForeign);
-    Require((code == engine_code::Success) == isGenuine);
+    Require((code == EngineResult::WrongKeyOrCorrupt) == isForeign);
+    Require((code == EngineResult::Success) == isGenuine);
     Require(bench.folder.Read("out") == (isForeign ? "before" : Recovered(file, *own)));
     Require(bench.folder.Read("in") == file && bench.folder.Names().size() == 3);
-    const bool agrees = bench.engine->verify_file(plain, in) == engine_code::Success;
+    const bool agrees = bench.engine->verify_file(plain, in, {}) == EngineResult::Success;
     Require(agrees == (file == begun.sealed));
 }
 

@@ -2,7 +2,7 @@
 // itself, what stands for any of its characters may take their place, and nothing else may.
 
 #include "files/file_pattern.h"
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "keys/keyboard_with_display.h"
-#include "keys/keyboard_without_display.h"
 #include "keys/normalise.h"
+#include "keys/typed_key.h"
+#include "support/fakes.h"
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 
@@ -22,7 +22,7 @@ CurrentKey KeyfileKey() {
     key.keyBuffer = SecretBytes::CopyOf("the key of a keyfile");
     key.keyfilePath = "/home/a/key";
     key.checksum = 4321;
-    key.keyState = key_state::Keyfile;
+    key.keyState = KeyState::Keyfile;
     key.isNewRandomKey = true;
     key.isApparentlyRandom = true;
     return key;
@@ -45,7 +45,7 @@ void ExpectNoKey(const CurrentKey& key) {
 void ExpectTypedKey(const CurrentKey& key) {
     EXPECT_EQ(key.keyText.text(), Canonical);
     EXPECT_EQ(key.checksum, 6304);
-    EXPECT_EQ(key.keyState, key_state::Keyboard);
+    EXPECT_EQ(key.keyState, KeyState::Keyboard);
     EXPECT_TRUE(key.keyfilePath.empty());
     EXPECT_FALSE(key.isNewRandomKey || key.isApparentlyRandom || key.keyChoiceAbandoned);
 }
@@ -73,49 +73,57 @@ TEST(TypedKey, IsBytesOfTheCodePageOrNothing) {
         EXPECT_FALSE(TypedKeyBytes(refused).has_value());
 }
 
-TEST(KeyTypedWithDisplay, CanBeAcceptedFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange) {
-    KeyboardWithDisplay dialog(Function::Encrypt, CurrentKey{});
-    EXPECT_TRUE(dialog.Edit(u"abcd efgh ijkl mno"));
-    EXPECT_FALSE(dialog.IsAcceptable());
-    EXPECT_TRUE(dialog.Edit(Typed));
-    EXPECT_FALSE(dialog.Edit(u"abcΩ"));
-    EXPECT_TRUE(dialog.ShowsHint() && dialog.IsAcceptable());
-    EXPECT_EQ(dialog.Entry().text(), TypedBytes);
-    EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
-    EXPECT_TRUE(dialog.Edit(u""));
-    EXPECT_FALSE(dialog.ShowsHint() || dialog.IsAcceptable());
+TEST(KeyEntry, IsLongEnoughFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange) {
+    KeyEntry entry;
+    EXPECT_TRUE(entry.Edit(u"abcd efgh ijkl mno"));
+    EXPECT_FALSE(entry.IsLongEnough());
+    EXPECT_TRUE(entry.Edit(Typed));
+    EXPECT_FALSE(entry.Edit(u"abcΩ"));
+    EXPECT_TRUE(entry.ShowsHint() && entry.IsLongEnough());
+    EXPECT_EQ(entry.Bytes().text(), TypedBytes);
+    EXPECT_EQ(entry.ChecksumLine(), "Checksum is 6304");
+    EXPECT_TRUE(entry.Edit(u""));
+    EXPECT_FALSE(entry.ShowsHint() || entry.IsLongEnough());
+    EXPECT_TRUE(entry.Edit(std::u16string(70, u'x'))) << "cut off";
+    EXPECT_EQ(entry.Bytes().text(), std::string(64, 'x'));
+    EXPECT_FALSE(entry.Edit(u"y" + std::u16string(64, u'x'))) << "the box was full";
+    EXPECT_EQ(entry.Bytes().text(), std::string(64, 'x'));
 }
 
 TEST(TypedKey, IsAskedForInTheWordsOfTheFunction) {
-    for (const auto& [function, word] :
-         {std::pair{Function::Encrypt, "encryption"}, {Function::Decrypt, "decryption"}}) {
+    for (const auto& [direction, word] :
+         {std::pair{Direction::Encrypt, "encryption"}, {Direction::Decrypt, "decryption"}}) {
         const std::string start = std::string("Enter the ") + word + " key";
-        EXPECT_EQ(KeyboardWithDisplay(function, CurrentKey{}).Prompt(),
+        EXPECT_EQ(KeyboardWithDisplay(direction, CurrentKey{}).Prompt(),
                   start + " (16-64 characters, spaces ignored, case not significant):");
-        EXPECT_EQ(KeyboardWithoutDisplay(function).Prompt(),
+        EXPECT_EQ(KeyboardWithoutDisplay(direction).Prompt(),
                   start + ", 16-64 non-space characters (which will not be displayed):");
     }
 }
 
 TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTimeWhereItCanBeShown) {
     CurrentKey key = KeyfileKey();
-    KeyboardWithDisplay dialog(Function::Encrypt, key);
-    EXPECT_TRUE(dialog.Entry().empty());
-    dialog.Edit(Typed);
-    dialog.Commit(KeyAnswer::Cancel, key);
+    FakeEngine engine;
+    engine.lastKey = "of the keyfile";
+    KeyboardWithDisplay dialog(Direction::Encrypt, key);
+    EXPECT_TRUE(dialog.Entry().Bytes().empty());
+    dialog.Entry().Edit(Typed);
+    dialog.Commit(KeyAnswer::Cancel, key, engine);
     ExpectUntouchedKeyfileKey(key);
-    dialog.Edit(Typed);
-    dialog.Commit(KeyAnswer::Yes, key);
+    EXPECT_EQ(engine.lastKey, "of the keyfile");
+    dialog.Entry().Edit(Typed);
+    dialog.Commit(KeyAnswer::Yes, key, engine);
     ExpectTypedKey(key);
     EXPECT_TRUE(key.isTextKey && key.keyBuffer.empty());
+    EXPECT_EQ(engine.lastKey, "") << "a key that was replaced lives on in the engine";
 
-    KeyboardWithDisplay again(Function::Encrypt, key);
-    EXPECT_EQ(again.Entry().text(), TypedBytes);
-    again.Commit(KeyAnswer::No, key);
+    KeyboardWithDisplay again(Direction::Encrypt, key);
+    EXPECT_EQ(again.Entry().Bytes().text(), TypedBytes);
+    again.Commit(KeyAnswer::No, key, engine);
     ExpectNoKey(key);
-    EXPECT_TRUE(again.Entry().empty());
+    EXPECT_TRUE(again.Entry().Bytes().empty());
     key.rawKeyEntry = SecretBytes::CopyOf("abcdefghijklmnop\n");
-    EXPECT_TRUE(KeyboardWithDisplay(Function::Encrypt, key).Entry().empty());
+    EXPECT_TRUE(KeyboardWithDisplay(Direction::Encrypt, key).Entry().Bytes().empty());
 }
 
 class WithoutDisplay : public testing::Test {
@@ -124,7 +132,8 @@ class WithoutDisplay : public testing::Test {
         dialog.Edit(0, first);
         dialog.Edit(1, second);
     }
-    KeyboardWithoutDisplay dialog{Function::Encrypt};
+    KeyboardWithoutDisplay dialog{Direction::Encrypt};
+    FakeEngine engine;
     ScriptedUser user;
 };
 
@@ -143,24 +152,24 @@ TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
                           {1, u"", true, false}};
     for (const Step& step : steps) {
         dialog.Edit(step.box, step.typed);
-        EXPECT_EQ(dialog.FirstIsLongEnough(), step.firstIsLongEnough);
+        EXPECT_EQ(dialog.Entry(0).IsLongEnough(), step.firstIsLongEnough);
         EXPECT_EQ(dialog.SecondIsEnabled(), step.firstIsLongEnough);
         EXPECT_EQ(dialog.ShowsOk(), step.showsOk);
     }
-    EXPECT_EQ(dialog.ChecksumLine(), "Checksum is 6304");
+    EXPECT_EQ(dialog.Entry(0).ChecksumLine(), "Checksum is 6304");
     EXPECT_FALSE(dialog.Edit(1, u"Ω"));
-    EXPECT_TRUE(dialog.ShowsHint(1) && !dialog.ShowsHint(0));
+    EXPECT_TRUE(dialog.Entry(1).ShowsHint() && !dialog.Entry(0).ShowsHint());
     Type(u"  abcd efgh ijkl mnop ", u"ABCDEFGHIJKLMNOP  ");
     EXPECT_TRUE(dialog.EntriesMatch(user)) << "but for case and blanks";
-    EXPECT_EQ(dialog.Entry(0).text(), TypedBytes);
+    EXPECT_EQ(dialog.Entry(0).Bytes().text(), TypedBytes);
 }
 
 TEST_F(WithoutDisplay, EmptiesTheFirstBoxAfterAMismatchAndKeepsTheSecondOpen) {
     Type(Typed, u"abcdefghijklmnoq");
     user.Expect(Notice("The key entries do not match!", "Error", BoxIcon::Exclamation));
     EXPECT_FALSE(dialog.EntriesMatch(user));
-    EXPECT_TRUE(dialog.Entry(0).empty());
-    EXPECT_EQ(dialog.Entry(1).text(), "abcdefghijklmnoq");
+    EXPECT_TRUE(dialog.Entry(0).Bytes().empty());
+    EXPECT_EQ(dialog.Entry(1).Bytes().text(), "abcdefghijklmnoq");
     for (const auto* first : {u"", u"abc"}) {
         dialog.Edit(0, first);
         EXPECT_TRUE(dialog.SecondIsEnabled() && !dialog.ShowsOk());
@@ -187,8 +196,8 @@ TEST_F(WithoutDisplay, FollowsTheAnswerOfTheInspectionAndChangesNothingWhenCance
         user.Expect(Question("Inspect the key?", "Key specified"), inspects);
         const KeyAnswer answer = dialog.AskToInspect(user, inspector);
         ExpectUntouchedKeyfileKey(key);
-        dialog.Commit(cancelled ? KeyAnswer::Cancel : answer, key);
-        EXPECT_TRUE(dialog.Entry(0).empty() && dialog.Entry(1).empty());
+        dialog.Commit(cancelled ? KeyAnswer::Cancel : answer, key, engine);
+        EXPECT_TRUE(dialog.Entry(0).Bytes().empty() && dialog.Entry(1).Bytes().empty());
         if (cancelled) {
             ExpectUntouchedKeyfileKey(key);
         } else if (accepted || inspects == Answer::No) {

@@ -12,7 +12,7 @@ namespace {
 const KeyLabels Saved{"before", "(before)"};
 const KeyLabels Shown{"now", "(now)"};
 
-CurrentKey KeyInState(std::int16_t state) {
+CurrentKey KeyInState(KeyState state) {
     CurrentKey key;
     key.keyState = state;
     key.keyText = SecretBytes::CopyOf("ABCDEFGHIJKLMNOP");
@@ -21,24 +21,25 @@ CurrentKey KeyInState(std::int16_t state) {
 
 TEST(KeyLabels, TellWhereTheKeyCameFrom) {
     const struct {
-        std::int16_t state;
+        KeyState state;
         bool isNew, isRandom, isText;
         std::string second;
-    } cases[] = {{-1, true, true, true, ""},
-                 {0, true, true, true, "(keyboard entry)"},
-                 {2, true, true, false, "(new random key in keyfile)"},
-                 {2, false, true, true, "(apparently random key in keyfile)"},
-                 {2, false, false, true, "(text key in keyfile)"},
-                 {2, false, false, false, "(non-random non-text key in keyfile)"},
-                 {1, false, false, false, "(now)"}};
+    } cases[] = {{KeyState::NoKey, true, true, true, ""},
+                 {KeyState::Keyboard, true, true, true, "(keyboard entry)"},
+                 {KeyState::Keyfile, true, true, false, "(new random key in keyfile)"},
+                 {KeyState::Keyfile, false, true, true, "(apparently random key in keyfile)"},
+                 {KeyState::Keyfile, false, false, true, "(text key in keyfile)"},
+                 {KeyState::Keyfile, false, false, false, "(non-random non-text key in keyfile)"}};
     for (const auto& c : cases) {
         CurrentKey key = KeyInState(c.state);
         key.isNewRandomKey = c.isNew;
         key.isApparentlyRandom = c.isRandom;
         key.isTextKey = c.isText;
         ScriptedUser user;
-        const KeyLabels expected{c.state < 0 ? "Key not specified" : "Key specified", c.second};
-        EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), expected) << c.second;
+        FakeEngine engine;
+        const KeyLabels expected{c.state == KeyState::NoKey ? "Key not specified" : "Key specified",
+                                 c.second};
+        EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), expected) << c.second;
     }
 }
 
@@ -47,7 +48,8 @@ TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
     KeyFrame frame;
     key.keyChoiceAbandoned = true;
     ScriptedUser user;
-    EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), Saved);
+    FakeEngine engine;
+    EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), Saved);
     frame.Open(key, Saved);
     EXPECT_TRUE(frame.IsOpen());
     EXPECT_FALSE(key.keyChoiceAbandoned);
@@ -58,12 +60,12 @@ TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
     EXPECT_FALSE(frame.IsOpen());
     frame.Open(key, Shown);
     EXPECT_EQ(frame.SavedLabels(), Shown);
-    EXPECT_EQ(frame.Close(KeyInState(key_state::Keyfile)), KeyFrom);
-    EXPECT_EQ(frame.Close(KeyInState(key_state::Keyboard)), DoIt);
+    EXPECT_EQ(frame.Close(KeyInState(KeyState::Keyfile)), KeyFrom);
+    EXPECT_EQ(frame.Close(KeyInState(KeyState::Keyboard)), DoIt);
 }
 
 TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
-    CurrentKey key = KeyInState(key_state::Keyfile);
+    CurrentKey key = KeyInState(KeyState::Keyfile);
     key.keyBuffer = SecretBytes::CopyOf("buffer");
     key.rawKeyEntry = SecretBytes::CopyOf("raw");
     key.keyfilePath = "/home/a/key";
@@ -76,10 +78,10 @@ TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
     EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
     EXPECT_TRUE(key.keyfilePath.empty());
     EXPECT_EQ(engine.lastKey, "");
-    EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), NoKeyLabels());
-    key.keyState = key_state::Keyfile; // but without a key
+    EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), NoKeyLabels());
+    key.keyState = KeyState::Keyfile; // but without a key
     user.Expect(Notice("Error processing key!", "Error", BoxIcon::Critical));
-    EXPECT_EQ(UpdateKeyLabels(key, Shown, Saved, user), KeyLabels{});
+    EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), KeyLabels{});
     EXPECT_FALSE(key.IsHeld());
 }
 

@@ -2,8 +2,8 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
-#include "libs/cipher/zr5_engine.h"
 #include "libs/filekit/kit_fixture.h"
+#include "support/fakes.h"
 #include "support/key_windows.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"
@@ -32,12 +32,11 @@ class KeyfileChoiceTest : public KitTest {
         key.rawKeyEntry = SecretBytes::CopyOf(std::string_view("typed before"));
         key.keyfilePath = "/before";
         key.checksum = 4321;
-        key.keyState = key_state::Keyfile;
+        key.keyState = KeyState::Keyfile;
         key.isNewRandomKey = true;
     }
-    void Run(KeyfileMode mode, Function function = Function::Encrypt) {
-        GetKeyFromKeyfile(mode, function, {user, disk, *engine, *kit, random, inspector, collector},
-                          key);
+    void Run(KeyfileMode mode, Direction direction = Direction::Encrypt) {
+        GetKeyFromKeyfile(mode, direction, machine, {inspector, collector}, key);
     }
     /// Takes an existing keyfile, uninspected.
     void Take(const std::string& path) {
@@ -70,7 +69,8 @@ class KeyfileChoiceTest : public KitTest {
 
     ScriptedUser user;
     StoppedClock clock;
-    std::unique_ptr<CipherEngine> engine = MakeCipherEngine(*system, clock, random);
+    FakeEngine engine;
+    Machine machine{user, disk, engine, *kit, clock, random, "/usr/bin/zr5e", "/"};
     FakeInspector inspector;
     FakeCollector collector;
     CurrentKey key;
@@ -188,7 +188,7 @@ TEST_F(KeyfileChoiceTest, ChangesNothingWhereverTheUserGivesUp) {
         ExpectAbandoned(where);
     };
     user.ExpectFile("Get decryption key from keyfile", std::nullopt);
-    Run(KeyfileMode::Existing, Function::Decrypt);
+    Run(KeyfileMode::Existing, Direction::Decrypt);
     ExpectAbandoned("first picker");
     user.ExpectFile(GetTitle, folder / "new")
         .Expect("Keyfile does not exist.",

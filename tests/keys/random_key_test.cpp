@@ -1,7 +1,6 @@
 #include "keys/random_key.h"
 
 #include "keys/classification.h"
-#include "libs/cipher/key_text.h"
 #include "libs/filekit/randomness.h"
 #include "support/stopped_clock.h"
 
@@ -77,7 +76,7 @@ TEST(RandomKey, IsUniformInEveryPlaceAndNeverTakenForText) {
         for (int i = 0; i < Keys; ++i) {
             const SecretBytes key = byMovement ? collected() : MakeRandomKey(random);
             ASSERT_EQ(key.size(), KeyfileBytes);
-            ASSERT_FALSE(byMovement && KeyBytesAreText(key.text()));
+            ASSERT_FALSE(byMovement && KeyIsText(key.text()));
             ASSERT_GE(BufferRandomness(key.bytes()), 0.88);
             for (std::size_t place = 0; place < KeyfileBytes; ++place) {
                 const auto code = std::to_integer<std::size_t>(key.bytes()[place]);

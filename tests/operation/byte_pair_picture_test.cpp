@@ -1,7 +1,7 @@
-#include "operation/byte_pair_picture.h"
+#include "operation/measure/byte_pair_picture.h"
 
 #include "libs/filekit/kit_fixture.h"
-#include "operation/picture_file.h"
+#include "operation/measure/picture_file.h"
 #include "support/scripted_user.h"
 #include "support/stopped_clock.h"
 

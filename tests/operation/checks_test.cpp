@@ -59,7 +59,7 @@ TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
 }
 
 TEST_F(Checks, DescribeADifferentOutput) {
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     ChooseOutput("b.txt");
     Says(&Confirmation::output, "The output file is specified as b.txt in the same folder.");
     EXPECT_EQ(view.asked.back().warning, "");
@@ -67,9 +67,9 @@ TEST_F(Checks, DescribeADifferentOutput) {
     folder.Write("b.txt", "of an earlier run");
     Says(&Confirmation::warning, "The output file exists already. It will be overwritten.");
     const TemporaryFolder elsewhere;
-    setup.Folder[Output] = elsewhere.Path();
+    setup.Folder[OutputSide] = elsewhere.Path();
     Says(&Confirmation::output, "The output file is specified as " + (elsewhere / "b.txt") + ".");
-    setup.FileName[Output] = "a.txt";
+    setup.FileName[OutputSide] = "a.txt";
     Says(&Confirmation::output, "The output file will have the same name.");
 }
 
@@ -85,10 +85,10 @@ TEST_F(Checks, RefuseAnOutputThatIsTheInputByWhateverName) {
 
 TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     ChooseOutput("");
-    key.keyState = key_state::NoKey;
-    setup.Operation = Function::Decrypt;
+    key.keyState = KeyState::NoKey;
+    setup.Operation = Direction::Decrypt;
     Refuses("Please specify the decryption key.", "Decryption key not specified", BoxIcon::None);
-    key.keyState = key_state::Keyboard;
+    key.keyState = KeyState::Keyboard;
     Refuses("Output file not specified.", "Output file", BoxIcon::Information);
     EXPECT_TRUE(view.asked.empty());
 }
@@ -119,7 +119,7 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
     setup.InputMode = InputSource::FilesInAFolder;
     folder.Write("b.txt", "plain");
     Says(&Confirmation::warning, "1 of these files" + again);
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     Says(&Confirmation::warning, "");
 }
 
@@ -132,22 +132,22 @@ TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {
                  "Warning!", BoxIcon::Exclamation, Answer::No);
     folder.Write("TOOL.Exe", "abc");
     ChooseInput("TOOL.Exe");
-    key.keyState = key_state::NoKey;
+    key.keyState = KeyState::NoKey;
     user.Expect(question, Answer::No);
     EXPECT_FALSE(May());
-    key.keyState = key_state::Keyboard;
+    key.keyState = KeyState::Keyboard;
     user.Expect(question, Answer::Yes);
     EXPECT_TRUE(May());
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     EXPECT_TRUE(May());
-    setup.Operation = Function::Encrypt;
+    setup.Operation = Direction::Encrypt;
     setup.InputMode = InputSource::FilesInAFolder;
     EXPECT_TRUE(May());
 }
 
 TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
     FaultyFileSystem full(*disk);
-    Machine machineOnIt{full, engine, kit, user, clock, "/usr/bin/zr5e"};
+    Machine machineOnIt{user, full, engine, kit, clock, random, "/usr/bin/zr5e", config.Path()};
     const std::string drive = DriveOf(*disk, folder.Path());
     constexpr std::uint64_t Kb = 1024;
     constexpr std::uint64_t Mb = Kb * Kb;
@@ -178,7 +178,7 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
 
     full.freeBytes = std::optional<std::uint64_t>{};
     setup.OutputMode = OutputTarget::SeparateOutput;
-    setup.Folder[Output] = "/proc/vanished/";
+    setup.Folder[OutputSide] = "/proc/vanished/";
     user.Expect(
         Notice("Error when attempting to access drive /proc", "Error", BoxIcon::Exclamation));
     EXPECT_FALSE(MayStart(setup, key, machineOnIt, view, [] { return false; }));
@@ -212,8 +212,8 @@ TEST_F(Checks, SayWhenThereIsNothingToDo) {
     setup.FilePattern = "";
     folder.Remove("a.txt");
     Refuses("The input folder is empty.", "Nothing to do");
-    setup.Folder[Input] += "gone/";
-    Refuses("Error when attempting to count files in " + setup.Folder[Input] + ".", "Error");
+    setup.Folder[InputSide] += "gone/";
+    Refuses("Error when attempting to count files in " + setup.Folder[InputSide] + ".", "Error");
 }
 
 TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {
@@ -231,7 +231,7 @@ TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder)
     EXPECT_TRUE(several.IsDueFor("a.txt"));
     several.Closed(true);
     EXPECT_FALSE(several.IsDueFor("b.txt"));
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     EXPECT_FALSE(PurgeWarning(setup).IsDueFor("/d/Letter.DOCX"));
 }
 

@@ -1,8 +1,8 @@
 #include "operation/driver.h"
 
-#include "operation/file_ops.h"
+#include "operation/file_work.h"
 #include "operation/operation_fixture.h"
-#include "operation/result_text.h"
+#include "operation/report/file_result.h"
 
 #include <filesystem>
 
@@ -14,18 +14,17 @@ class DriverTest : public OperationTest {
     /// The report of one run of the driver over the list.
     std::string Run() {
         screen.BeginRun(setup.Operation);
-        ProcessFiles(Context(), screen);
+        totals = ProcessFiles(Context());
         screen.EndRun();
         return screen.text();
     }
-    void Add(const std::string& name) {
-        list.push_back({WorkItem::Kind::File, folder / name, folder / name});
-    }
+    void Add(const std::string& name) { list.AddFile(folder / name, folder / name); }
     /// What follows the heading.
     std::string Entries() {
         const std::string report = Run();
         return report.substr(report.find("\r\n") + 2);
     }
+    OperationTotals totals; ///< of the last run
 };
 
 TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
@@ -34,11 +33,11 @@ TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
     const std::string path = folder / "notes.odg";
     EXPECT_EQ(Entries(), "     notes.odg 1,234 bytes   -> " +
                              std::to_string(("result of " + path).size()) + " bytes\r\n");
-    EXPECT_EQ(screen.counters.totalBytes, 1234U);
-    setup.Operation = Function::Decrypt;
+    EXPECT_EQ(totals.totalBytes, 1234U);
+    setup.Operation = Direction::Decrypt;
     static_cast<void>(Run());
-    EXPECT_EQ(kit.purged,
-              (std::vector<FakeKit::Purge>{{path, 1000, true, false}, {path, 0, true, false}}));
+    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{path, PurgeMode::OverwriteAndDelete},
+                                                       {path, PurgeMode::DeleteOnly}}));
     EXPECT_EQ(folder.Names(), std::set<std::string>{"notes.odg"});
 }
 
@@ -46,8 +45,8 @@ TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
     folder.Write("a-rather-long-name.txt", "secret");
     ChooseInput("a-rather-long-name.txt");
     ChooseOutput("out.enc");
-    setup.Operation = Function::Decrypt;
-    const std::string length = std::to_string(("result of " + list.front().inputPath).size());
+    setup.Operation = Direction::Decrypt;
+    const std::string length = std::to_string(("result of " + setup.FilePath(InputSide)).size());
     EXPECT_EQ(Run(), "Decrypting " + (folder / "a-rather-long-name.txt") +
                          " to a file\r\n"
                          "  a-rather-long-name.txt 6 bytes   -> " +
@@ -62,20 +61,20 @@ TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
 TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
     folder.Write("empty", "");
     ChooseInput("empty");
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     EXPECT_EQ(Entries(), "         empty  This file is empty (0 bytes).\r\n");
     folder.Write("two", "ab");
     ChooseInput("two");
     EXPECT_EQ(Entries(), "           two  This file is too small to have been ZR5-encrypted.\r\n");
     EXPECT_TRUE(engine.calls.empty());
-    EXPECT_EQ(screen.counters.filesProcessed, 0U);
-    setup.Operation = Function::Encrypt;
+    EXPECT_EQ(totals.filesProcessed, 0U);
+    setup.Operation = Direction::Encrypt;
     EXPECT_NE(Entries().find("2 bytes   -> "), std::string::npos);
 }
 
 TEST_F(DriverTest, RefusesProtectedFilesInPlaceOnly) {
     machine.executablePath = folder / "zr5e";
-    key.keyState = key_state::Keyfile;
+    key.keyState = KeyState::Keyfile;
     key.keyfilePath = folder.Write("my.key", "abc");
     std::filesystem::create_hard_link(folder / "my.key", folder / "linked");
     for (const auto& [name, entry] :
@@ -100,25 +99,25 @@ TEST_F(DriverTest, ReportsWhyAFileCouldNotBeReplaced) {
     folder.Write("n.odg", "abc");
     ChooseInput("n.odg");
     const std::string temporary = folder / "n.odg.zr5";
-    kit.extensionResult = 1;
+    kit.findsName = false;
     EXPECT_EQ(Entries(), "         n.odg 3 bytes   Unable to get temporary output filename.\r\n");
-    kit.extensionResult = 0;
-    kit.purgeResult = -4;
+    kit.findsName = true;
+    kit.purgeResult = PurgeResult::NotOpened;
     EXPECT_EQ(Entries(), "         n.odg 3 bytes   Error when renaming temporary output file. The "
                          "result of the encryption operation is in the file " +
                              temporary + ".\r\n");
-    EXPECT_EQ(screen.counters.filesProcessed, 1U);
+    EXPECT_EQ(totals.filesProcessed, 1U);
     EXPECT_EQ(folder.Names(), (std::set<std::string>{"n.odg", "n.odg.zr5"}));
 }
 
 TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
     folder.Write("a\nb\xFF.odg", "abc");
     setup.InputMode = InputSource::FilesInAFolder;
-    setup.Folder[Input] = folder.Path();
-    list = {{WorkItem::Kind::Folder, folder.Path(), {}}};
+    setup.Folder[InputSide] = folder.Path();
+    list.AddFolder(WorkItem::Kind::Folder, folder.Path());
     Add("a\nb\xFF.odg");
-    list.push_back({WorkItem::Kind::UnreadableFolder, "/own/", {}});
-    list.push_back({WorkItem::Kind::ProhibitedFolder, "/proc/", {}});
+    list.AddFolder(WorkItem::Kind::UnreadableFolder, "/own/");
+    list.AddFolder(WorkItem::Kind::ProhibitedFolder, "/proc/");
     const std::string report = Run();
     EXPECT_TRUE(report.starts_with("Encrypting all files in the folder " + folder.Path() +
                                    " to a file with same name.\r\n\r\nFolder: " + folder.Path() +
@@ -130,7 +129,7 @@ TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
 class Anomaly : public DriverTest {
   protected:
     Anomaly() {
-        setup.Operation = Function::Decrypt;
+        setup.Operation = Direction::Decrypt;
         kit.fileRandomness = -0.4;
         folder.Write("a", std::string(4096, 'x'));
         folder.Write("b", std::string(4096, 'x'));
@@ -152,23 +151,23 @@ TEST_F(Anomaly, SkipsTheFileAndAsksWhetherToAbortUnlessItIsTheLast) {
         user.Expect("Abort?", "Abort this decryption operation?", abort);
         if (abort == Answer::No) user.Expect(question, Answer::Yes);
         static_cast<void>(Run());
-        EXPECT_EQ(screen.counters.filesProcessed, abort == Answer::No ? 1U : 0U);
+        EXPECT_EQ(totals.filesProcessed, abort == Answer::No ? 1U : 0U);
         EXPECT_EQ(screen.PausedDoneText(), abort == Answer::No ? "Done" : "Stopped");
     }
 }
 
 TEST_F(Anomaly, IsNotSuspectedOfShortUnreadableOrRandomFilesNorWhenEncrypting) {
-    using enum Function;
-    for (const auto& [name, randomness, function] : {std::tuple{"small", -0.4, Decrypt},
-                                                     {"a", RandomnessUnreadable, Decrypt},
-                                                     {"a", RandomnessThreshold, Decrypt},
-                                                     {"a", -0.4, Encrypt}}) {
+    using enum Direction;
+    for (const auto& [name, randomness, direction] : {std::tuple{"small", -0.4, Decrypt},
+                                                      {"a", RandomnessUnreadable, Decrypt},
+                                                      {"a", RandomnessThreshold, Decrypt},
+                                                      {"a", -0.4, Encrypt}}) {
         folder.Write("a", std::string(4096, 'x'));
         ChooseInput(name);
         kit.fileRandomness = randomness;
-        setup.Operation = function;
+        setup.Operation = direction;
         static_cast<void>(Run());
-        EXPECT_EQ(screen.counters.filesProcessed, 1U);
+        EXPECT_EQ(totals.filesProcessed, 1U);
     }
 }
 
@@ -182,7 +181,7 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
         static_cast<void>(disk->Remove(path));
     };
     static_cast<void>(Run());
-    EXPECT_EQ(screen.counters.filesProcessed, 2U);
+    EXPECT_EQ(totals.filesProcessed, 2U);
     EXPECT_EQ(folder.Read("c"), "abc");
 }
 
@@ -203,7 +202,9 @@ TEST(EngineResult, IsReportedInItsOwnWords) {
           {-29, "9 block expansion errors occurred." + blocks + partial},
           {-15, "Unknown error #-15."},
           {-30, "Unknown error #-30." + partial}})
-        EXPECT_EQ(EngineResultText(static_cast<std::int16_t>(code), "/o/out.txt"), text);
+        EXPECT_EQ(ResultText(FileResult::OfEngine(static_cast<EngineResult>(code), "/o/out.txt"),
+                             "/i", Direction::Decrypt, 0),
+                  text);
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 // on a disk that a test can make to fail.
 
 #include "libs/cipher/engine_fixture.h"
-#include "libs/filekit/zr5_file_kit.h"
-#include "operation/in_place.h"
+#include "libs/filekit/file_kit.h"
+#include "operation/file_work.h"
 #include "operation/interrupted_operation.h"
 #include "operation/operation_run.h"
 #include "support/scripted_user.h"
@@ -19,22 +19,21 @@ namespace zr5::test {
 using Names = std::set<std::string>;
 
 /// One way through the program: in place, or to another file that is there already or not.
-struct Road {
-    Function function;
+struct Way {
+    Direction direction;
     bool elsewhere = false;
     bool overAnOutput = false;
 };
-inline constexpr std::array Roads = {
-    Road{Function::Encrypt},       Road{Function::Decrypt},
-    Road{Function::Encrypt, true}, Road{Function::Encrypt, true, true},
-    Road{Function::Decrypt, true}, Road{Function::Decrypt, true, true}};
+inline constexpr std::array Ways = {
+    Way{Direction::Encrypt},       Way{Direction::Decrypt},
+    Way{Direction::Encrypt, true}, Way{Direction::Encrypt, true, true},
+    Way{Direction::Decrypt, true}, Way{Direction::Decrypt, true, true}};
 
 class Interruption : public EngineTest {
   protected:
     Interruption() {
         key.keyText = SecretBytes::CopyOf(Key);
-        key.keyState = key_state::Keyboard;
-        machine.journalPath = JournalPath();
+        key.keyState = KeyState::Keyboard;
         user.onAsk = [this](const MessageBox& box) {
             boxes += box.text;
             return AnswerThatChangesNothing(box.buttons);
@@ -44,41 +43,44 @@ class Interruption : public EngineTest {
     [[nodiscard]] std::string JournalPath() const { return config / "zr5e.journal"; }
 
     /// Works on `a` in place, without a journal.
-    FileResult Process(Function function) {
-        setup.Operation = function;
-        return ProcessInPlace({setup, key, list, machine, nullptr}, folder / "a",
-                              {{}, beforePurge});
+    FileResult Process(Direction direction) {
+        setup.Operation = direction;
+        ReportScreen screen(user, clock);
+        OperationJournal none(Disk());
+        return ProcessInPlace({setup, key, list, machine, screen, none}, folder / "a", beforePurge);
     }
     /// Makes ready what an operation on `a` finds: nothing but `original`, plain or encrypted.
-    void PrepareFor(const Road& road) {
+    void PrepareFor(const Way& way) {
         Disk().Reset();
         folder.Empty();
-        input = road.function == Function::Encrypt ? original : Sealed(original);
+        input = way.direction == Direction::Encrypt ? original : Sealed(original);
         folder.Write("a", input);
         other.Empty();
-        if (road.overAnOutput) other.Write("a", Old);
+        if (way.overAnOutput) other.Write("a", Old);
         boxes.clear();
-        setup.Operation = road.function;
+        setup.Operation = way.direction;
         setup.OutputMode =
-            road.elsewhere ? OutputTarget::SeparateOutput : OutputTarget::OverwriteInput;
-        const TemporaryFolder& output = road.elsewhere ? other : folder;
+            way.elsewhere ? OutputTarget::SeparateOutput : OutputTarget::OverwriteInput;
+        const TemporaryFolder& output = way.elsewhere ? other : folder;
         setup.Folder = {folder.Path(), output.Path()};
-        list = {{WorkItem::Kind::File, folder / "a", output / "a"}};
+        list = {};
+        list.AddFile(folder / "a", output / "a");
         Disk().Reset();
     }
     /// The report of the operation.
     std::string Run() {
         ReportScreen screen(user, clock);
-        RunOperation({setup, key, list, machine}, screen);
+        OperationJournal journal(Disk());
+        RunOperation({setup, key, list, machine, screen, journal});
         return screen.text();
     }
-    void Start() { FinishInterruptedOperations(Disk(), *kit, user, JournalPath()); }
+    void Start() { FinishInterruptedOperations(machine); }
 
     /// What a file decrypts to with the test's key; empty when it does not.
     static std::string Decrypted(const std::string& path) {
         Disk().Reset();
         const TemporaryFolder elsewhere;
-        if (DecryptPath(path, elsewhere / "out") != 0) return {};
+        if (DecryptPath(path, elsewhere / "out") != EngineResult::Success) return {};
         return elsewhere.Read("out");
     }
     /// Whether the original is still to be had in full, as it was or encrypted, from some file.
@@ -89,22 +91,22 @@ class Interruption : public EngineTest {
     }
     /// Whether nothing is lost: in place a complete file is somewhere, else the input is as it was
     /// and the output, if there is one, is the old one or complete, or `report` says otherwise.
-    bool NothingIsLost(const Road& road, const std::string& report = {}) {
-        if (!road.elsewhere) return IsSafe();
+    bool NothingIsLost(const Way& way, const std::string& report = {}) {
+        if (!way.elsewhere) return IsSafe();
         if (folder.Names() != Names{"a"} || folder.Read("a") != input) return false;
-        if (!other.Has("a")) return !road.overAnOutput;
-        const bool isOld = road.overAnOutput && other.Read("a") == Old;
-        return isOld || OutputIsComplete(road) || report.find("Partial") != std::string::npos;
+        if (!other.Has("a")) return !way.overAnOutput;
+        const bool isOld = way.overAnOutput && other.Read("a") == Old;
+        return isOld || OutputIsComplete(way) || report.find("Partial") != std::string::npos;
     }
-    bool OutputIsComplete(const Road& road) {
-        const TemporaryFolder& output = road.elsewhere ? other : folder;
-        if (road.function == Function::Decrypt) return output.Read("a") == original;
+    bool OutputIsComplete(const Way& way) {
+        const TemporaryFolder& output = way.elsewhere ? other : folder;
+        if (way.direction == Direction::Decrypt) return output.Read("a") == original;
         return Decrypted(output / "a") == original;
     }
     /// Whether the files are such as a start of the program should leave them.
-    bool IsMended(const Road& road) {
+    bool IsMended(const Way& way) {
         const Names outputs = other.Names();
-        return NothingIsLost(road) && folder.Names() == Names{"a"} && config.Names().empty() &&
+        return NothingIsLost(way) && folder.Names() == Names{"a"} && config.Names().empty() &&
                (outputs.empty() || outputs == Names{"a"});
     }
     /// What lies about that neither `told` nor the setup names.
@@ -129,7 +131,7 @@ class Interruption : public EngineTest {
     std::unique_ptr<FileKit> kit = MakeFileKit(Disk(), random);
     ScriptedUser user;
     StoppedClock clock;
-    Machine machine{Disk(), Engine(), *kit, user, clock, "/usr/bin/zr5e"};
+    Machine machine{user, Disk(), Engine(), *kit, clock, random, "/usr/bin/zr5e", config.Path()};
     OperationSetup setup;
     CurrentKey key;
     WorkList list;

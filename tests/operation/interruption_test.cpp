@@ -100,13 +100,13 @@ namespace {
 TEST_F(Interruption, OfTheDiskAtAnyCallLosesNothingAndHidesNothing) {
     unsigned faults = 0;
     unsigned partial = 0;
-    for (const Road& road : Roads) {
+    for (const Way& way : Ways) {
         for (const FsStatus status :
              {FsStatus::IoError, FsStatus::NoSpace, FsStatus::NotPermitted}) {
             // Of a long file a part is written before the disk fails.
             original = PatternBytes(status == FsStatus::IoError ? 1'100'000 : 3000);
             for (unsigned number = 1;; ++number) {
-                PrepareFor(road);
+                PrepareFor(way);
                 Disk().FailAny(number, status);
                 const std::string report = Run();
                 if (!Disk().AllMet()) break;
@@ -114,12 +114,12 @@ TEST_F(Interruption, OfTheDiskAtAnyCallLosesNothingAndHidesNothing) {
                 partial += report.find("Partial plaintext") != std::string::npos ? 1U : 0U;
                 Disk().Reset();
                 const std::string where = "call " + std::to_string(number) + "\n" + report;
-                ASSERT_TRUE(NothingIsLost(road, report)) << where;
+                ASSERT_TRUE(NothingIsLost(way, report)) << where;
                 EXPECT_EQ(Unnamed(report), Names{}) << where;
                 const Names before = folder.Names();
                 Start();
                 EXPECT_EQ(Unnamed(report), Names{}) << where;
-                EXPECT_TRUE(boxes.empty() ? folder.Names() == before : IsMended(road))
+                EXPECT_TRUE(boxes.empty() ? folder.Names() == before : IsMended(way))
                     << where << boxes;
                 EXPECT_EQ(config.Names(), Names{}) << where;
             }
@@ -131,12 +131,12 @@ TEST_F(Interruption, OfTheDiskAtAnyCallLosesNothingAndHidesNothing) {
 
 TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
     unsigned removals = 0;
-    for (const Road& road : Roads) {
-        const std::string disk = (road.elsewhere ? other : folder).Path();
+    for (const Way& way : Ways) {
+        const std::string disk = (way.elsewhere ? other : folder).Path();
         const std::string away = disk.substr(0, disk.size() - 1) + ".away";
         for (const bool leavesFolder : {false, true}) { // as a mount point stays
             for (unsigned number = 1;; ++number) {
-                PrepareFor(road);
+                PrepareFor(way);
                 Disk().BeforeAny(number, [&] {
                     std::filesystem::rename(disk, away);
                     if (leavesFolder) std::filesystem::create_directory(disk);
@@ -157,7 +157,7 @@ TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
                 }
                 std::filesystem::remove_all(disk);
                 std::filesystem::rename(away, disk);
-                ASSERT_TRUE(NothingIsLost(road, report)) << number << report;
+                ASSERT_TRUE(NothingIsLost(way, report)) << number << report;
                 Start();
                 EXPECT_EQ(Unnamed(""), Names{}) << number << report << boxes;
                 EXPECT_EQ(config.Names(), Names{}) << number;
@@ -168,13 +168,12 @@ TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
 }
 
 TEST_F(Interruption, OfADiskThatIsNotThereLeavesNothingAndStopsNothing) {
-    PrepareFor(Roads[2]);
-    list.clear();
+    PrepareFor(Ways[2]);
+    list = {};
     for (const char* name : {"b", "c", "d", "e", "f", "g", "h", "i", "j", "k"}) {
-        list.push_back({WorkItem::Kind::File, folder.Write(name, "content"),
-                        other / "not-there/" + std::string(name)});
+        list.AddFile(folder.Write(name, "content"), other / "not-there/" + std::string(name));
     }
-    list.push_back({WorkItem::Kind::File, folder / "a", other / "a"});
+    list.AddFile(folder / "a", other / "a");
     EXPECT_EQ(Run().find("may be left"), std::string::npos);
     EXPECT_TRUE(other.Has("a"));
     EXPECT_EQ(config.Names(), Names{});
@@ -183,7 +182,7 @@ TEST_F(Interruption, OfADiskThatIsNotThereLeavesNothingAndStopsNothing) {
 TEST_F(Interruption, OfTheLastNoteLeavesAPartThatTheReportNames) {
     unsigned named = 0;
     for (unsigned number = 1;; ++number) {
-        PrepareFor(Roads[1]);
+        PrepareFor(Ways[1]);
         std::string damaged = Sealed(PatternBytes(200'000));
         damaged[70'000] = static_cast<char>(damaged[70'000] ^ 1);
         folder.Write("a", damaged);
@@ -203,16 +202,16 @@ TEST_F(Interruption, OfTheLastNoteLeavesAPartThatTheReportNames) {
 
 TEST_F(Interruption, OfASystemCallByASignalOrHalfwayIsNotNoticed) {
     unsigned faults = 0;
-    for (const Road& road : Roads) {
+    for (const Way& way : Ways) {
         for (const SystemCallFault fault : {SystemCallFault::Interrupted, SystemCallFault::Short}) {
             for (unsigned number = 1;; ++number) {
-                PrepareFor(road);
+                PrepareFor(way);
                 ArmSystemCallFault(fault, number);
                 const std::string report = Run();
                 if (!DisarmSystemCallFault()) break;
                 ++faults;
                 EXPECT_NE(report.find("-> "), std::string::npos) << number << report;
-                ASSERT_TRUE(IsMended(road) && OutputIsComplete(road)) << number << report;
+                ASSERT_TRUE(IsMended(way) && OutputIsComplete(way)) << number << report;
             }
         }
     }
@@ -235,14 +234,14 @@ TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
     unsigned kills = 0;
     for (const std::size_t length : {1U, 70'000U}) {
         original = PatternBytes(length);
-        for (const Road& road : Roads) {
+        for (const Way& way : Ways) {
             bool killed = true;
             for (unsigned number = 1; killed; ++number) {
-                PrepareFor(road);
+                PrepareFor(way);
                 killed = KilledAtSystemCall(number, [&] { (void)Run(); });
-                ASSERT_TRUE(NothingIsLost(road)) << "killed at system call " << number;
+                ASSERT_TRUE(NothingIsLost(way)) << "killed at system call " << number;
                 Start();
-                ASSERT_TRUE(IsMended(road)) << "killed at system call " << number << boxes;
+                ASSERT_TRUE(IsMended(way)) << "killed at system call " << number << boxes;
                 kills += killed ? 1 : 0;
             }
         }
@@ -252,16 +251,16 @@ TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
 
 TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
     constexpr unsigned Stride = 17; // through the run; every call of each mending
-    for (const Road& road : Roads) {
+    for (const Way& way : Ways) {
         bool killed = true;
         for (unsigned number = 1; killed; number += Stride) {
             bool mendingKilled = true;
             for (unsigned inMending = 1; mendingKilled; ++inMending) {
-                PrepareFor(road);
+                PrepareFor(way);
                 killed = KilledAtSystemCall(number, [&] { (void)Run(); });
                 mendingKilled = KilledAtSystemCall(inMending, [&] { Start(); });
                 Start();
-                ASSERT_TRUE(IsMended(road)) << number << ", then " << inMending;
+                ASSERT_TRUE(IsMended(way)) << number << ", then " << inMending;
             }
         }
     }

@@ -13,11 +13,11 @@ class LeftJournal : public Interruption {
     LeftJournal() {
         folder.Write("a", "original");
         folder.Write("a.zr5", "result");
-        record.originalPath = folder / "a";
-        record.resultPath = folder / "a.zr5";
+        record.inputPath = folder / "a";
+        record.outputPath = folder / "a.zr5";
         record.partPath = folder / ".zr5-0123456789abcdef.part";
-        record.original = MarkOf(*System().Info(folder / "a"));
-        record.result = MarkOf(*System().Info(folder / "a.zr5"));
+        record.input = MarkOf(*System().Info(folder / "a"));
+        record.output = MarkOf(*System().Info(folder / "a.zr5"));
         record.overwriteHead = "\x01\x02 head";
     }
     InterruptionEnd End(JournalRecord::Step step) {
@@ -25,7 +25,7 @@ class LeftJournal : public Interruption {
         OperationJournal journalLeft(Disk());
         EXPECT_TRUE(journalLeft.OpenNew(JournalPath()));
         EXPECT_TRUE(journalLeft.Note(record));
-        const InterruptionEnd end = EndInterruptedFile(Disk(), *kit, journalLeft);
+        const InterruptionEnd end = EndInterruptedFile(machine, journalLeft);
         EXPECT_TRUE(journalLeft.Note({}));
         return end;
     }
@@ -43,7 +43,7 @@ TEST_F(LeftJournal, TakesAwayOnlyWhatTheRunHadMade) {
     EXPECT_EQ(End(WritingElsewhere), InterruptionEnd::Untouched);
     EXPECT_EQ(folder.Read("a.zr5"), "of somebody else");
 
-    record.result = {}; // stopped before it was complete
+    record.output = {}; // stopped before it was complete
     folder.Write(".zr5-0123456789abcdef.part", "beginning");
     EXPECT_EQ(End(Writing), InterruptionEnd::Undone);
     EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"}));
@@ -66,8 +66,8 @@ TEST_F(LeftJournal, CompletesWhatItCanProve) {
 
     std::filesystem::rename(folder / "a", folder / "a.zr5");
     folder.Write("a", "\x01\x02 headoriginal"); // overwriting had begun
-    record.original = MarkOf(*System().Info(folder / "a"));
-    record.original.modifiedNs = 1;
+    record.input = MarkOf(*System().Info(folder / "a"));
+    record.input.modifiedNs = 1;
     EXPECT_EQ(End(Replacing), InterruptionEnd::Finished);
     EXPECT_EQ(folder.Read("a"), "result");
 }
@@ -75,16 +75,16 @@ TEST_F(LeftJournal, CompletesWhatItCanProve) {
 TEST_F(LeftJournal, TouchesNothingThatSomebodyElseMayHaveWritten) {
     using enum JournalRecord::Step;
     const Names both{"a", "a.zr5"};
-    record.original.modifiedNs = 1; // the original was edited in place: the same length
+    record.input.modifiedNs = 1; // the original was edited in place: the same length
     EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
-    record.original.lengthBytes = 3;
+    record.input.lengthBytes = 3;
     EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
-    record.original = MarkOf(*System().Info(folder / "a"));
-    record.result.lengthBytes = 7; // the result is another file
+    record.input = MarkOf(*System().Info(folder / "a"));
+    record.output.lengthBytes = 7; // the result is another file
     EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
     EXPECT_EQ(folder.Names(), both);
     EXPECT_EQ(folder.Read("a"), "original");
-    record.result = MarkOf(*System().Info(folder / "a.zr5"));
+    record.output = MarkOf(*System().Info(folder / "a.zr5"));
     folder.Remove("a");
     std::filesystem::create_directory(folder / "a");
     EXPECT_EQ(End(Replacing), InterruptionEnd::LeftAlone);
@@ -134,9 +134,9 @@ TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
     EXPECT_EQ(boxOfStart(Answer::Ok),
               "The program has not touched the file. Its encryption is complete, in\r\n\r\n" +
                   result);
-    record.encrypts = false;
+    record.direction = Direction::Decrypt;
     EXPECT_TRUE(boxOfStart(Answer::Ok).ends_with("please decrypt it again."));
-    record.result = {};
+    record.output = {};
     folder.Write(".zr5-0123456789abcdef.part", "beginning");
     EXPECT_EQ(boxOfStart(Answer::Ok),
               "The program has not touched the file. The unfinished result has been "
@@ -144,14 +144,14 @@ TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
                   folder.Path());
     EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"}));
 
-    const std::string inputPath = record.originalPath; // whose disk alone may be away
+    const std::string inputPath = record.inputPath; // whose disk alone may be away
     folder.Write(".zr5-0123456789abcdef.part", "beginning");
-    record.originalPath = folder / "not-there/a";
+    record.inputPath = folder / "not-there/a";
     EXPECT_TRUE(boxOfStart(Answer::Yes).starts_with("Not all of it can be found now."));
     EXPECT_TRUE(folder.Has(".zr5-0123456789abcdef.part"));
 
-    record.originalPath = inputPath;
-    record.resultPath = folder / "not-there/a";
+    record.inputPath = inputPath;
+    record.outputPath = folder / "not-there/a";
     record.partPath = folder / "not-there/.zr5-0123456789abcdef.part";
     EXPECT_TRUE(boxOfStart(Answer::No).starts_with("Not all of it can be found now."));
     EXPECT_EQ(config.Names(), Names{"zr5e.journal"}) << "for another start";
@@ -196,7 +196,7 @@ TEST_F(LeftJournal, KeepsTheLastWholeRecordWhenOneIsTornOrCannotBeWritten) {
     Disk().Fail(FsCall::Write, 1, FsStatus::IoError); // half of it is written
     EXPECT_FALSE(writing.Note(record));
     EXPECT_EQ(writing.Last(), whole);
-    record.originalPath = std::string(20'000, 'x');
+    record.inputPath = std::string(20'000, 'x');
     EXPECT_FALSE(writing.Note(record));
     writing.Close();
     OperationJournal reading(Disk());
@@ -216,7 +216,7 @@ class Interference : public Interruption {
 
 TEST_F(Interference, WithWhatWasWrittenIsFoundByReadingItBack) {
     original = "content";
-    PrepareFor(Roads[0]);
+    PrepareFor(Ways[0]);
     // The seal of the block is damaged after it was written and before it is read back.
     Disk().Before(FsCall::FlushFolder, 2, [this] {
         std::string sealed = folder.Read("a.zr5");
@@ -231,9 +231,9 @@ TEST_F(Interference, WithWhatWasWrittenIsFoundByReadingItBack) {
 TEST_F(Interference, UnderTheNameOfTheResultReplacesNothing) {
     // At any time: another run may have chosen the same free name.
     unsigned taken = 0;
-    for (const Road& road : {Roads[0], Roads[1]}) {
+    for (const Way& way : {Ways[0], Ways[1]}) {
         for (unsigned number = 1;; ++number) {
-            PrepareFor(road);
+            PrepareFor(way);
             bool isTaken = false;
             Disk().BeforeAny(number, [&] {
                 isTaken = !folder.Has("a.zr5") && folder.Read("a") == input;
@@ -252,12 +252,12 @@ TEST_F(Interference, UnderTheNameOfTheResultReplacesNothing) {
 }
 
 TEST_F(Interference, WithTheVerifiedResultKeepsTheOriginal) {
-    PrepareFor(Roads[0]);
+    PrepareFor(Ways[0]);
     beforePurge = [&] { // a box may stand there for hours
         folder.Remove("a.zr5");
         folder.Write("a.zr5", Foreign);
     };
-    EXPECT_EQ(Process(Function::Encrypt).outcome, engine_code::WriteError);
+    EXPECT_EQ(Process(Direction::Encrypt).engineResult, EngineResult::WriteError);
     EXPECT_EQ(folder.Read("a"), original);
     EXPECT_TRUE(ForeignFileIsThere());
 }
@@ -269,22 +269,22 @@ TEST_F(Interference, WithTheOriginalKeepsItsNewVersion) {
         std::filesystem::rename(folder / "new", folder / "a");
     };
     struct Moment {
-        Function function;
+        Direction direction;
         FsCall call;
         unsigned number; ///< of the purge's such calls; 0: before the purge
     };
     for (const Moment& moment :
-         {Moment{Function::Encrypt, FsCall::Open, 1}, Moment{Function::Encrypt, FsCall::Write, 2},
-          Moment{Function::Decrypt, FsCall::Open, 0}}) {
+         {Moment{Direction::Encrypt, FsCall::Open, 1}, Moment{Direction::Encrypt, FsCall::Write, 2},
+          Moment{Direction::Decrypt, FsCall::Open, 0}}) {
         beforePurge = {};
-        PrepareFor(Road{moment.function});
+        PrepareFor(Way{moment.direction});
         beforePurge = [&] {
             if (moment.number == 0) return saveNewVersion();
             Disk().Before(moment.call, moment.number, saveNewVersion);
         };
-        const FileResult result = Process(moment.function);
+        const FileResult result = Process(moment.direction);
         Disk().Reset();
-        EXPECT_EQ(result.outcome, outcome::NotRenamed);
+        EXPECT_EQ(result.outcome, Outcome::NotRenamed);
         EXPECT_EQ(folder.Read("a"), Foreign);
         EXPECT_TRUE(IsSafe());
     }
@@ -293,10 +293,10 @@ TEST_F(Interference, WithTheOriginalKeepsItsNewVersion) {
 TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
     folder.Write("a", "mine");
     Disk().Before(FsCall::Rename, 2, [this] { folder.Write("a", "theirs"); });
-    const FileResult result = Process(Function::Encrypt);
-    EXPECT_EQ(result.outcome, outcome::NotRenamed);
+    const FileResult result = Process(Direction::Encrypt);
+    EXPECT_EQ(result.outcome, Outcome::NotRenamed);
     EXPECT_EQ(folder.Read("a"), "theirs");
-    EXPECT_EQ(Decrypted(result.resultPath), "mine");
+    EXPECT_EQ(Decrypted(result.outputPath), "mine");
 }
 
 TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
@@ -304,9 +304,9 @@ TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
     std::string damaged = Sealed(original);
     damaged[100] = static_cast<char>(damaged[100] ^ 1);
     folder.Write("a", damaged);
-    const FileResult result = Process(Function::Decrypt);
-    EXPECT_EQ(result.outcome, -21);
-    EXPECT_EQ(result.resultPath, folder / "a.zr5");
+    const FileResult result = Process(Direction::Decrypt);
+    EXPECT_EQ(result.engineResult, EngineResult::OneDamagedBlock);
+    EXPECT_EQ(result.outputPath, folder / "a.zr5");
     EXPECT_EQ(folder.Read("a"), damaged);
     EXPECT_EQ(folder.Read("a.zr5"), std::string(65'536, '\0') + original.substr(65'536));
 }

@@ -3,8 +3,8 @@
 // An operation on real files in a fresh folder, with an engine and a file kit that answer what
 // the test sets, unless it takes the real ones.
 
-#include "libs/cipher/zr5_engine.h"
-#include "libs/filekit/zr5_file_kit.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/filekit/file_kit.h"
 #include "libs/system/random.h"
 #include "operation/operation_run.h"
 #include "support/fakes.h"
@@ -33,13 +33,13 @@ class OperationTest : public testing::Test {
   protected:
     OperationTest() {
         key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
-        key.keyState = key_state::Keyboard;
+        key.keyState = KeyState::Keyboard;
         key.checksum = 6304;
         engine.onFile = [this](const std::string& input, const std::string& output) {
             std::ofstream(output) << "result of " << input;
         };
         kit.onPurge = [this](const std::string& path) {
-            if (kit.purgeResult == 0) static_cast<void>(disk->Remove(path));
+            if (kit.purgeResult == PurgeResult::Done) static_cast<void>(disk->Remove(path));
         };
     }
 
@@ -47,16 +47,20 @@ class OperationTest : public testing::Test {
     void ChooseInput(const std::string& name) {
         setup.Folder = {folder.Path(), folder.Path()};
         setup.FileName = {name, name};
-        list = {{WorkItem::Kind::File, folder / name, folder / name}};
+        list = {};
+        list.AddFile(folder / name, folder / name);
     }
     /// A different output for the chosen input.
     void ChooseOutput(const std::string& name) {
         setup.OutputMode = OutputTarget::SeparateOutput;
-        setup.FileName[Output] = name;
-        list.front().outputPath = folder / name;
+        setup.FileName[OutputSide] = name;
+        list = {};
+        list.AddFile(setup.FilePath(InputSide), folder / name);
     }
 
-    [[nodiscard]] OperationContext Context() { return {setup, key, list, machine}; }
+    [[nodiscard]] OperationContext Context() {
+        return {setup, key, list, machine, screen, journal};
+    }
 
     TemporaryFolder folder;
     std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
@@ -64,11 +68,14 @@ class OperationTest : public testing::Test {
     FakeKit kit;
     ScriptedUser user;
     StoppedClock clock;
-    Machine machine{*disk, engine, kit, user, clock, "/usr/bin/zr5e"};
+    SystemRandom random;
+    TemporaryFolder config;
+    Machine machine{user, *disk, engine, kit, clock, random, "/usr/bin/zr5e", config.Path()};
     OperationSetup setup;
     CurrentKey key;
     WorkList list;
     ReportScreen screen{user, clock};
+    OperationJournal journal{*disk};
 };
 
 } // namespace zr5::test

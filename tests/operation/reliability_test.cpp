@@ -31,19 +31,20 @@ class Reliability : public Interruption {
         setup.FilePattern = "*.tst";
         setup.MaxNumFiles = 50;
         engine.onFile = [this](const std::string& from, const std::string& output) {
-            const bool encrypts = engine.lastDirection == EngineEncrypt;
+            const bool encrypts = engine.lastDirection == Direction::Encrypt;
             engine.fileResult = encrypts ? EncryptPath(from, output, engine.lastKey)
                                          : DecryptPath(from, output, engine.lastKey);
             if (afterFile) afterFile(output);
         };
     }
     void Add(const std::string& name, std::size_t length) {
-        const auto seed = static_cast<unsigned>(list.size() + 1);
+        const auto seed = static_cast<unsigned>(list.Files() + 1);
         const std::string path = folder.Write("zr5test/" + name, PatternBytes(length, seed));
-        list.push_back({WorkItem::Kind::File, path, path, length});
+        list.AddFile(path, path, length);
     }
     std::string Run(int performances) {
-        RunReliabilityTest({setup, key, list, remembering}, {performances, random}, screen);
+        OperationJournal journal(Disk());
+        RunReliabilityTest({setup, key, list, remembering, screen, journal}, performances);
         EXPECT_EQ(engine.lastKey, "") << "the engine must forget the key";
         return screen.text();
     }
@@ -74,7 +75,7 @@ class Reliability : public Interruption {
 
     FakeEngine engine; ///< remembers the calls; the work is done by the real one
     std::function<void(const std::string& output)> afterFile;
-    Machine remembering{Disk(), engine, *kit, user, clock, "/usr/bin/zr5e"};
+    Machine remembering{user, Disk(), engine, *kit, clock, random, "/usr/bin/zr5e", config.Path()};
     ReportScreen screen{user, clock};
 };
 
@@ -102,8 +103,8 @@ TEST_F(Reliability, GivesFilesOfEveryLengthBackAndLeavesNoTrace) {
     constexpr int Performances = 5;
     for (const std::size_t count : {2U, 50U}) {
         engine.calls.clear();
-        while (list.size() < count)
-            Add(std::to_string(list.size()) + ".tst", Lengths[list.size() % std::size(Lengths)]);
+        while (list.Files() < count)
+            Add(std::to_string(list.Files()) + ".tst", Lengths[list.Files() % std::size(Lengths)]);
         const Tree before = Files();
         const std::string report = Run(Performances);
         EXPECT_EQ(Files(), before);
@@ -236,18 +237,18 @@ TEST_F(Reliability, IsWhatTheSetupMeansAndIsConfirmedAsSuch) {
     EXPECT_THAT(ConfirmationFor(setup, key, count, false).output, Not(HasSubstr("overwritten")));
     EXPECT_EQ(ConfirmationFor(setup, key, count, false).warning, "");
     for (void (*change)(OperationSetup&) :
-         {+[](OperationSetup& s) { s.Operation = Function::Decrypt; },
+         {+[](OperationSetup& s) { s.Operation = Direction::Decrypt; },
           +[](OperationSetup& s) { s.InputMode = InputSource::SingleFile; },
           +[](OperationSetup& s) { s.SubfolderAnswer = true; },
           +[](OperationSetup& s) { s.FilePattern = "*.TST"; },
-          +[](OperationSetup& s) { s.Folder[Input] = "/a/zr5test/b/"; },
-          +[](OperationSetup& s) { s.Folder[Input] = "/a/ZR5TEST/"; },
-          +[](OperationSetup& s) { s.Folder[Input] = "/a/my-zr5test/"; }}) {
+          +[](OperationSetup& s) { s.Folder[InputSide] = "/a/zr5test/b/"; },
+          +[](OperationSetup& s) { s.Folder[InputSide] = "/a/ZR5TEST/"; },
+          +[](OperationSetup& s) { s.Folder[InputSide] = "/a/my-zr5test/"; }}) {
         OperationSetup changed = setup;
         change(changed);
-        EXPECT_FALSE(IsReliabilityTest(changed)) << changed.Folder[Input];
+        EXPECT_FALSE(IsReliabilityTest(changed)) << changed.Folder[InputSide];
     }
-    setup.Folder[Input] = "C:\\a\\ZR5Test\\";
+    setup.Folder[InputSide] = "C:\\a\\ZR5Test\\";
     EXPECT_TRUE(IsReliabilityTest(setup));
 }
 

@@ -1,4 +1,4 @@
-#include "operation/report_screen.h"
+#include "operation/report/report_screen.h"
 
 #include "operation/operation_fixture.h"
 
@@ -25,7 +25,7 @@ TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     screen.PauseContinuePressed(); // nothing runs: it does nothing
     ExpectButtons("Stop at next file", false, "Pause at next file", "");
     EXPECT_EQ(screen.TimeText(), "");
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
     clock.now += std::chrono::seconds(61);
     EXPECT_EQ(screen.TimeText(), "Started 14:03, elapsed 1 minute and 1 second");
@@ -34,18 +34,18 @@ TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     EXPECT_EQ(screen.Elapsed(), std::chrono::seconds(61));
     screen.StopPressed();
     ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     screen.StopPressed();
     ExpectButtons("Stop", false, "Pause at next file", "Stopped");
     EXPECT_TRUE(screen.IsRunning());
     screen.EndRun();
     EXPECT_EQ(screen.PausedDoneText(), "Stopped");
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     EXPECT_FALSE(screen.StopRequested());
 }
 
 TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     screen.PauseStep(); // not paused: returns
     int waits = 0;
     user.onEvents = [&] {
@@ -65,7 +65,7 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
 
 TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     constexpr std::uint64_t Megabyte = 1048576;
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     screen.BeginFiles(2, 4 * Megabyte);
     EXPECT_EQ(screen.ProgressText(), "0 of 2 files, 0.00 of 4.00 MB");
     screen.BeginFile("a", 2 * Megabyte, 2);
@@ -96,7 +96,7 @@ TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
 }
 
 TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSaysSo) {
-    screen.BeginRun(Function::Encrypt);
+    screen.BeginRun(Direction::Encrypt);
     screen.AppendToReport(std::string(999, 'x'));
     EXPECT_FALSE(screen.IsFull());
     screen.AppendToReport("\u00e9");
@@ -114,7 +114,7 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSa
     EXPECT_EQ(screen.text(), before + "summary");
     EXPECT_FALSE(screen.StopRequested());
 
-    screen.BeginRun(Function::Decrypt);
+    screen.BeginRun(Direction::Decrypt);
     screen.AppendToReport("short");
     user.Expect(ReportFullQuestion(), Answer::No);
     screen.ReportBufferFull();

@@ -2,7 +2,7 @@
 
 #include "setup/labels.h"
 #include "setup/setup_text.h"
-#include "setup/verb_form.h"
+#include "setup/wording.h"
 #include "support/desk_fixture.h"
 
 #include <filesystem>
@@ -55,10 +55,10 @@ TEST(PatternLabel, HasAColonAfterAFolderChoiceAndNoneAfterAnEdit) {
     EXPECT_EQ(PatternToolTipFor("All files matching abc...hi.txt", "abcdefghi.txt"),
               "abcdefghi.txt");
     OperationSetup setup = FolderSetup("*.txt");
-    EXPECT_EQ(setup.FilesCaption[Input], "All files matching: *.txt");
-    setup.FilesCaption[Input] = "All files matching *.txt";
+    EXPECT_EQ(setup.FilesCaption[InputSide], "All files matching: *.txt");
+    setup.FilesCaption[InputSide] = "All files matching *.txt";
     RewriteCaptions(setup, EqualityNotes);
-    EXPECT_EQ(setup.FilesCaption[Input], "All files matching *.txt") << "written anew";
+    EXPECT_EQ(setup.FilesCaption[InputSide], "All files matching *.txt") << "written anew";
 }
 
 TEST(ConsistencyCheck, FindsTheFirstDisagreement) {
@@ -72,18 +72,20 @@ TEST(ConsistencyCheck, FindsTheFirstDisagreement) {
             EXPECT_EQ(CheckConsistency(setup, EqualityNotes), code);
         }
     };
-    check(SingleFileSetup(), {{-1, [](S& s) { s.FolderCaption[Input] = "/ho...7/"; }},
-                              {-1, [](S& s) { s.FolderCaption[Input].clear(); }},
-                              {-2, [](S& s) { s.FilesCaption[Input] = "other.txt"; }},
-                              {-5, [](S& s) { s.FolderCaption[Output] = "Same as input folder"; }},
-                              {-6, [](S& s) { s.FolderCaption[Output] = "/elsewhere/"; }},
-                              {-7, [](S& s) { s.FilesCaption[Output] = "Same as input file"; }},
-                              {-8, [](S& s) { s.FilesCaption[Output].clear(); }}});
-    check(FolderSetup("*.txt"),
-          {{-3, [](S& s) { s.FilesCaption[Input] = "All files"; }}, // but the pattern is narrower
-           {-4, [](S& s) { s.FilesCaption[Input] = "All files matching *.doc"; }},
-           {-4, [](S& s) { s.FilesCaption[Input] = "*.txt"; }},
-           {-9, [](S& s) { s.OutputMode = OutputTarget::SeparateOutput; }}});
+    check(SingleFileSetup(),
+          {{-1, [](S& s) { s.FolderCaption[InputSide] = "/ho...7/"; }},
+           {-1, [](S& s) { s.FolderCaption[InputSide].clear(); }},
+           {-2, [](S& s) { s.FilesCaption[InputSide] = "other.txt"; }},
+           {-5, [](S& s) { s.FolderCaption[OutputSide] = "Same as input folder"; }},
+           {-6, [](S& s) { s.FolderCaption[OutputSide] = "/elsewhere/"; }},
+           {-7, [](S& s) { s.FilesCaption[OutputSide] = "Same as input file"; }},
+           {-8, [](S& s) { s.FilesCaption[OutputSide].clear(); }}});
+    check(
+        FolderSetup("*.txt"),
+        {{-3, [](S& s) { s.FilesCaption[InputSide] = "All files"; }}, // but the pattern is narrower
+         {-4, [](S& s) { s.FilesCaption[InputSide] = "All files matching *.doc"; }},
+         {-4, [](S& s) { s.FilesCaption[InputSide] = "*.txt"; }},
+         {-9, [](S& s) { s.OutputMode = OutputTarget::SeparateOutput; }}});
 }
 
 TEST(ConsistencyCheck, AcceptsEveryFormThatALabelMayHave) {
@@ -94,18 +96,18 @@ TEST(ConsistencyCheck, AcceptsEveryFormThatALabelMayHave) {
                                         {"/ho...", -1},
                                         {"/home...le/2026/", -1},
                                         {"/ho...la/2026/", -1}}) {
-        setup.FolderCaption[Input] = caption;
+        setup.FolderCaption[InputSide] = caption;
         EXPECT_EQ(CheckConsistency(setup, EqualityNotes), code) << caption;
     }
     setup = FolderSetup("abcdefghi.txt");
     for (const char* pattern : {" abcdefghi.txt", ": abcdefghi.txt", " abc...hi.txt"}) {
-        setup.FilesCaption[Input] = std::string("All files matching") + pattern;
+        setup.FilesCaption[InputSide] = std::string("All files matching") + pattern;
         EXPECT_EQ(CheckConsistency(setup, EqualityNotes), 0) << pattern;
     }
-    const auto noTexts = [](std::int16_t) { return std::string(); };
+    const auto noTexts = [](ProgramText) { return std::string(); };
     RewriteCaptions(setup, noTexts);
     EXPECT_EQ(CheckConsistency(setup, noTexts), 0);
-    setup.Folder[Output] = "/elsewhere/";
+    setup.Folder[OutputSide] = "/elsewhere/";
     EXPECT_NE(CheckConsistency(setup, noTexts), 0);
 }
 
@@ -120,13 +122,13 @@ class Desk : public DeskTest {
 };
 
 TEST_F(Desk, AsksForNothingBeforeStartupIsOver) {
-    SetupDesk fresh(user, disk, [](std::int16_t) { return ""; });
+    SetupDesk fresh(user, disk, [](ProgramText) { return ""; });
     EXPECT_EQ(fresh.Refresh().at("txbMaxNumFiles").text, "10000");
     EXPECT_FALSE(fresh.ReadyToPerform()) << "and nobody is asked for an input yet";
 }
 
 TEST_F(Desk, ResetsEveryChoice) {
-    desk.SelectFunction(Function::Decrypt);
+    desk.SelectFunction(Direction::Decrypt);
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
     ChooseInput();
     desk.LeaveMaxNumFiles("77", Speaking);
@@ -141,12 +143,12 @@ TEST_F(Desk, ResetsEveryChoice) {
 TEST_F(Desk, ClearsTheInputChoiceWhenItsKindChanges) {
     ChooseInput();
     desk.SelectInputMode(InputSource::SingleFile);
-    EXPECT_EQ(desk.Setup().FilePath(Input), "/in/a.txt") << "the kind is the same";
+    EXPECT_EQ(desk.Setup().FilePath(InputSide), "/in/a.txt") << "the kind is the same";
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
     for (const bool isFolder : {true, false}) {
         desk.SelectInputMode(isFolder ? InputSource::FilesInAFolder : InputSource::SingleFile);
         EXPECT_EQ(desk.Setup().OutputMode, OutputTarget::OverwriteInput);
-        EXPECT_EQ(desk.Setup().FilePath(Input), "");
+        EXPECT_EQ(desk.Setup().FilePath(InputSide), "");
         EXPECT_EQ(desk.Setup().SubfolderAnswer, std::nullopt);
         ExpectNoLabels();
         EXPECT_EQ(Control("fraOutput").visible, !isFolder);
@@ -159,20 +161,20 @@ TEST_F(Desk, ClearsTheInputChoiceWhenItsKindChanges) {
 
 TEST_F(Desk, LetsTheOutputFollowTheInputWhileOverwriting) {
     ChooseInput();
-    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a.txt");
+    EXPECT_EQ(desk.Setup().FilePath(OutputSide), "/in/a.txt");
     EXPECT_EQ(Text("lblFolder(1)"), "Same as input folder");
     EXPECT_EQ(Text("lblFiles(1)"), "Same as input file");
     EXPECT_FALSE(Control("lblFiles(1)").bold || Control("cmdSingleFile(1)").enabled);
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
-    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/a.txt") << "what stands is kept";
+    EXPECT_EQ(desk.Setup().FilePath(OutputSide), "/in/a.txt") << "what stands is kept";
     EXPECT_TRUE(Control("cmdSingleFile(1)").enabled);
     desk.SetOutputFile("/out/", "b.txt");
     EXPECT_TRUE(Control("lblFolder(1)").bold && Control("lblFiles(1)").bold);
     desk.SetInputFile("/in/", "c.txt");
-    EXPECT_EQ(desk.Setup().FilePath(Output), "") << "chosen anew for another input";
+    EXPECT_EQ(desk.Setup().FilePath(OutputSide), "") << "chosen anew for another input";
     EXPECT_EQ(Text("lblFiles(1)"), "");
     desk.SelectOutputMode(OutputTarget::OverwriteInput);
-    EXPECT_EQ(desk.Setup().FilePath(Output), "/in/c.txt");
+    EXPECT_EQ(desk.Setup().FilePath(OutputSide), "/in/c.txt");
 }
 
 TEST_F(Desk, AcceptsAMaximumWithinTheLimitsAndRefusesSilentlyWhenHovered) {
@@ -247,11 +249,11 @@ TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
 
 TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {
     for (const std::string end : {"", "ion", "ed", "ing"}) {
-        EXPECT_EQ(VerbForm(Function::Encrypt, "Encrypt" + end), "Encrypt" + end);
-        EXPECT_EQ(VerbForm(Function::Decrypt, "Encrypt" + end), "Decrypt" + end);
-        EXPECT_EQ(VerbForm(Function::Decrypt, "encrypt" + end), "decrypt" + end);
+        EXPECT_EQ(VerbForm(Direction::Encrypt, "Encrypt" + end), "Encrypt" + end);
+        EXPECT_EQ(VerbForm(Direction::Decrypt, "Encrypt" + end), "Decrypt" + end);
+        EXPECT_EQ(VerbForm(Direction::Decrypt, "encrypt" + end), "decrypt" + end);
     }
-    EXPECT_EQ(VerbForm(Function::Decrypt, "Encrypter"), "Encrypter");
+    EXPECT_EQ(VerbForm(Direction::Decrypt, "Encrypter"), "Encrypter");
 }
 
 } // namespace

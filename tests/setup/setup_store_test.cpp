@@ -2,6 +2,8 @@
 
 #include "setup/setup_text.h"
 #include "support/desk_fixture.h"
+#include "support/fakes.h"
+#include "support/stopped_clock.h"
 
 #include <filesystem>
 
@@ -30,7 +32,11 @@ class Store : public DeskTest {
     }
 
     SystemRandom random;
-    SetupStore store{user, disk, random, desk, folder / "zr5e.opn"};
+    FakeEngine engine;
+    FakeKit kit;
+    StoppedClock clock;
+    Machine machine{user, disk, engine, kit, clock, random, "/usr/bin/zr5e", folder.Path()};
+    SetupStore store{machine, desk};
     int pickersClosed = 0;
     std::string shown; ///< the input that the window showed behind the last question
 };
@@ -42,7 +48,7 @@ TEST_F(Store, BringsBackEverySetupWithItsLabels) {
             desk.SetInputFile(unspeakable, "caf\xE9" + std::string(200, 'x'));
         },
         [&] {
-            desk.SelectFunction(Function::Decrypt);
+            desk.SelectFunction(Direction::Decrypt);
             desk.SelectOutputMode(OutputTarget::SeparateOutput);
             desk.SetInputFile("/in/", "a.txt");
             desk.SetOutputFile("/in/", "b.txt");
@@ -91,7 +97,7 @@ TEST_F(Store, LeavesTheOldFileWhenItCannotSave) {
     disk.Fail(FsCall::Flush, 1, FsStatus::NoSpace);
     fails();
     OperationSetup contradiction = desk.Setup();
-    contradiction.FileName[Output] = "other.txt"; // but the input is to be overwritten
+    contradiction.FileName[OutputSide] = "other.txt"; // but the input is to be overwritten
     desk.TakeOver(contradiction);
     fails();
 
@@ -182,8 +188,8 @@ TEST_F(Store, NeverTurnsASetupIntoOneThatOverwrites) {
     folder.Write("elsewhere.opn", WriteSetupText(setup).value());
     EXPECT_TRUE(store.LoadSetup(folder / "elsewhere.opn"));
     EXPECT_EQ(desk.CheckLabels(), -6);
-    setup.Folder[Output] = setup.FolderCaption[Output] = "";
-    setup.FileName[Output] = setup.FilesCaption[Output] = "";
+    setup.Folder[OutputSide] = setup.FolderCaption[OutputSide] = "";
+    setup.FileName[OutputSide] = setup.FilesCaption[OutputSide] = "";
     folder.Write("none.opn", WriteSetupText(setup).value());
     EXPECT_TRUE(store.LoadSetup(folder / "none.opn"));
     EXPECT_EQ(OutputPath(), "/in/a") << "overwriting needs no output in the file";

@@ -30,7 +30,7 @@ SetupReading ReadFile(const Changes& changes, std::size_t count = 19) {
 
 OperationSetup SetupOfFile() {
     OperationSetup setup;
-    setup.Operation = Function::Decrypt;
+    setup.Operation = Direction::Decrypt;
     setup.SubfolderAnswer = false;
     setup.OutputMode = OutputTarget::SeparateOutput;
     setup.Folder = setup.FolderCaption = {"/in, and more/", "/out/"};
@@ -47,11 +47,11 @@ TEST(SetupText, HasItsNineteenLines) {
               "\"\"\r\n\"\"\r\n\"\"\r\n\"\"\r\n\"\"\r\n\"20\"\r\n");
     for (const char* name : {"a\"b", "a\rb", "a\nb"}) {
         OperationSetup setup = SetupOfFile();
-        setup.FileName[Output] = name;
+        setup.FileName[OutputSide] = name;
         EXPECT_EQ(WriteSetupText(setup), std::nullopt) << name;
     }
     OperationSetup noText = SetupOfFile();
-    noText.Folder[Input] = "\\\\host\\\xFF\\";
+    noText.Folder[InputSide] = "\\\\host\\\xFF\\";
     EXPECT_EQ(WriteSetupText(noText), std::nullopt);
 }
 
@@ -66,7 +66,7 @@ TEST(SetupText, GivesBackEveryName) {
         EXPECT_EQ(reading.setup.Folder, setup.Folder);
         EXPECT_EQ(reading.setup.FileName, setup.FileName);
     }
-    EXPECT_EQ(ReadFile({{10, R"("C:\xfer\x41\")"}}).setup.Folder[Input], "C:\\xfer\\x41\\");
+    EXPECT_EQ(ReadFile({{10, R"("C:\xfer\x41\")"}}).setup.Folder[InputSide], "C:\\xfer\\x41\\");
 }
 
 TEST(SetupText, IsReadHoweverItWasWritten) {
@@ -92,8 +92,8 @@ TEST(SetupText, IsReadHoweverItWasWritten) {
         EXPECT_EQ(WriteSetupText(reading.setup), expected) << name;
     }
     const auto old = ReadFile({{12, "\"caf\xE9\""}, {13, "\"\x80uro\""}});
-    EXPECT_EQ(old.setup.FileName[Input], "caf\xC3\xA9") << "code page 1252";
-    EXPECT_EQ(old.setup.FilesCaption[Input], "\xE2\x82\xACuro");
+    EXPECT_EQ(old.setup.FileName[InputSide], "caf\xC3\xA9") << "code page 1252";
+    EXPECT_EQ(old.setup.FilesCaption[InputSide], "\xE2\x82\xACuro");
 }
 
 TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
@@ -114,12 +114,12 @@ TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
         EXPECT_FALSE(ReadSetupText(broken).complete);
     const Changes folder{{4, "0"}, {5, "-1"}, {12, "\"*.txt\""}};
     EXPECT_EQ(ReadFile(folder, 17).setup.EffectivePattern(), "*.txt") << "never all files";
-    EXPECT_EQ(ReadFile(folder, 11).setup.Folder[Input], "");
+    EXPECT_EQ(ReadFile(folder, 11).setup.Folder[InputSide], "");
     const OperationSetup part = ReadFile({}, 12).setup;
-    EXPECT_EQ(part.Operation, Function::Decrypt);
-    EXPECT_EQ(part.FilePath(Input), "/in, and more/a.txt");
-    EXPECT_EQ(part.FolderCaption[Input], "");
-    EXPECT_EQ(part.Folder[Output], "");
+    EXPECT_EQ(part.Operation, Direction::Decrypt);
+    EXPECT_EQ(part.FilePath(InputSide), "/in, and more/a.txt");
+    EXPECT_EQ(part.FolderCaption[InputSide], "");
+    EXPECT_EQ(part.Folder[OutputSide], "");
     EXPECT_EQ(part.MaxNumFiles, 20);
 }
 
@@ -132,7 +132,7 @@ TEST(SetupText, LetsTheLaterOptionOfAPairDecide) {
         if (later) pairs[5] = "0"; // a folder with separate output is refused
         const SetupReading reading = ReadFile(pairs);
         EXPECT_TRUE(reading.complete);
-        EXPECT_EQ(reading.setup.Operation, later ? Function::Decrypt : Function::Encrypt);
+        EXPECT_EQ(reading.setup.Operation, later ? Direction::Decrypt : Direction::Encrypt);
         EXPECT_EQ(reading.setup.InputMode, InputSource::SingleFile);
         EXPECT_EQ(reading.setup.SubfolderAnswer, false);
         EXPECT_EQ(reading.setup.OutputMode,
@@ -162,12 +162,12 @@ TEST(SetupText, NamesTheFilesOfAFolderByThePattern) {
     };
     EXPECT_TRUE(read("*.doc").complete);
     const OperationSetup setup = read("*.doc").setup;
-    EXPECT_EQ(setup.Folder[Input], "/in/");
-    EXPECT_EQ(setup.FolderCaption[Input], "/in/");
+    EXPECT_EQ(setup.Folder[InputSide], "/in/");
+    EXPECT_EQ(setup.FolderCaption[InputSide], "/in/");
     EXPECT_EQ(setup.FileName, (std::array<std::string, 2>{"*.doc", "*.doc"}));
-    EXPECT_EQ(setup.FilesCaption[Input], "All files matching: *.doc");
-    EXPECT_EQ(read("").setup.FileName[Input], "*.*");
-    EXPECT_EQ(read("").setup.FilesCaption[Input], "All files");
+    EXPECT_EQ(setup.FilesCaption[InputSide], "All files matching: *.doc");
+    EXPECT_EQ(read("").setup.FileName[InputSide], "*.*");
+    EXPECT_EQ(read("").setup.FilesCaption[InputSide], "All files");
 }
 
 } // namespace

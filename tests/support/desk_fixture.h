@@ -13,17 +13,17 @@
 namespace zr5::test {
 
 /// The notes for an output that is its input, as the shipped texts have them.
-inline std::string EqualityNotes(std::int16_t number) {
-    return number == TextSameAsInputFolder ? "Same as input folder"
-           : number == TextSameAsInputFile ? "Same as input file"
-                                           : "Same as input files";
+inline std::string EqualityNotes(ProgramText text) {
+    return text == ProgramText::SameAsInputFolder ? "Same as input folder"
+           : text == ProgramText::SameAsInputFile ? "Same as input file"
+                                                  : "Same as input files";
 }
 
 class DeskTest : public testing::Test {
   protected:
     DeskTest() { desk.ResetSetup(); }
-    [[nodiscard]] std::string InputPath() const { return desk.Setup().FilePath(Input); }
-    [[nodiscard]] std::string OutputPath() const { return desk.Setup().FilePath(Output); }
+    [[nodiscard]] std::string InputPath() const { return desk.Setup().FilePath(InputSide); }
+    [[nodiscard]] std::string OutputPath() const { return desk.Setup().FilePath(OutputSide); }
     ControlView Control(const char* name) { return desk.Refresh().at(name); }
     std::string Text(const char* name) { return Control(name).text.value(); }
 

@@ -5,7 +5,6 @@
 #include "libs/cipher/cipher_engine.h"
 #include "libs/filekit/file_kit.h"
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>
@@ -20,12 +19,12 @@ class FakeEngine : public CipherEngine {
         std::string input;
         std::string output;
     };
-    std::int32_t allocateResult = 1;
-    std::int32_t fileResult = engine_code::Success;
+
+    bool allocates = true;
+    EngineResult fileResult = EngineResult::Success;
     std::vector<Call> calls; ///< in order; `operation_initialization` has the key as its input
     std::string lastKey;
-    std::int32_t lastDirection = -1;
-    ProgressFunction progress;
+    Direction lastDirection = Direction::Encrypt;
     /// Runs inside each file call, for tests that need something on the disk.
     std::function<void(const std::string& input, const std::string& output)> onFile;
 
@@ -36,98 +35,91 @@ class FakeEngine : public CipherEngine {
         return names;
     }
 
-    std::int32_t allocate_buffers() override {
+    bool allocate_buffers() override {
         calls.push_back({"allocate_buffers", {}, {}});
-        return allocateResult;
+        return allocates;
     }
     void deallocate_buffers() override { calls.push_back({"deallocate_buffers", {}, {}}); }
-    void operation_initialization(std::string_view key, std::int32_t direction, std::uint64_t,
-                                  std::int32_t) override {
+    void operation_initialization(std::string_view key, Direction direction) override {
         lastKey = key;
         lastDirection = direction;
         calls.push_back({"operation_initialization", lastKey, {}});
     }
-    std::int32_t encrypt_file(const std::string& input, const std::string& output) override {
-        calls.push_back({"encrypt_file", input, output});
-        if (onFile) onFile(input, output);
-        return fileResult;
+    EngineResult encrypt_file(const std::string& input, const std::string& output,
+                              const EngineHooks& hooks) override {
+        return WorkOn("encrypt_file", input, output, hooks);
     }
-    std::int32_t decrypt_file(const std::string& input, const std::string& output) override {
-        calls.push_back({"decrypt_file", input, output});
-        if (onFile) onFile(input, output);
-        return fileResult;
+    EngineResult decrypt_file(const std::string& input, const std::string& output,
+                              const EngineHooks& hooks) override {
+        return WorkOn("decrypt_file", input, output, hooks);
     }
-    std::int32_t verify_file(const std::string& input, const std::string& output) override {
+    EngineResult verify_file(const std::string& input, const std::string& output,
+                             const EngineHooks&) override {
         calls.push_back({"verify_file", input, output});
-        return engine_code::Success;
+        return EngineResult::Success;
     }
-    std::int32_t key_is_text(std::string_view, std::int32_t) const override { return 1; }
-    void SetProgress(ProgressFunction function) override { progress = std::move(function); }
-    void SetOutputObserver(OutputObserver*) override {}
+
+  private:
+    EngineResult WorkOn(const char* name, const std::string& input, const std::string& output,
+                        const EngineHooks& hooks) {
+        calls.push_back({name, input, output});
+        if (onFile) onFile(input, output);
+        if (hooks.progress) hooks.progress(1, 2);
+        return fileResult;
+    }
 };
 
 class FakeKit : public FileKit {
   public:
     struct Purge {
         std::string path;
-        std::int32_t overwrite;
-        bool remove;
-        bool reserved;
+        PurgeMode mode;
         friend bool operator==(const Purge&, const Purge&) = default;
     };
+
     double fileRandomness = 0.5;
     std::map<std::string, double> randomnessOf; ///< by path, where it is not fileRandomness
-    std::vector<std::pair<std::string, std::int32_t>> measured; ///< path and sample, in order
-    ProgressFunction progress;
-    bool stopped = false;
+    std::vector<std::pair<std::string, std::uint64_t>> measured; ///< path and sample, in order
     double bufferRandomness = 0.96;
-    std::int32_t purgeResult = 0;
-    std::int32_t extensionResult = 0;
-    std::int32_t loadResult = 1;
+    PurgeResult purgeResult = PurgeResult::Done;
+    bool findsName = true;
+    TextFileResult loadResult;
     std::map<std::int16_t, std::string> texts;
     std::vector<Purge> purged;
     std::vector<std::string> loaded;
     std::function<void(const std::string& path)> onPurge;
 
-    std::int64_t compare_files(const std::string&, const std::string&) override {
-        return compare_code::Identical;
+    Comparison compare_files(const std::string&, const std::string&,
+                             const ProgressFunction&) override {
+        return {};
     }
-    double fr(const std::string& path, std::int32_t sampleBytes) override {
+    double fr(const std::string& path, std::uint64_t sampleBytes,
+              const MeasureProgress& progress) override {
         measured.emplace_back(path, sampleBytes);
-        stopped = false;
-        if (progress) progress(1, 2);
-        if (stopped) return RandomnessStopped;
+        if (progress && !progress(1, 2)) return RandomnessStopped;
         const auto found = randomnessOf.find(path);
         return found == randomnessOf.end() ? fileRandomness : found->second;
     }
-    double randomness_measure(std::string_view, std::int32_t, std::int16_t) override {
-        return bufferRandomness;
-    }
-    std::int32_t purge_file(const std::string& path, std::int32_t overwrite, bool remove,
-                            bool reserved) override {
-        purged.push_back({path, overwrite, remove, reserved});
+    double randomness_measure(std::span<const std::byte>) override { return bufferRandomness; }
+    PurgeResult purge_file(const std::string& path, PurgeMode mode, const PurgeHooks&) override {
+        purged.push_back({path, mode});
         if (onPurge) onPurge(path);
         return purgeResult;
     }
-    std::int32_t new_file_creatable(const std::string&) override { return 1; }
-    std::int32_t new_filepath_extension(std::string& path) override {
-        if (extensionResult == 0) path += ".zr5";
-        return extensionResult;
+    bool new_file_creatable(const std::string&) override { return true; }
+    std::optional<std::string> new_filepath_extension(const std::string& path) override {
+        if (!findsName) return std::nullopt;
+        return path + ".zr5";
     }
-    std::int32_t gt(std::int16_t number, std::int16_t, std::span<char> buffer, std::int32_t,
-                    std::int32_t) override {
+    std::optional<std::string> gt(std::int16_t number) override {
         const auto found = texts.find(number);
-        if (found == texts.end()) return 0;
-        std::copy(found->second.begin(), found->second.end(), buffer.begin());
-        return static_cast<std::int32_t>(found->second.size());
+        if (found == texts.end()) return std::nullopt;
+        return found->second;
     }
-    std::int32_t lt(const std::string& path, std::int32_t) override {
+    TextFileResult lt(const std::string& path) override {
         loaded.push_back(path);
         return loadResult;
     }
-    void SetBeforeOverwriting(BeforeOverwriting) override {}
-    void SetProgress(ProgressFunction function) override { progress = std::move(function); }
-    void StopMeasuring() override { stopped = true; }
 };
 
 } // namespace zr5::test

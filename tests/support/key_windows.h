@@ -2,8 +2,7 @@
 
 // The windows of a key choice without windows: what they were shown, and what a test answers.
 
-#include "keys/key_collector.h"
-#include "keys/key_inspector.h"
+#include "keys/key_windows.h"
 
 #include <deque>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "support/key_windows.h"
+#include "operation/operation_fixture.h"
 #include "support/scripted_user.h"
 #include "support/window_driver.h"
 #include "ui/key_dialogs.h"
@@ -25,7 +25,7 @@ class WithDisplayWindow : public testing::Test {
     void SetUp() override { window.show(); }
     void Type(const QString& text) { QTest::keyClicks(&box, text); }
     CurrentKey key;
-    KeyboardWithDisplay rules{Function::Encrypt, key};
+    KeyboardWithDisplay rules{Direction::Encrypt, key};
     KeyDialogWithDisplay window{rules};
     QLineEdit& box = Control<QLineEdit>(window, "txbKey");
 };
@@ -68,14 +68,14 @@ TEST_F(WithDisplayWindow, RefusesAnEditWholeAndKeepsTheCursor) {
 
 TEST_F(WithDisplayWindow, ComposesWhatWasTypedInPiecesBeforeItIsCut) {
     box.insert(QString::fromUtf8("ae\u0301"));
-    EXPECT_EQ(rules.Entry().text(), "a\xE9");
+    EXPECT_EQ(rules.Entry().Bytes().text(), "a\xE9");
     EXPECT_EQ(box.cursorPosition(), 2);
     box.clear();
     box.insert(QString::fromUtf8("e\u0301").repeated(70));
-    EXPECT_EQ(rules.Entry().text(), std::string(64, '\xE9'));
+    EXPECT_EQ(rules.Entry().Bytes().text(), std::string(64, '\xE9'));
     box.setCursorPosition(3);
     box.insert(QStringLiteral("x"));
-    EXPECT_EQ(rules.Entry().text(), std::string(64, '\xE9')) << "no room left";
+    EXPECT_EQ(rules.Entry().Bytes().text(), std::string(64, '\xE9')) << "no room left";
     EXPECT_FALSE(box.isUndoAvailable());
     box.selectAll();
     QGuiApplication::clipboard()->clear();
@@ -87,7 +87,7 @@ class WithoutDisplayWindow : public testing::Test {
   protected:
     void SetUp() override { window.show(); }
     ScriptedUser user;
-    KeyboardWithoutDisplay rules{Function::Encrypt};
+    KeyboardWithoutDisplay rules{Direction::Encrypt};
     KeyDialogWithoutDisplay window{rules, user};
     QLineEdit& first = Control<QLineEdit>(window, "txbKey(0)");
     QLineEdit& second = Control<QLineEdit>(window, "txbKey(1)");
@@ -120,17 +120,16 @@ TEST_F(WithoutDisplayWindow, StaysOpenAfterAMismatchWithTheSecondBoxInFocus) {
     EXPECT_TRUE(IsShown(window, "lblHint(0)") && !IsShown(window, "lblHint(1)"));
 }
 
-TEST(KeyFromKeyboardWithoutDisplay, IsNotTakenWhenTheWindowIsCancelled) {
-    CurrentKey key;
-    ScriptedUser user;
-    FakeInspector inspector;
+class KeyFromKeyboard : public OperationTest {};
+
+TEST_F(KeyFromKeyboard, IsNotTakenWhenTheWindowIsCancelled) {
     WhenDialogOpens(*qApp, "frmKeyboardWithoutDisplay", [](QWidget& window) {
         for (const char* box : {"txbKey(0)", "txbKey(1)"})
             QTest::keyClicks(&Control(window, box), Typed);
         Press(window, "cmdCancel");
     });
-    GetKeyFromKeyboardWithoutDisplay(nullptr, user, Function::Encrypt, key, inspector);
-    EXPECT_FALSE(key.IsHeld());
+    GetKeyFromKeyboardWithoutDisplay(nullptr, Direction::Encrypt, machine, key);
+    EXPECT_EQ(key.keyText.text(), "ABCDEFGHIJKLMNOP") << "as it was";
 }
 
 } // namespace

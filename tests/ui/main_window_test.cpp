@@ -12,32 +12,6 @@
 namespace zr5::test {
 namespace {
 
-/// The program around the window, as far as the window knows it.
-class RecordingProgram : public MainWindowActions, public ProgramActions {
-  public:
-    void Perform() override {
-        log.push_back("perform");
-        if (onPerform) onPerform();
-    }
-    void ListFiles(const std::string&) override { log.push_back("list"); }
-    void WhileOutOfUse(const std::function<void(const StopAsked&)>& work) override {
-        work([] { return false; });
-    }
-    bool ReportIsEmpty() override { return reportIsEmpty; }
-    void ShowReport() override { log.push_back("report"); }
-    void RequestStop() override { log.push_back("stop"); }
-    void OpenManual() override { log.push_back("manual"); }
-    void OpenMakerSite() override { log.push_back("maker"); }
-    bool Quit(const std::string& quitCaption) override {
-        log.push_back(quitCaption);
-        return mayQuit;
-    }
-    std::vector<std::string> log;
-    std::function<void()> onPerform;
-    bool reportIsEmpty = true;
-    bool mayQuit = true;
-};
-
 class MainWindowTest : public OperationTest {
   protected:
     MainWindowTest() {
@@ -70,29 +44,18 @@ class MainWindowTest : public OperationTest {
         return focus == nullptr ? "" : focus->objectName().toStdString();
     }
 
-    RecordingProgram program;
-    SetupDesk desk{user, *disk, [](std::int16_t) { return "Same as input file"; }};
-    SingleFileChoice choice{user, *disk, desk};
-    FolderChoice folderChoice{user, *disk, desk};
+    std::vector<std::string> log; ///< what the window asked of the program around it
+    bool mayQuit = true;
+    SetupDesk desk{user, *disk, [](ProgramText) { return "Same as input file"; }};
+    SetupStore setups{machine, desk};
+    Operations operations{desk, key, machine};
     RandomnessReport randomness{desk, machine};
-    MainWindow window{{user,
-                       desk,
-                       choice,
-                       folderChoice,
-                       key,
-                       engine,
-                       program,
-                       program,
-                       [this](QWidget&) {
-                           key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
-                           key.keyState = key_state::Keyboard;
-                       },
-                       [](QWidget&) {},
-                       {},
-                       {},
-                       {},
-                       &randomness,
-                       [this](QWidget&, const std::string& path) { program.log.push_back(path); }}};
+    MainWindow window{{machine, desk, setups, key, operations, randomness,
+                       [this] { log.push_back("manual"); },
+                       [this](const std::string& caption) {
+                           log.push_back(caption);
+                           return mayQuit;
+                       }}};
 };
 
 TEST_F(MainWindowTest, HasEveryControlAndCaptionOnASmallScreen) {
@@ -108,7 +71,7 @@ TEST_F(MainWindowTest, HasEveryControlAndCaptionOnASmallScreen) {
 
 TEST_F(MainWindowTest, ShowsWhatTheClockFindsUnlessAnOperationRuns) {
     desk.SetOperationRunning(true);
-    desk.SelectFunction(Function::Decrypt);
+    desk.SelectFunction(Direction::Decrypt);
     window.Refresh();
     EXPECT_EQ(Caption("cmdDoIt"), "Perform the encryption");
     desk.SetOperationRunning(false);
@@ -125,13 +88,13 @@ TEST_F(MainWindowTest, ActsOnTheLeftButtonAndOnKeysButNotJustAfterAFilePicker) {
     QTest::mouseClick(&button, Qt::RightButton);
     window.NoteDialogClosed();
     Click("cmdHelp(0)");
-    EXPECT_TRUE(program.log.empty());
+    EXPECT_TRUE(log.empty());
     EXPECT_TRUE(QTest::qWaitFor([this] { return !desk.DialogJustClosed(); }));
     EXPECT_FALSE(window.findChild<QTimer*>("Clock2")->isActive());
     Click("cmdHelp(0)");
     QTest::keyClick(&button, Qt::Key_Space);
     QTest::keyClick(&button, Qt::Key_Return);
-    EXPECT_EQ(program.log, (std::vector<std::string>{"manual", "manual", "manual"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"manual", "manual", "manual"}));
 }
 
 TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
@@ -147,7 +110,6 @@ TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
     EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
     user.Expect(RefusedMaxNumFilesBox());
     Click("cmdDoIt"); // the user meant 3
-    EXPECT_TRUE(program.log.empty()) << "nothing has begun";
 }
 
 TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
@@ -169,10 +131,14 @@ TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
 }
 
 TEST_F(MainWindowTest, PutsKeyAndSetupFramesInThePlaceOfTheMenu) {
-    desk.SelectFunction(Function::Decrypt);
+    desk.SelectFunction(Direction::Decrypt);
     Click("cmdKeyFrom");
     EXPECT_TRUE(The("fraKey").isVisible() && The("cmdKeyFile(1)").isHidden());
     EXPECT_EQ(FocusName(), "cmdKeyboardWithDisplay");
+    WhenDialogOpens(window, "frmKeyboardWithDisplay", [](QWidget& dialog) {
+        QTest::keyClicks(&Control(dialog, "txbKey"), "abcd efgh ijkl mnop");
+        Press(dialog, "cmdYes");
+    });
     Click("cmdKeyboardWithDisplay");
     EXPECT_EQ(Label("lblKeyFrom(0)"), "Key specified");
     EXPECT_EQ(Label("lblKeyFrom(1)"), "(keyboard entry)");
@@ -191,7 +157,7 @@ TEST_F(MainWindowTest, PutsKeyAndSetupFramesInThePlaceOfTheMenu) {
 }
 
 TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
-    const std::string path = folder.Write("a.txt", "x");
+    folder.Write("a.txt", "x");
     desk.SetInputFile(folder.Path(), "a.txt");
     window.Refresh();
     user.onEvents = [this] {
@@ -204,8 +170,8 @@ TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
     EXPECT_EQ(Label("lblRandomnessFile"), "Input file: a.txt");
     EXPECT_EQ(Label("lblFilesize"), "Filesize = 1 bytes");
     EXPECT_EQ(Label("lblRandomness"), "Randomness = 0.500");
+    WhenDialogOpens(window, "frmGraphic", [](QWidget& dialog) { dialog.close(); });
     Click("cmdDisplayGraphic");
-    EXPECT_EQ(program.log, std::vector<std::string>{path});
     Click("cmdNoRandomnessReport");
     EXPECT_TRUE(The("fraRandomnessFiles").isHidden());
     EXPECT_EQ(FocusName(), "cmdRandomnessReport");
@@ -219,15 +185,15 @@ TEST_F(MainWindowTest, ReportsTheRandomnessInThePlaceOfTheMenu) {
     EXPECT_EQ(Label("lblRandomnessFile"), "Output file: b.txt");
     user.onEvents = [this] { window.close(); };
     Click("cmdRandomnessFile(0)");
-    EXPECT_EQ(program.log, (std::vector<std::string>{path, "Quit"})) << "after the measurement";
+    EXPECT_EQ(log, (std::vector<std::string>{"Quit"})) << "after the measurement";
     EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(MainWindowTest, ClosesOnlyWhenTheProgramMayQuitAndThenWithItsHelpWindow) {
-    program.mayQuit = false;
+    mayQuit = false;
     Click("cmdQuit");
     EXPECT_TRUE(window.isVisible());
-    program.mayQuit = true;
+    mayQuit = true;
     Click("cmdHelp(1)");
     Press(The("frmHelp"), "cmdClose");
     EXPECT_FALSE(The("frmHelp").isVisible());
@@ -236,20 +202,16 @@ TEST_F(MainWindowTest, ClosesOnlyWhenTheProgramMayQuitAndThenWithItsHelpWindow) 
     window.close();
     EXPECT_FALSE(window.isVisible());
     EXPECT_FALSE(The("frmHelp").isVisible());
-    EXPECT_EQ(program.log, (std::vector<std::string>{"Quit", "Quit"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"Quit", "Quit"}));
 }
 
 TEST_F(MainWindowTest, StopsARunningOperationFirstWhenItIsClosed) {
-    desk.SetInputFile("/in/", "a");
-    window.Refresh();
-    program.onPerform = [this] {
-        desk.SetOperationRunning(true);
+    operations.WhileOutOfUse([this](const StopAsked& stopped) {
         window.close();
-        EXPECT_TRUE(window.isVisible());
-        desk.SetOperationRunning(false);
-    };
-    Click("cmdDoIt");
-    EXPECT_EQ(program.log, (std::vector<std::string>{"perform", "stop", "Quit"}));
+        EXPECT_TRUE(stopped() && window.isVisible() && log.empty());
+    });
+    window.OperationEnded();
+    EXPECT_EQ(log, (std::vector<std::string>{"Quit"}));
     EXPECT_FALSE(window.isVisible());
 }
 

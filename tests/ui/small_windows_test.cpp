@@ -17,10 +17,10 @@ std::string TextOf(const QWidget& window, const char* name) {
     return Control<QLabel>(window, name).text().toStdString();
 }
 
-TEST(InspectKeyWindow, SwitchesViewsAndClosesByAnAnswerOnly) {
-    ScriptedUser user;
-    FakeKit kit;
-    InspectInWindow inspector(nullptr, user, kit);
+class SmallWindows : public OperationTest {};
+
+TEST_F(SmallWindows, OfTheInspectionSwitchesViewsAndClosesByAnAnswerOnly) {
+    InspectInWindow inspector(nullptr, machine);
     const SecretBytes buffer = SecretBytes::CopyOf(std::string_view("abcd efgh & jkl mnop"));
     for (const bool accepts : {true, false}) {
         WhenDialogOpens(*qApp, "frmInspectKey", [accepts](QWidget& window) {

@@ -14,54 +14,41 @@
 namespace zr5::test {
 namespace {
 
-/// A kit whose `gt` fills the buffer beyond the text and checks how it is called.
-class TextKit final : public FakeKit {
-  public:
-    std::int32_t gt(std::int16_t number, std::int16_t language, std::span<char> buffer,
-                    std::int32_t bufferLength, std::int32_t one) override {
-        EXPECT_EQ(language, 0);
-        EXPECT_EQ(bufferLength, 1024);
-        EXPECT_EQ(buffer.size(), 1024U);
-        EXPECT_EQ(one, 1);
-        std::ranges::fill(buffer, '#');
-        return FakeKit::gt(number, language, buffer, bufferLength, one);
-    }
-};
-
 TEST(ProgramTextLoading, TellsWhyItFailed) {
-    for (const auto& [code, message] :
-         {std::pair{0, "No program text was read."},
-          {-1, "Cannot open file containing program text.\r\n/opt/zr5/zr5e.dat"},
-          {-501, "Missing string at line 1."},
-          {-1500, "String too long at line 500."},
-          {-1501, "Duplicate in program text at line 1."}}) {
-        TextKit kit;
-        kit.loadResult = code;
+    using enum TextFileStatus;
+    for (const auto& [result, message] :
+         {std::pair{TextFileResult{NothingRead}, "No program text was read."},
+          {{NotOpened}, "Cannot open file containing program text.\r\n/opt/zr5/zr5e.dat"},
+          {{MissingString, 1}, "Missing string at line 1."},
+          {{StringTooLong, 499}, "String too long at line 499."},
+          {{Duplicate, 2}, "Duplicate in program text at line 2."}}) {
+        FakeKit kit;
+        kit.loadResult = result;
         ScriptedUser user;
         user.Expect(Notice(message, "Program text", BoxIcon::Critical));
         LoadProgramText(kit, user, "/opt/zr5", "zr5e.dat");
     }
-    TextKit kit; // says nothing
+    FakeKit kit; // says nothing
     ScriptedUser user;
     LoadProgramText(kit, user, "C:\\Programs\\", "zr5e.dat");
     EXPECT_EQ(kit.loaded, std::vector<std::string>{"C:\\Programs\\zr5e.dat"});
 }
 
-TEST(ProgramText, IsAsLongAsTheKitSays) {
-    TextKit kit;
-    kit.texts = {{1, "Same as input folder"}, {2, "~"}, {3, "~~"}, {4, std::string(1024, 'x')}};
-    EXPECT_EQ(GetProgramText(kit, 1), "Same as input folder");
-    EXPECT_EQ(GetProgramText(kit, 2), "");
-    EXPECT_EQ(GetProgramText(kit, 3), "~~");
-    EXPECT_EQ(GetProgramText(kit, 4), std::string(1024, 'x'));
-    EXPECT_EQ(GetProgramText(kit, 5), "");
+TEST(ProgramText, IsEmptyWhereNoneIsMeant) {
+    FakeKit kit;
+    kit.texts = {{18, "Same as input folder"}, {47, "~"}, {48, "~~"}};
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFolder), "Same as input folder");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFile), "");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFiles), "~~");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::NoMatch), "");
 }
 
 TEST(ProgramText, IsShippedForEveryNumberInUse) {
     std::ifstream file(PROGRAM_TEXTS, std::ios::binary);
     const std::string content(std::istreambuf_iterator<char>(file), {});
     ProgramTextTable texts;
-    ASSERT_EQ(ParseProgramTexts(content, texts), 6);
+    ASSERT_EQ(ParseProgramTexts(content, texts), TextFileResult{});
+    EXPECT_EQ(texts.size(), 6U);
     EXPECT_EQ(texts[18], "Same as input folder");
     EXPECT_EQ(texts[47], "Same as input file");
     EXPECT_EQ(texts[48], "Same as input files");
@@ -79,23 +66,18 @@ TEST(LanguageLists, HaveStopWordsForOneProgramOnly) {
 }
 
 TEST_F(KitTest, FetchesTexts) {
-    std::array<char, ProgramTextBufferLength> buffer{};
-    const auto fetch = [&](std::int16_t number, std::int32_t room = ProgramTextBufferLength) {
-        const std::int32_t length = kit->gt(number, 0, buffer, room, 1);
-        return std::string(buffer.data(), static_cast<std::size_t>(length));
-    };
-    EXPECT_EQ(fetch(47), "");
-    EXPECT_EQ(kit->lt(folder / "none", 0), program_text_code::NotOpened);
+    using enum TextFileStatus;
+    EXPECT_FALSE(kit->gt(47));
+    EXPECT_EQ(kit->lt(folder / "none").status, NotOpened);
     const std::string path = folder.Write("texts", "47 Same as input file\n");
-    EXPECT_EQ(kit->lt(path, 0), 1);
-    EXPECT_EQ(fetch(47), "Same as input file");
-    EXPECT_EQ(fetch(47, 4), "Same");
-    EXPECT_EQ(fetch(48), "");
+    EXPECT_EQ(kit->lt(path).status, Loaded);
+    EXPECT_EQ(kit->gt(47), "Same as input file");
+    EXPECT_FALSE(kit->gt(48));
     disk.Fail(FsCall::Read, 1);
-    EXPECT_EQ(kit->lt(path, 0), program_text_code::NotRead);
+    EXPECT_EQ(kit->lt(path).status, NotRead);
     folder.Write("texts", "1 x\n" + std::string(1U << 20U, '#'));
-    EXPECT_EQ(kit->lt(path, 0), program_text_code::TooMuchText);
-    EXPECT_EQ(fetch(47), "Same as input file") << "a failure keeps texts";
+    EXPECT_EQ(kit->lt(path).status, TooMuchText);
+    EXPECT_EQ(kit->gt(47), "Same as input file") << "a failure keeps texts";
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "libs/cipher/zr5_crypto.h"
+#include "libs/system/text_encoding.h"
 
 #include <algorithm>
 #include <vector>
@@ -7,13 +8,9 @@ namespace zr5 {
 namespace {
 
 std::vector<std::byte> FromHex(std::string_view hex) {
-    const auto value = [](char c) {
-        return static_cast<unsigned>(c <= '9' ? c - '0' : c - 'a' + 10);
-    };
-    std::vector<std::byte> bytes(hex.size() / 2);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<std::byte>(value(hex[2 * i]) * 16 + value(hex[2 * i + 1]));
-    }
+    std::vector<std::byte> bytes;
+    for (; !hex.empty(); hex.remove_prefix(2))
+        bytes.push_back(ByteFromHex(hex.substr(0, 2)).value());
     return bytes;
 }
 

@@ -4,7 +4,6 @@
 // protects nothing.
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -12,7 +11,7 @@ namespace zr5 {
 
 using Md5Digest = std::array<std::uint8_t, 16>;
 
-/// The digest of the first `length` bytes of `data`; -1 means all of them.
-[[nodiscard]] Md5Digest MD5Digest(std::string_view data, std::int32_t length = -1);
+/// The digest of `data`.
+[[nodiscard]] Md5Digest MD5Digest(std::string_view data);
 
 } // namespace zr5

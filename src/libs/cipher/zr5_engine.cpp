@@ -1,11 +1,7 @@
-#include "libs/cipher/zr5_engine.h"
-
-#include "libs/cipher/key_text.h"
-#include "libs/cipher/zr5_crypto.h"
-#include "libs/cipher/zr5_jobs.h"
+#include "libs/cipher/cipher_engine.h"
+#include "libs/cipher/jobs.h"
 
 #include <array>
-#include <cassert>
 #include <new>
 #include <optional>
 
@@ -17,13 +13,13 @@ class Zr5Engine final : public CipherEngine {
     Zr5Engine(FileSystem& fileSystem, Clock& clock, RandomSource& random)
         : fileSystem_(fileSystem), clock_(clock), random_(random) {}
 
-    std::int32_t allocate_buffers() override {
+    bool allocate_buffers() override {
         try {
             plain_ = SecretBytes(PlainPieceBytes);
             sealed_ = SecretBytes(HeaderBytes + SealedPieceBytes);
-            return CryptoComputesKnownAnswers() ? 1 : 0;
+            return CryptoComputesKnownAnswers();
         } catch (const std::bad_alloc&) {
-            return 0;
+            return false;
         }
     }
 
@@ -33,63 +29,56 @@ class Zr5Engine final : public CipherEngine {
         sealed_.Clear();
     }
 
-    void operation_initialization(std::string_view key, std::int32_t direction,
-                                  std::uint64_t /*inputLengthBytes*/,
-                                  std::int32_t /*reserved*/) override {
+    void operation_initialization(std::string_view key, Direction direction) override {
         direction_.reset();
         try {
             masters_.SetKey(key);
-            if (masters_.HasKey() && !plain_.empty()) direction_ = direction;
+            if (IsReady()) direction_ = direction;
         } catch (const std::bad_alloc&) {
             ForgetOperation();
         }
     }
 
-    std::int32_t encrypt_file(const std::string& inputPath,
-                              const std::string& outputPath) override {
-        return RunJob(EngineEncrypt, inputPath, outputPath);
+    EngineResult encrypt_file(const std::string& inputPath, const std::string& outputPath,
+                              const EngineHooks& hooks) override {
+        if (!TakeInitialization(Direction::Encrypt)) return EngineResult::NotInitialised;
+        return Run(inputPath, outputPath, hooks,
+                   [this](JobContext& job) { return RunEncryption(job, SaltOfRun()); });
     }
 
-    std::int32_t decrypt_file(const std::string& inputPath,
-                              const std::string& outputPath) override {
-        return RunJob(EngineDecrypt, inputPath, outputPath);
+    EngineResult decrypt_file(const std::string& inputPath, const std::string& outputPath,
+                              const EngineHooks& hooks) override {
+        if (!TakeInitialization(Direction::Decrypt)) return EngineResult::NotInitialised;
+        return Run(inputPath, outputPath, hooks, RunDecryption);
     }
 
-    std::int32_t verify_file(const std::string& inputPath, const std::string& outputPath) override {
-        if (!masters_.HasKey() || plain_.empty()) return engine_code::NotInitialised;
-        JobContext job = JobFor(inputPath, outputPath);
-        try {
-            return RunVerification(job);
-        } catch (const std::bad_alloc&) {
-            return engine_code::NotInitialised;
-        }
+    EngineResult verify_file(const std::string& inputPath, const std::string& outputPath,
+                             const EngineHooks& hooks) override {
+        if (!IsReady()) return EngineResult::NotInitialised;
+        return Run(inputPath, outputPath, hooks, RunVerification);
     }
-
-    std::int32_t key_is_text(std::string_view key, std::int32_t length) const override {
-        assert(length >= 0);
-        return KeyBytesAreText(key.substr(0, static_cast<std::size_t>(length))) ? 1 : 0;
-    }
-
-    void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
-    void SetOutputObserver(OutputObserver* observer) override { observer_ = observer; }
 
   private:
-    JobContext JobFor(const std::string& inputPath, const std::string& outputPath) {
-        return {fileSystem_,    random_,         masters_,
-                plain_.bytes(), sealed_.bytes(), Throttled(clock_, progress_),
-                observer_,      inputPath,       outputPath};
+    [[nodiscard]] bool IsReady() const { return masters_.HasKey() && !plain_.empty(); }
+
+    /// An initialisation serves one file.
+    bool TakeInitialization(Direction direction) {
+        const bool fits = direction_ == direction;
+        if (fits) direction_.reset();
+        return fits;
     }
 
-    std::int32_t RunJob(std::int32_t direction, const std::string& inputPath,
-                        const std::string& outputPath) {
-        if (direction_ != direction) return engine_code::NotInitialised;
-        direction_.reset(); // an initialisation serves one file
-        JobContext job = JobFor(inputPath, outputPath);
+    template <typename Job>
+    EngineResult Run(const std::string& inputPath, const std::string& outputPath,
+                     const EngineHooks& hooks, const Job& run) {
         try {
-            return direction == EngineEncrypt ? RunEncryption(job, SaltOfRun())
-                                              : RunDecryption(job);
+            JobContext job{fileSystem_,     random_,
+                           masters_,        plain_.bytes(),
+                           sealed_.bytes(), {Throttled(clock_, hooks.progress), hooks.observer},
+                           inputPath,       outputPath};
+            return run(job);
         } catch (const std::bad_alloc&) {
-            return engine_code::NotInitialised;
+            return EngineResult::NotInitialised;
         }
     }
 
@@ -116,9 +105,7 @@ class Zr5Engine final : public CipherEngine {
     MasterKeys masters_;
     std::optional<RunSalt> runSalt_;
     unsigned saltGeneration_ = 0;
-    std::optional<std::int32_t> direction_;
-    ProgressFunction progress_;
-    OutputObserver* observer_ = nullptr;
+    std::optional<Direction> direction_;
 };
 
 } // namespace
@@ -126,9 +113,9 @@ class Zr5Engine final : public CipherEngine {
 bool BeginsLikeEncrypted(FileSystem& fileSystem, const std::string& path) {
     const OpenResult file = fileSystem.OpenForReading(path);
     if (file.status != FsStatus::Ok) return false;
-    std::array<std::byte, Magic.size()> head{};
+    std::array<std::byte, FormatMagic.size()> head{};
     const ReadResult got = file.file->Read(head);
-    return got.status == FsStatus::Ok && got.count == head.size() && head == Magic;
+    return got.status == FsStatus::Ok && got.count == head.size() && head == FormatMagic;
 }
 
 std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,

@@ -8,25 +8,25 @@
 
 namespace zr5 {
 
-inline constexpr std::array<std::byte, 4> Magic{std::byte{'Z'}, std::byte{'R'}, std::byte{'5'},
-                                                std::byte{1}};
+inline constexpr std::array<std::byte, 4> FormatMagic{std::byte{'Z'}, std::byte{'R'},
+                                                      std::byte{'5'}, std::byte{1}};
 inline constexpr std::size_t RunSaltBytes = 16;
 inline constexpr std::size_t FileSaltBytes = 32;
 inline constexpr std::size_t HeaderTagBytes = 32;
-inline constexpr std::size_t RunSaltAt = Magic.size();
+inline constexpr std::size_t RunSaltAt = FormatMagic.size();
 inline constexpr std::size_t FileSaltAt = RunSaltAt + RunSaltBytes;
 inline constexpr std::size_t HeaderTagAt = FileSaltAt + FileSaltBytes;
 inline constexpr std::size_t HeaderBytes = HeaderTagAt + HeaderTagBytes;
 static_assert(HeaderBytes == 84);
 
-inline constexpr std::size_t BlockBytes = 65536;
+inline constexpr std::size_t PlainBlockBytes = 65536;
 inline constexpr std::size_t TagBytes = 16;
-inline constexpr std::size_t SealedBlockBytes = BlockBytes + TagBytes;
+inline constexpr std::size_t SealedBlockBytes = PlainBlockBytes + TagBytes;
 
 /// Length on disk of the encrypted form of `plainBytes` (at least 1) bytes:
-/// header, then blocks of BlockBytes (the last may be short), one tag each.
+/// header, then blocks of PlainBlockBytes (the last may be short), one tag each.
 [[nodiscard]] constexpr std::uint64_t EncryptedLength(std::uint64_t plainBytes) noexcept {
-    const std::uint64_t blocks = (plainBytes + BlockBytes - 1) / BlockBytes;
+    const std::uint64_t blocks = (plainBytes + PlainBlockBytes - 1) / PlainBlockBytes;
     return HeaderBytes + plainBytes + blocks * TagBytes;
 }
 
@@ -43,8 +43,8 @@ struct BlockLayout {
     const std::uint64_t body = encryptedBytes - HeaderBytes;
     const std::uint64_t whole = body / SealedBlockBytes;
     const std::uint64_t rest = body % SealedBlockBytes;
-    if (rest <= TagBytes) return {whole, whole * BlockBytes, rest != 0};
-    return {whole + 1, whole * BlockBytes + rest - TagBytes, false};
+    if (rest <= TagBytes) return {whole, whole * PlainBlockBytes, rest != 0};
+    return {whole + 1, whole * PlainBlockBytes + rest - TagBytes, false};
 }
 
 } // namespace zr5

@@ -1,6 +1,6 @@
 #include "libs/filekit/program_text_file.h"
 
-#include "libs/system/unicode.h"
+#include "libs/system/text_encoding.h"
 
 #include <charconv>
 #include <new>
@@ -10,7 +10,7 @@ namespace zr5 {
 namespace {
 
 constexpr std::size_t LongestText = 1023; // bytes
-constexpr std::int32_t MostLines = 499;   // more would not fit between the codes
+constexpr int MostLines = 499;
 constexpr std::size_t LargestFileBytes = std::size_t{1} << 20U;
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
@@ -30,53 +30,54 @@ std::string Unescaped(std::string_view text) {
     return result;
 }
 
-/// Reads one line; 0 or a code without its line number.
-std::int32_t ParseLine(std::string_view line, ProgramTextTable& texts) {
+/// Reads one line.
+TextFileStatus ParseLine(std::string_view line, ProgramTextTable& texts) {
     std::int16_t number = 0;
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number);
     const auto digits = static_cast<std::size_t>(end - line.data());
     if (error != std::errc{} || number < 1 || digits + 1 >= line.size() || line[digits] != ' ') {
-        return program_text_code::MissingString;
+        return TextFileStatus::MissingString;
     }
     std::string text = Unescaped(line.substr(digits + 1));
-    if (text.size() > LongestText) return program_text_code::StringTooLong;
-    return texts.emplace(number, std::move(text)).second ? 0 : program_text_code::Duplicate;
+    if (text.size() > LongestText) return TextFileStatus::StringTooLong;
+    return texts.emplace(number, std::move(text)).second ? TextFileStatus::Loaded
+                                                         : TextFileStatus::Duplicate;
 }
 
 } // namespace
 
-std::int32_t ParseProgramTexts(std::string_view content, ProgramTextTable& texts) {
-    if (content.empty()) return program_text_code::EmptyFile;
-    if (!IsUtf8(content)) return program_text_code::NotRecovered;
+TextFileResult ParseProgramTexts(std::string_view content, ProgramTextTable& texts) {
+    if (content.empty()) return {TextFileStatus::EmptyFile};
+    if (!IsUtf8(content)) return {TextFileStatus::NotRecovered};
     if (content.starts_with(ByteOrderMark)) content.remove_prefix(ByteOrderMark.size());
     ProgramTextTable read;
-    for (std::int32_t lineNumber = 1; !content.empty(); ++lineNumber) {
-        if (lineNumber > MostLines) return program_text_code::TooMuchText;
+    for (int lineNumber = 1; !content.empty(); ++lineNumber) {
+        if (lineNumber > MostLines) return {TextFileStatus::TooMuchText};
         const std::size_t end = content.find('\n');
         std::string_view line = content.substr(0, end);
         content.remove_prefix(end == std::string_view::npos ? content.size() : end + 1);
         if (line.ends_with('\r')) line.remove_suffix(1);
         if (line.empty() || line.starts_with('#')) continue;
-        const std::int32_t code = ParseLine(line, read);
-        if (code != 0) return code - lineNumber;
+        const TextFileStatus status = ParseLine(line, read);
+        if (status != TextFileStatus::Loaded) return {status, lineNumber};
     }
-    if (read.empty()) return program_text_code::NothingRead;
+    if (read.empty()) return {TextFileStatus::NothingRead};
     texts = std::move(read);
-    return static_cast<std::int32_t>(texts.size());
+    return {};
 }
 
-std::int32_t ReadProgramTextFile(FileSystem& fileSystem, const std::string& path,
-                                 ProgramTextTable& texts) {
+TextFileResult ReadProgramTextFile(FileSystem& fileSystem, const std::string& path,
+                                   ProgramTextTable& texts) {
     const OpenResult file = fileSystem.OpenForReading(path);
-    if (file.status != FsStatus::Ok) return program_text_code::NotOpened;
+    if (file.status != FsStatus::Ok) return {TextFileStatus::NotOpened};
     try {
         std::vector<std::byte> content(LargestFileBytes + 1);
         const ReadResult got = file.file->Read(content);
-        if (got.status != FsStatus::Ok) return program_text_code::NotRead;
-        if (got.count > LargestFileBytes) return program_text_code::TooMuchText;
+        if (got.status != FsStatus::Ok) return {TextFileStatus::NotRead};
+        if (got.count > LargestFileBytes) return {TextFileStatus::TooMuchText};
         return ParseProgramTexts({reinterpret_cast<const char*>(content.data()), got.count}, texts);
     } catch (const std::bad_alloc&) {
-        return program_text_code::OutOfMemory;
+        return {TextFileStatus::OutOfMemory};
     }
 }
 

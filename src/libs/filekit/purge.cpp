@@ -20,48 +20,47 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
                                   reinterpret_cast<const unsigned char*>(seed.data()));
 }
 
-std::int32_t Overwrite(OpenFile& file, const std::optional<FileInfo>& info, RandomSource& random,
-                       const PurgeHooks& hooks) {
-    if (!info) return purge_code::NotOpened;
-    if (info->linkCount > 1) return purge_code::HasSeveralNames;
+PurgeResult Overwrite(OpenFile& file, const std::optional<FileInfo>& info, RandomSource& random,
+                      const PurgeHooks& hooks) {
+    if (!info) return PurgeResult::NotOpened;
+    if (info->linkCount > 1) return PurgeResult::HasSeveralNames;
     std::vector<std::byte> piece(
         static_cast<std::size_t>(std::min<std::uint64_t>(info->lengthBytes, PieceBytes)));
+    FillPiece(random, piece);
+    const auto head = std::span(piece).first(std::min(piece.size(), OverwriteHeadBytes));
+    if (hooks.beforeOverwriting && !hooks.beforeOverwriting(*info, head)) {
+        return PurgeResult::NotOverwritten;
+    }
     Writeback writeback;
     for (std::uint64_t left = info->lengthBytes; left != 0;) {
         const auto part = std::span(piece).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size())));
-        FillPiece(random, part);
-        if (left == info->lengthBytes && hooks.beforeOverwriting &&
-            !hooks.beforeOverwriting(*info,
-                                     part.first(std::min(part.size(), OverwriteHeadBytes)))) {
-            return purge_code::NotOverwritten;
-        }
-        if (file.Write(part) != FsStatus::Ok) return purge_code::NotOverwritten;
+        if (left != info->lengthBytes) FillPiece(random, part);
+        if (file.Write(part) != FsStatus::Ok) return PurgeResult::NotOverwritten;
         writeback.Wrote(file, part.size());
         left -= part.size();
         if (hooks.progress) hooks.progress(info->lengthBytes - left, info->lengthBytes);
     }
-    return file.Flush() == FsStatus::Ok ? purge_code::Done : purge_code::NotOverwritten;
+    return file.Flush() == FsStatus::Ok ? PurgeResult::Done : PurgeResult::NotOverwritten;
 }
 
 } // namespace
 
-std::int32_t PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
-                       bool overwrite, bool remove, const PurgeHooks& hooks) {
-    if (overwrite) {
+PurgeResult PurgeFile(FileSystem& fileSystem, RandomSource& random, const std::string& path,
+                      PurgeMode mode, const PurgeHooks& hooks) {
+    if (mode == PurgeMode::OverwriteAndDelete) {
         const OpenResult opened = fileSystem.OpenForPurging(path);
-        if (opened.status != FsStatus::Ok) return purge_code::NotOpened;
+        if (opened.status != FsStatus::Ok) return PurgeResult::NotOpened;
         const auto info = opened.file->Info();
-        const std::int32_t code = Overwrite(*opened.file, info, random, hooks);
-        if (code != purge_code::Done || !remove) return code;
+        const PurgeResult result = Overwrite(*opened.file, info, random, hooks);
+        if (result != PurgeResult::Done) return result;
         const auto named = fileSystem.Info(path);
         if (!named || named->identity != info->identity ||
             named->lengthBytes != info->lengthBytes) {
-            return purge_code::NotRemoved;
+            return PurgeResult::NotRemoved;
         }
     }
-    if (remove && fileSystem.Remove(path) != FsStatus::Ok) return purge_code::NotRemoved;
-    return purge_code::Done;
+    return fileSystem.Remove(path) == FsStatus::Ok ? PurgeResult::Done : PurgeResult::NotRemoved;
 }
 
 } // namespace zr5

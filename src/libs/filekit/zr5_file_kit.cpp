@@ -1,20 +1,74 @@
-#include "libs/filekit/zr5_file_kit.h"
-
-#include "libs/filekit/file_comparison.h"
+#include "libs/filekit/file_kit.h"
 #include "libs/filekit/program_text_file.h"
 #include "libs/filekit/purge.h"
 #include "libs/filekit/randomness.h"
+#include "libs/system/paths.h"
 
 #include <algorithm>
-#include <cassert>
 #include <vector>
 
 namespace zr5 {
 namespace {
 
+constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
 constexpr std::uint64_t LeastMeasuredBytes = 1024;
-constexpr std::size_t MeasuredPieceBytes = std::size_t{1} << 20U;
 constexpr int LastNameNumber = 999;
+
+Comparison CompareFiles(FileSystem& fileSystem, const std::string& first, const std::string& second,
+                        const ProgressFunction& progress) {
+    const OpenResult a = fileSystem.OpenForReading(first);
+    if (a.status != FsStatus::Ok) return {CompareOutcome::FirstNotOpened};
+    const OpenResult b = fileSystem.OpenForReading(second);
+    if (b.status != FsStatus::Ok) return {CompareOutcome::SecondNotOpened};
+    const auto info = a.file->Info();
+    const std::uint64_t total = info ? info->lengthBytes : 0;
+    std::vector<std::byte> pieceA(PieceBytes);
+    std::vector<std::byte> pieceB(PieceBytes);
+    for (std::uint64_t compared = 0;;) {
+        const ReadResult gotA = a.file->Read(pieceA);
+        if (gotA.status != FsStatus::Ok) return {CompareOutcome::FirstNotRead};
+        const ReadResult gotB = b.file->Read(pieceB);
+        if (gotB.status != FsStatus::Ok) return {CompareOutcome::SecondNotRead};
+        if (compared == 0 && gotA.count == 0) return {CompareOutcome::FirstEmpty};
+        if (compared == 0 && gotB.count == 0) return {CompareOutcome::SecondEmpty};
+        const std::size_t common = std::min(gotA.count, gotB.count);
+        const auto end = pieceA.begin() + static_cast<std::ptrdiff_t>(common);
+        const auto same = std::mismatch(pieceA.begin(), end, pieceB.begin()).first;
+        compared += static_cast<std::uint64_t>(same - pieceA.begin());
+        if (same != end || gotA.count != gotB.count) {
+            return {CompareOutcome::Different, compared + 1};
+        }
+        if (common == 0) return {CompareOutcome::Identical};
+        if (progress) progress(compared, total);
+    }
+}
+
+double MeasureFile(FileSystem& fileSystem, const std::string& path, std::uint64_t sampleBytes,
+                   const MeasureProgress& progress) {
+    const OpenResult opened = fileSystem.OpenForReading(path);
+    if (opened.status != FsStatus::Ok) return RandomnessUnreadable;
+    const auto info = opened.file->Info();
+    if (!info) return RandomnessUnreadable;
+    if (info->lengthBytes < LeastMeasuredBytes) return RandomnessTooSmall;
+    const std::uint64_t sample =
+        sampleBytes > 0 ? std::min(sampleBytes, info->lengthBytes) : info->lengthBytes;
+    if (opened.file->MoveTo((info->lengthBytes - sample) / 2) != FsStatus::Ok) {
+        return RandomnessUnreadable;
+    }
+    std::vector<std::byte> piece(
+        static_cast<std::size_t>(std::min<std::uint64_t>(sample, PieceBytes)));
+    RandomnessMeter meter;
+    for (std::uint64_t left = sample; left != 0;) {
+        const ReadResult got = opened.file->Read(std::span(piece).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size()))));
+        if (got.status != FsStatus::Ok) return RandomnessUnreadable;
+        if (got.count == 0) break;
+        meter.Add(std::span(piece).first(got.count));
+        left -= got.count;
+        if (progress && !progress(sample - left, sample)) return RandomnessStopped;
+    }
+    return meter.Value();
+}
 
 bool IsContinuationByte(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
@@ -37,103 +91,56 @@ class Zr5FileKit final : public FileKit {
     Zr5FileKit(FileSystem& fileSystem, RandomSource& random)
         : fileSystem_(fileSystem), random_(random) {}
 
-    std::int64_t compare_files(const std::string& first, const std::string& second) override {
-        return CompareFiles(fileSystem_, first, second, progress_);
+    Comparison compare_files(const std::string& first, const std::string& second,
+                             const ProgressFunction& progress) override {
+        return CompareFiles(fileSystem_, first, second, progress);
     }
 
-    double fr(const std::string& path, std::int32_t sampleBytes) override {
-        const OpenResult opened = fileSystem_.OpenForReading(path);
-        if (opened.status != FsStatus::Ok) return RandomnessUnreadable;
-        const auto info = opened.file->Info();
-        if (!info) return RandomnessUnreadable;
-        if (info->lengthBytes < LeastMeasuredBytes) return RandomnessTooSmall;
-        const std::uint64_t sample =
-            sampleBytes > 0 ? std::min(static_cast<std::uint64_t>(sampleBytes), info->lengthBytes)
-                            : info->lengthBytes;
-        if (opened.file->MoveTo((info->lengthBytes - sample) / 2) != FsStatus::Ok) {
-            return RandomnessUnreadable;
-        }
-        std::vector<std::byte> piece(
-            static_cast<std::size_t>(std::min<std::uint64_t>(sample, MeasuredPieceBytes)));
-        RandomnessMeter meter;
-        stopsMeasuring_ = false;
-        for (std::uint64_t left = sample; left != 0;) {
-            const ReadResult got = opened.file->Read(std::span(piece).first(
-                static_cast<std::size_t>(std::min<std::uint64_t>(left, piece.size()))));
-            if (got.status != FsStatus::Ok) return RandomnessUnreadable;
-            if (got.count == 0) break;
-            meter.Add(std::span(piece).first(got.count));
-            left -= got.count;
-            if (progress_ && sampleBytes <= 0) progress_(sample - left, sample);
-            if (stopsMeasuring_) return RandomnessStopped;
-        }
-        return meter.Value();
+    double fr(const std::string& path, std::uint64_t sampleBytes,
+              const MeasureProgress& progress) override {
+        return MeasureFile(fileSystem_, path, sampleBytes, progress);
     }
 
-    double randomness_measure(std::string_view bytes, std::int32_t length,
-                              std::int16_t /*flag*/) override {
-        assert(length >= 0);
-        return BufferRandomness(
-            std::as_bytes(std::span(bytes.substr(0, static_cast<std::size_t>(length)))));
+    double randomness_measure(std::span<const std::byte> bytes) override {
+        return BufferRandomness(bytes);
     }
 
-    std::int32_t purge_file(const std::string& path, std::int32_t overwrite, bool remove,
-                            bool /*reserved*/) override {
-        return PurgeFile(fileSystem_, random_, path, overwrite != PurgeDeleteOnly, remove,
-                         {progress_, beforeOverwriting_});
+    PurgeResult purge_file(const std::string& path, PurgeMode mode,
+                           const PurgeHooks& hooks) override {
+        return PurgeFile(fileSystem_, random_, path, mode, hooks);
     }
 
-    std::int32_t new_file_creatable(const std::string& path) override {
-        return !fileSystem_.Info(path) && fileSystem_.FolderAcceptsFiles(path) ? 1 : 0;
+    bool new_file_creatable(const std::string& path) override {
+        return !fileSystem_.Info(path) && fileSystem_.FolderAcceptsFiles(path);
     }
 
-    std::int32_t new_filepath_extension(std::string& path) override {
-        const std::size_t nameAt = path.rfind('/') + 1;
-        const std::string folder = path.substr(0, nameAt);
-        const std::string name = path.substr(nameAt);
+    std::optional<std::string> new_filepath_extension(const std::string& path) override {
+        const PathParts parts = SplitPath(path);
         const std::size_t longest = fileSystem_.LongestName(path);
         for (int number = 1; number <= LastNameNumber; ++number) {
             const std::string suffix =
                 number == 1 ? std::string(".zr5") : ".zr5-" + std::to_string(number);
-            std::string candidate = folder;
-            candidate += CutTo(name, longest - suffix.size());
-            candidate += suffix;
-            if (!fileSystem_.Info(candidate)) {
-                path = std::move(candidate);
-                return 0;
-            }
+            std::string candidate =
+                parts.folder + CutTo(parts.name, longest - suffix.size()) + suffix;
+            if (!fileSystem_.Info(candidate)) return candidate;
         }
-        return 1;
+        return std::nullopt;
     }
 
-    std::int32_t gt(std::int16_t number, std::int16_t /*language*/, std::span<char> buffer,
-                    std::int32_t bufferLength, std::int32_t /*one*/) override {
-        assert(bufferLength >= 0 && static_cast<std::size_t>(bufferLength) <= buffer.size());
+    std::optional<std::string> gt(std::int16_t number) override {
         const auto text = texts_.find(number);
-        if (text == texts_.end()) return 0;
-        const std::size_t count =
-            std::min(text->second.size(), static_cast<std::size_t>(bufferLength));
-        std::copy_n(text->second.begin(), count, buffer.begin());
-        return static_cast<std::int32_t>(count);
+        if (text == texts_.end()) return std::nullopt;
+        return text->second;
     }
 
-    std::int32_t lt(const std::string& path, std::int32_t /*reserved*/) override {
+    TextFileResult lt(const std::string& path) override {
         return ReadProgramTextFile(fileSystem_, path, texts_);
     }
-
-    void SetBeforeOverwriting(BeforeOverwriting beforeOverwriting) override {
-        beforeOverwriting_ = std::move(beforeOverwriting);
-    }
-    void SetProgress(ProgressFunction progress) override { progress_ = std::move(progress); }
-    void StopMeasuring() override { stopsMeasuring_ = true; }
 
   private:
     FileSystem& fileSystem_;
     RandomSource& random_;
     ProgramTextTable texts_;
-    ProgressFunction progress_;
-    BeforeOverwriting beforeOverwriting_;
-    bool stopsMeasuring_ = false;
 };
 
 } // namespace

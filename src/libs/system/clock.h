@@ -1,8 +1,12 @@
 #pragma once
 
-// Time is handed in, so that tests decide what the clock says.
+// Time is handed in, so that tests decide what the clock says; and with it how work that takes
+// long tells how far it is.
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
+#include <utility>
 
 namespace zr5 {
 
@@ -21,5 +25,22 @@ class SystemClock final : public Clock {
     [[nodiscard]] std::chrono::milliseconds Now() const override;
     [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override;
 };
+
+/// Called while a file is worked on, at most every 50 ms: bytes done and in all.
+using ProgressFunction = std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)>;
+
+inline constexpr std::chrono::milliseconds ProgressInterval{50};
+
+/// `progress`, called through at most every 50 ms from now on; empty when it is. The clock must
+/// outlive the function.
+[[nodiscard]] inline ProgressFunction Throttled(const Clock& clock, ProgressFunction progress) {
+    if (!progress) return {};
+    return [&clock, progress = std::move(progress),
+            last = clock.Now()](std::uint64_t done, std::uint64_t total) mutable {
+        if (clock.Now() - last < ProgressInterval) return;
+        progress(done, total);
+        last = clock.Now();
+    };
+}
 
 } // namespace zr5

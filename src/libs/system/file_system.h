@@ -144,8 +144,4 @@ class FileSystem {
 /// The file system of the machine. `MakeSystemFileSystem` is the only way to one.
 [[nodiscard]] std::unique_ptr<FileSystem> MakeSystemFileSystem();
 
-/// Whether two paths lead to one file: Windows-shaped paths by their lower-cased text; others
-/// by identity when both exist (so that links are seen through), else by the normalised path.
-[[nodiscard]] bool SameFile(FileSystem& fileSystem, const std::string& a, const std::string& b);
-
 } // namespace zr5

@@ -1,5 +1,6 @@
 #include "libs/system/file_system.h"
 #include "libs/system/open_file_linux.h"
+#include "libs/system/paths.h"
 
 #include <climits>
 #include <cstdio>
@@ -13,13 +14,13 @@
 namespace zr5 {
 namespace {
 
+/// The folder that holds `path`, for a system call.
 std::string FolderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
+    std::string folder = SplitPath(path).folder;
+    return folder.empty() ? "." : folder;
 }
 
-class PosixFileSystem final : public FileSystem {
+class LinuxFileSystem final : public FileSystem {
   public:
     OpenResult OpenForReading(const std::string& path) override {
         return Open(path, O_RDONLY | O_NONBLOCK);
@@ -198,7 +199,7 @@ class PosixFileSystem final : public FileSystem {
 } // namespace
 
 std::unique_ptr<FileSystem> MakeSystemFileSystem() {
-    return std::make_unique<PosixFileSystem>();
+    return std::make_unique<LinuxFileSystem>();
 }
 
 } // namespace zr5

@@ -67,12 +67,12 @@ mode_t ModeFor(const struct stat& own, const struct stat& source) {
     return mode;
 }
 
-class PosixFile final : public OpenFile {
+class LinuxFile final : public OpenFile {
   public:
-    explicit PosixFile(int descriptor) : descriptor_(descriptor) {}
-    PosixFile(const PosixFile&) = delete;
-    PosixFile& operator=(const PosixFile&) = delete;
-    ~PosixFile() override { close(descriptor_); }
+    explicit LinuxFile(int descriptor) : descriptor_(descriptor) {}
+    LinuxFile(const LinuxFile&) = delete;
+    LinuxFile& operator=(const LinuxFile&) = delete;
+    ~LinuxFile() override { close(descriptor_); }
 
     ReadResult Read(std::span<std::byte> into) override {
         if (into.size() >= LeastReadAheadFor) ReadAhead();
@@ -250,7 +250,7 @@ FileInfo InfoFrom(const struct stat& raw) {
 }
 
 std::unique_ptr<OpenFile> MakeOpenFile(int descriptor) {
-    return std::make_unique<PosixFile>(descriptor);
+    return std::make_unique<LinuxFile>(descriptor);
 }
 
 } // namespace zr5

@@ -1,6 +1,6 @@
 #pragma once
 
-// One open file of a POSIX system, and what its calls have in common with those of the file
+// One open file of a Linux system, and what its calls have in common with those of the file
 // system: their errors and their descriptions of files in the program's own terms.
 
 #include "libs/system/file_system.h"

@@ -1,4 +1,4 @@
-#include "libs/cipher/key_text.h"
+#include "keys/classification.h"
 #include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
@@ -73,10 +73,10 @@ TEST(Secrets, CannotBeTouchedAfterTheyAreGone) {
 TEST(KeyText, IsWhatAPersonCouldHaveWritten) {
     for (const auto key :
          {"plain text"sv, "\t\n\f\r"sv, "\x80\x8A\x9F\xA0\xFF"sv, "padded\0\0\0"sv, "\0\0"sv, ""sv})
-        EXPECT_TRUE(KeyBytesAreText(key)) << testing::PrintToString(key);
+        EXPECT_TRUE(KeyIsText(key)) << testing::PrintToString(key);
     for (const auto key : {"in\0side"sv, "\0in front"sv, "a\v"sv, "a\b"sv, "a\x1F"sv, "a\x7F"sv,
                            "a\x81"sv, "a\x8D"sv, "a\x8F"sv, "a\x90"sv, "a\x9D"sv})
-        EXPECT_FALSE(KeyBytesAreText(key)) << testing::PrintToString(key);
+        EXPECT_FALSE(KeyIsText(key)) << testing::PrintToString(key);
 }
 
 } // namespace

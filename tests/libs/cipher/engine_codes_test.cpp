@@ -11,14 +11,14 @@ namespace zr5::test {
 namespace {
 
 using Names = std::set<std::string>;
-using namespace engine_code;
+using enum EngineResult;
 
 constexpr std::size_t MiB = std::size_t{1} << 20U;
 
 class EngineCodes : public EngineTest {
   protected:
     /// Both directions into a new output leave nothing but the input, which is as it was.
-    void ExpectBothFail(std::string_view input, std::string_view output, std::int32_t code) {
+    void ExpectBothFail(std::string_view input, std::string_view output, EngineResult code) {
         SCOPED_TRACE(testing::Message() << input << " to " << output);
         const Names before = folder.Names();
         EXPECT_EQ(Encrypt(input, output), code);
@@ -31,22 +31,22 @@ TEST_F(EngineCodes, NothingWorksWithoutInitialisation) {
     folder.Write("in", Sealed("content"));
     const std::string in = folder / "in";
     const std::string out = folder / "out";
-    Engine().operation_initialization({}, EngineEncrypt, 0, 0);
-    EXPECT_EQ(Engine().encrypt_file(in, out), NotInitialised) << "no key";
-    Engine().operation_initialization(Key, EngineDecrypt, 0, 0);
-    EXPECT_EQ(Engine().encrypt_file(in, out), NotInitialised) << "other direction";
-    Engine().operation_initialization(Key, EngineEncrypt, 0, 0);
-    EXPECT_EQ(Engine().decrypt_file(in, out), NotInitialised) << "other direction";
+    Engine().operation_initialization({}, Direction::Encrypt);
+    EXPECT_EQ(Engine().encrypt_file(in, out, {}), NotInitialised) << "no key";
+    Engine().operation_initialization(Key, Direction::Decrypt);
+    EXPECT_EQ(Engine().encrypt_file(in, out, {}), NotInitialised) << "other direction";
+    Engine().operation_initialization(Key, Direction::Encrypt);
+    EXPECT_EQ(Engine().decrypt_file(in, out, {}), NotInitialised) << "other direction";
     EXPECT_EQ(Decrypt("in", "back"), Success);
-    EXPECT_EQ(Engine().decrypt_file(in, out), NotInitialised) << "second file";
+    EXPECT_EQ(Engine().decrypt_file(in, out, {}), NotInitialised) << "second file";
     EXPECT_EQ(folder.Names(), (Names{"in", "back"}));
 
-    Engine().operation_initialization(Key, EngineDecrypt, 0, 0);
+    Engine().operation_initialization(Key, Direction::Decrypt);
     Engine().deallocate_buffers();
-    EXPECT_EQ(Engine().decrypt_file(in, out), NotInitialised) << "buffers given back";
-    Engine().operation_initialization(Key, EngineDecrypt, 0, 0);
-    EXPECT_EQ(Engine().decrypt_file(in, out), NotInitialised) << "no buffers";
-    ASSERT_NE(Engine().allocate_buffers(), 0);
+    EXPECT_EQ(Engine().decrypt_file(in, out, {}), NotInitialised) << "buffers given back";
+    Engine().operation_initialization(Key, Direction::Decrypt);
+    EXPECT_EQ(Engine().decrypt_file(in, out, {}), NotInitialised) << "no buffers";
+    ASSERT_TRUE(Engine().allocate_buffers());
     EXPECT_EQ(Decrypt("in", "back"), Success);
 }
 
@@ -131,7 +131,7 @@ TEST_F(EngineCodes, DecryptionKeepsWhatWasRecoveredBeforeAFailure) {
         FsCall kind;
         unsigned number;
         FsStatus status;
-        std::int32_t code;
+        EngineResult code;
         std::size_t keptBytes;                             ///< 0: no output
     } cases[] = {{FsCall::Read, 2, IoError, ReadError, 0}, // the first after the header
                  {FsCall::Read, 3, IoError, ReadErrorPartial, MiB},
@@ -144,7 +144,7 @@ TEST_F(EngineCodes, DecryptionKeepsWhatWasRecoveredBeforeAFailure) {
                  {FsCall::Flush, 1, IoError, WriteError, 0},
                  {FsCall::Flush, 1, NoSpace, DiskFull, 0}};
     for (const auto& entry : cases) {
-        SCOPED_TRACE(testing::Message() << "code " << entry.code << " call " << entry.number);
+        SCOPED_TRACE(testing::Message() << "call " << entry.number);
         Disk().Reset();
         Disk().Fail(entry.kind, entry.number, entry.status);
         EXPECT_EQ(Decrypt("in", "out"), entry.code);
@@ -171,7 +171,8 @@ TEST_F(EngineCodes, ShortReadsAreReadErrors) {
     Disk().Reset();
     Disk().EndReadEarly(3, 70'000);
     EXPECT_EQ(Decrypt("sealed", "out"), ReadErrorPartial);
-    EXPECT_EQ(folder.Read("out").size(), MiB + BlockBytes) << "a block that came whole is kept";
+    EXPECT_EQ(folder.Read("out").size(), MiB + PlainBlockBytes)
+        << "a block that came whole is kept";
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 // can be made to fail, in a fresh folder for every test.
 
 #include "libs/cipher/cipher_engine.h"
-#include "libs/cipher/zr5_engine.h"
 #include "libs/cipher/zr5_format.h"
 #include "libs/system/random.h"
 #include "support/faulty_file_system.h"
@@ -24,13 +23,10 @@ class EngineTest : public testing::Test {
 
     static void SetUpTestSuite() {
         shared_ = std::make_unique<Shared>();
-        ASSERT_NE(Engine().allocate_buffers(), 0);
+        ASSERT_TRUE(Engine().allocate_buffers());
     }
     static void TearDownTestSuite() { shared_.reset(); }
-    void SetUp() override {
-        Disk().Reset();
-        Engine().SetProgress({});
-    }
+    void SetUp() override { Disk().Reset(); }
 
     static CipherEngine& Engine() { return *shared_->engine; }
     static FaultyFileSystem& Disk() { return shared_->disk; }
@@ -38,27 +34,27 @@ class EngineTest : public testing::Test {
     static StoppedClock& TestClock() { return shared_->clock; }
 
     /// Full paths.
-    static std::int32_t EncryptPath(const std::string& from, const std::string& to,
+    static EngineResult EncryptPath(const std::string& from, const std::string& to,
                                     std::string_view key = Key) {
-        Engine().operation_initialization(key, EngineEncrypt, 0, 0);
-        return Engine().encrypt_file(from, to);
+        Engine().operation_initialization(key, Direction::Encrypt);
+        return Engine().encrypt_file(from, to, {});
     }
-    static std::int32_t DecryptPath(const std::string& from, const std::string& to,
+    static EngineResult DecryptPath(const std::string& from, const std::string& to,
                                     std::string_view key = Key) {
-        Engine().operation_initialization(key, EngineDecrypt, 0, 0);
-        return Engine().decrypt_file(from, to);
+        Engine().operation_initialization(key, Direction::Decrypt);
+        return Engine().decrypt_file(from, to, {});
     }
     /// Names in the test's folder.
-    [[nodiscard]] std::int32_t Encrypt(std::string_view from, std::string_view to) const {
+    [[nodiscard]] EngineResult Encrypt(std::string_view from, std::string_view to) const {
         return EncryptPath(folder / from, folder / to);
     }
-    [[nodiscard]] std::int32_t Decrypt(std::string_view from, std::string_view to) const {
+    [[nodiscard]] EngineResult Decrypt(std::string_view from, std::string_view to) const {
         return DecryptPath(folder / from, folder / to);
     }
     /// The bytes of the file that `plain` becomes; nothing is left in the folder.
     [[nodiscard]] std::string Sealed(std::string_view plain) const {
         folder.Write("to-seal", plain);
-        EXPECT_EQ(Encrypt("to-seal", "sealed"), engine_code::Success);
+        EXPECT_EQ(Encrypt("to-seal", "sealed"), EngineResult::Success);
         std::string bytes = folder.Read("sealed");
         folder.Remove("to-seal");
         folder.Remove("sealed");

@@ -11,7 +11,7 @@ namespace zr5::test {
 namespace {
 
 using Names = std::set<std::string>;
-using namespace engine_code;
+using enum EngineResult;
 
 constexpr std::string_view Old = "what stood there before";
 
@@ -30,7 +30,7 @@ class EngineFaults : public EngineTest {
         if (outputExists) folder.Write("out", Old);
         Disk().Reset();
         Disk().FailAny(call, status);
-        const std::int32_t code = direction.encrypts ? Encrypt("in", "out") : Decrypt("in", "out");
+        const EngineResult code = direction.encrypts ? Encrypt("in", "out") : Decrypt("in", "out");
         const std::vector<FsCall> calls = Disk().Calls();
         const bool met = Disk().AllMet();
         Disk().Reset();
@@ -114,7 +114,7 @@ class Damage : public EngineTest {
   protected:
     /// Decrypts `bytes` over an existing output and checks the code, that the input is as it
     /// was, that nothing else lies about, and that the output holds `expected`.
-    void ExpectResult(const std::string& bytes, std::int32_t code,
+    void ExpectResult(const std::string& bytes, EngineResult code,
                       const std::string& expected) const {
         folder.Write("in", bytes);
         folder.Write("out", "what stood there before");
@@ -137,9 +137,9 @@ class Damage : public EngineTest {
     [[nodiscard]] static std::string Without(std::string plain,
                                              std::initializer_list<std::size_t> blocks) {
         for (const std::size_t number : blocks) {
-            const std::size_t from = number * BlockBytes;
+            const std::size_t from = number * PlainBlockBytes;
             std::fill_n(plain.begin() + static_cast<std::ptrdiff_t>(from),
-                        std::min(BlockBytes, plain.size() - from), '\0');
+                        std::min(PlainBlockBytes, plain.size() - from), '\0');
         }
         return plain;
     }
@@ -163,7 +163,7 @@ TEST_F(Damage, OfAnyByteOfASmallFileAndByCuttingItOffAnywhereIsFound) {
 }
 
 TEST_F(Damage, IsCountedUpToNineBlocks) {
-    const std::string plain = PatternBytes(20 * BlockBytes); // more than one piece
+    const std::string plain = PatternBytes(20 * PlainBlockBytes); // more than one piece
     std::string damaged = Sealed(plain);
     std::string expected = plain;
     for (std::size_t count = 1; count <= 12; ++count) {
@@ -171,8 +171,8 @@ TEST_F(Damage, IsCountedUpToNineBlocks) {
         const std::size_t block = count + 6; // across the edge of a piece
         damaged = Flipped(damaged, BlockAt(block) + 5);
         expected = Without(expected, {block});
-        const auto counted = static_cast<std::int32_t>(std::min<std::size_t>(count, 9));
-        ExpectResult(damaged, OneDamagedBlock + 1 - counted, expected);
+        const int code = -20 - static_cast<int>(std::min<std::size_t>(count, 9));
+        ExpectResult(damaged, static_cast<EngineResult>(code), expected);
     }
 }
 
@@ -199,9 +199,9 @@ TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
         const std::string plain = PatternBytes(length);
         folder.Write("plain", plain);
         folder.Write("back", std::string(length + 1, 'x')); // is replaced
-        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        ASSERT_EQ(Encrypt("plain", "sealed"), EngineResult::Success);
         EXPECT_EQ(folder.Read("sealed").size(), EncryptedLength(length));
-        ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+        ASSERT_EQ(Decrypt("sealed", "back"), EngineResult::Success);
         EXPECT_EQ(folder.Read("back"), plain);
         EXPECT_EQ(folder.Read("plain"), plain);
         EXPECT_EQ(folder.Names(), (Names{"plain", "sealed", "back"}));
@@ -212,7 +212,7 @@ TEST_F(RoundTrip, GivesBackTheSameBytesAtEveryEdge) {
 TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
     const auto salts = [&](std::string_view key) {
         folder.Write("plain", "content");
-        EXPECT_EQ(EncryptPath(folder / "plain", folder / "sealed", key), engine_code::Success);
+        EXPECT_EQ(EncryptPath(folder / "plain", folder / "sealed", key), EngineResult::Success);
         const std::string header = folder.Read("sealed").substr(0, HeaderBytes);
         return std::pair(header.substr(RunSaltAt, RunSaltBytes),
                          header.substr(FileSaltAt, FileSaltBytes));
@@ -232,19 +232,25 @@ TEST_F(RoundTrip, TellsProgressAtMostEveryFiftyMilliseconds) {
     using Done = std::vector<std::uint64_t>;
     Done done;
     std::uint64_t total = 0;
-    Engine().SetProgress([&](std::uint64_t doneBytes, std::uint64_t totalBytes) {
+    const EngineHooks hooks{[&](std::uint64_t doneBytes, std::uint64_t totalBytes) {
         done.push_back(doneBytes);
         total = totalBytes;
-    });
+    }};
+    const auto run = [&](Direction direction, const char* from, const char* to) {
+        Engine().operation_initialization(Key, direction);
+        return direction == Direction::Encrypt
+                   ? Engine().encrypt_file(folder / from, folder / to, hooks)
+                   : Engine().decrypt_file(folder / from, folder / to, hooks);
+    };
     for (const auto& [stepMs, expected] :
          {std::pair{0, Done{}}, {20, {3 * MiB}}, {1000, {MiB, 2 * MiB, 3 * MiB, 3 * MiB + 5}}}) {
         done.clear();
         TestClock().step = std::chrono::milliseconds(stepMs);
-        ASSERT_EQ(Encrypt("plain", "sealed"), engine_code::Success);
+        ASSERT_EQ(run(Direction::Encrypt, "plain", "sealed"), Success);
         EXPECT_EQ(done, expected) << stepMs;
     }
     EXPECT_EQ(total, 3 * MiB + 5);
-    ASSERT_EQ(Decrypt("sealed", "back"), engine_code::Success);
+    ASSERT_EQ(run(Direction::Decrypt, "sealed", "back"), Success);
     EXPECT_EQ(total, EncryptedLength(3 * MiB + 5));
     TestClock().step = {};
 }

@@ -18,14 +18,12 @@ constexpr std::size_t MiB = std::size_t{1} << 20U;
 
 class Kit : public KitTest {
   protected:
-    std::int32_t Purge(std::string_view name, std::int32_t overwrite = PurgeOverwrite,
-                       bool remove = true) {
-        return kit->purge_file(folder / name, overwrite, remove, false);
+    PurgeResult Purge(std::string_view name, PurgeMode mode = PurgeMode::OverwriteAndDelete,
+                      const PurgeHooks& hooks = {}) {
+        return kit->purge_file(folder / name, mode, hooks);
     }
     std::string NewName(std::string_view name) {
-        std::string path = folder / name;
-        EXPECT_EQ(kit->new_filepath_extension(path), 0);
-        return path.substr(folder.Path().size());
+        return kit->new_filepath_extension(folder / name).value().substr(folder.Path().size());
     }
 };
 
@@ -38,11 +36,11 @@ TEST_F(Kit, FindsTheFirstDifferenceCountedFromOne) {
     };
     const struct {
         std::string first, second;
-        std::int64_t expected;
+        std::uint64_t expected; ///< 0: identical
     } cases[] = {{"abc", "abx", 3},
                  {"abc", "abcd", 4},
                  {"abc", "xbcd", 1},
-                 {big, big, compare_code::Identical},
+                 {big, big, 0},
                  {big, changed(0), 1},
                  {big, changed(MiB), MiB + 1},
                  {big, changed(big.size() - 1), 2 * MiB + 10},
@@ -52,8 +50,11 @@ TEST_F(Kit, FindsTheFirstDifferenceCountedFromOne) {
         SCOPED_TRACE(entry.expected);
         const std::string a = folder.Write("a", entry.first);
         const std::string b = folder.Write("b", entry.second);
-        EXPECT_EQ(kit->compare_files(a, b), entry.expected);
-        EXPECT_EQ(kit->compare_files(b, a), entry.expected);
+        const Comparison expected{entry.expected == 0 ? CompareOutcome::Identical
+                                                      : CompareOutcome::Different,
+                                  entry.expected};
+        EXPECT_EQ(kit->compare_files(a, b, {}), expected);
+        EXPECT_EQ(kit->compare_files(b, a, {}), expected);
     }
 }
 
@@ -61,16 +62,17 @@ TEST_F(Kit, SaysWhichFileCannotBeCompared) {
     const std::string file = folder.Write("file", "content");
     const std::string empty = folder.Write("empty", "");
     const std::string none = folder / "none";
-    for (const auto& [first, second, code] : {std::tuple{none, file, compare_code::FirstNotOpened},
-                                              {file, none, compare_code::SecondNotOpened},
-                                              {empty, file, compare_code::FirstEmpty},
-                                              {file, empty, compare_code::SecondEmpty},
-                                              {empty, empty, compare_code::FirstEmpty}})
-        EXPECT_EQ(kit->compare_files(first, second), code);
+    for (const auto& [first, second, code] :
+         {std::tuple{none, file, CompareOutcome::FirstNotOpened},
+          {file, none, CompareOutcome::SecondNotOpened},
+          {empty, file, CompareOutcome::FirstEmpty},
+          {file, empty, CompareOutcome::SecondEmpty},
+          {empty, empty, CompareOutcome::FirstEmpty}})
+        EXPECT_EQ(kit->compare_files(first, second, {}).outcome, code);
     disk.Fail(FsCall::Read, 1);
-    EXPECT_EQ(kit->compare_files(file, file), compare_code::FirstNotRead);
+    EXPECT_EQ(kit->compare_files(file, file, {}).outcome, CompareOutcome::FirstNotRead);
     disk.Fail(FsCall::Read, 2);
-    EXPECT_EQ(kit->compare_files(file, file), compare_code::SecondNotRead);
+    EXPECT_EQ(kit->compare_files(file, file, {}).outcome, CompareOutcome::SecondNotRead);
 }
 
 TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
@@ -80,7 +82,7 @@ TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
         disk.Reset();
         std::string last;
         disk.Before(FsCall::Remove, 1, [&] { last = folder.Read("file"); });
-        EXPECT_EQ(Purge("file"), purge_code::Done);
+        EXPECT_EQ(Purge("file"), PurgeResult::Done);
         EXPECT_EQ(folder.Names(), Names{});
         EXPECT_EQ(disk.WrittenBytes(), length);
         EXPECT_EQ(last.size(), length);
@@ -93,12 +95,16 @@ TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
     }
 }
 
-TEST_F(Kit, PurgesNoMoreThanTheOptionsSay) {
-    folder.Write("file", "content");
-    EXPECT_EQ(Purge("file", PurgeOverwrite, false), purge_code::Done);
-    EXPECT_EQ(folder.Read("file").size(), 7U);
+TEST_F(Kit, PurgesOnlyWhatItIsAllowedTo) {
+    for (const char* content : {"content", ""}) { // an empty file, too, is asked about
+        folder.Write("file", content);
+        const auto refuse = [](const FileInfo&, std::span<const std::byte>) { return false; };
+        EXPECT_EQ(Purge("file", PurgeMode::OverwriteAndDelete, {{}, refuse}),
+                  PurgeResult::NotOverwritten);
+        EXPECT_EQ(folder.Read("file"), content);
+    }
     disk.Reset();
-    EXPECT_EQ(Purge("file", PurgeDeleteOnly), purge_code::Done);
+    EXPECT_EQ(Purge("file", PurgeMode::DeleteOnly), PurgeResult::Done);
     EXPECT_EQ(disk.WrittenBytes(), 0U);
     EXPECT_EQ(folder.Names(), Names{});
 }
@@ -109,8 +115,8 @@ TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
     folder.MakeSpecials("file");
     const Names before = folder.Names();
     for (const char* name : {"file", "hard", "link", "folder", "pipe", "none"})
-        EXPECT_LT(Purge(name), PurgeFailureLimit) << name;
-    EXPECT_LT(Purge("folder", PurgeDeleteOnly), PurgeFailureLimit);
+        EXPECT_NE(Purge(name), PurgeResult::Done) << name;
+    EXPECT_NE(Purge("folder", PurgeMode::DeleteOnly), PurgeResult::Done);
     EXPECT_EQ(folder.Names(), before);
     EXPECT_EQ(folder.Read("file"), "content");
 }
@@ -120,14 +126,16 @@ TEST_F(Kit, PurgesAWriteProtectedFileOnlyOfItsOwner) {
     const std::string path = folder.Write("file", content);
     ASSERT_EQ(chmod(path.c_str(), 0444), 0);
     EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] {
-        return Purge("file", PurgeOverwrite, false) == purge_code::Done &&
+        disk.Fail(FsCall::Remove, 1);
+        return Purge("file") == PurgeResult::NotRemoved &&
                fs::status(path).permissions() == fs::perms{0444} && folder.Read("file") != content;
     }));
-    EXPECT_TRUE(AsOrdinaryUser({folder.Path(), path}, [&] { return Purge("file") == 0; }));
+    EXPECT_TRUE(
+        AsOrdinaryUser({folder.Path(), path}, [&] { return Purge("file") == PurgeResult::Done; }));
     EXPECT_FALSE(folder.Has("file"));
     if (geteuid() == 0) {
         const std::string roots = folder.Write("roots", content);
-        EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Purge("roots") == purge_code::NotOpened; }));
+        EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Purge("roots") == PurgeResult::NotOpened; }));
         EXPECT_EQ(folder.Read("roots"), content);
     }
 }
@@ -139,7 +147,7 @@ TEST_F(Kit, SaysWhenAPurgeFailedAndKeepsTheName) {
         folder.Write("file", std::string(1000, 'A'));
         disk.Reset();
         disk.Fail(kind, 1);
-        EXPECT_LT(Purge("file"), PurgeFailureLimit);
+        EXPECT_NE(Purge("file"), PurgeResult::Done);
         EXPECT_TRUE(disk.AllMet());
         EXPECT_EQ(folder.Read("file").size(), 1000U);
     }
@@ -153,9 +161,7 @@ TEST_F(Kit, FindsAFreeNameBesideAFileUntilEveryNameIsTaken) {
     fs::create_symlink(folder / "nowhere", folder / "a.zr5-2"); // taken, too
     for (int i = 3; i <= 999; ++i)
         fs::create_directory(folder / "a.zr5-" + std::to_string(i));
-    std::string path = folder / "a";
-    EXPECT_NE(kit->new_filepath_extension(path), 0);
-    EXPECT_EQ(path, folder / "a");
+    EXPECT_FALSE(kit->new_filepath_extension(folder / "a"));
     folder.Remove("a.zr5-999");
     EXPECT_EQ(NewName("a"), "a.zr5-999");
 }

@@ -2,7 +2,7 @@
 
 // The file kit on a disk that can be made to fail, with a fresh folder.
 
-#include "libs/filekit/zr5_file_kit.h"
+#include "libs/filekit/file_kit.h"
 #include "libs/system/random.h"
 #include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"

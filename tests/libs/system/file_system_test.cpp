@@ -1,5 +1,6 @@
-#include "libs/cipher/safe_file.h"
 #include "libs/system/file_system.h"
+#include "libs/system/paths.h"
+#include "libs/system/safe_file.h"
 
 #include "libs/cipher/engine_fixture.h"
 #include "libs/filekit/kit_fixture.h"
@@ -104,7 +105,7 @@ TEST_F(SafeFile, LeavesTheOldFileOrNothingWhicheverCallFails) {
     EXPECT_EQ(Write(IfThere::Replace), FsStatus::NoSpace);
 }
 
-using namespace engine_code;
+using enum EngineResult;
 
 struct stat StatOf(const std::string& path) {
     struct stat raw {};

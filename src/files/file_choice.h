@@ -1,0 +1,64 @@
+#pragma once
+
+// Choosing what is worked on and where the result goes: the single file and its output, and the
+// input folder; what the pickers ask, and which choices are refused.
+
+#include "files/folder_walk.h"
+#include "libs/system/file_system.h"
+#include "setup/setup_desk.h"
+#include "util/user_port.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// `path` with what follows the last "." of its name replaced; a name without one, or with none
+/// but the "." at its start, gets the extension added.
+[[nodiscard]] std::string PathWithExtension(const std::string& path, const std::string& extension);
+
+class SingleFileChoice {
+  public:
+    SingleFileChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
+        : user_(user), fileSystem_(fileSystem), desk_(desk) {}
+
+    /// `buttonCaption` is the title of the box that explains a refusal. A file chosen through a
+    /// link becomes the file itself. A cancelled picker or a refusal changes nothing.
+    void ChooseInput(const std::string& buttonCaption);
+    /// The three ways to an output file; true when there is one now. A file that is the input by
+    /// another name counts as the input. The picker asks before an existing file is chosen.
+    bool ChooseOutput(const std::string& buttonCaption);
+    /// The user knows that the file will be overwritten, and is not asked.
+    bool ChooseExistingOutput(const std::string& buttonCaption);
+    /// Folder and name of the input, but with this extension. Asks when that file exists.
+    bool NameOutputByExtension(const std::string& extension, const std::string& buttonCaption);
+
+  private:
+    enum class Overwriting { AskFirst, Agreed };
+    [[nodiscard]] std::optional<std::string> PickOutput(FilePicker::Kind kind);
+    bool TakeOutput(const std::string& path, Overwriting overwriting,
+                    const std::string& buttonCaption);
+    void Refuse(const std::string& path, std::string_view reason, const std::string& title);
+
+    UserPort& user_;
+    FileSystem& fileSystem_;
+    SetupDesk& desk_;
+};
+
+class FolderChoice {
+  public:
+    FolderChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
+        : user_(user), fileSystem_(fileSystem), desk_(desk) {}
+
+    /// `buttonCaption` is the title of the box that refuses a forbidden folder. A cancelled picker
+    /// or a refusal changes nothing, and neither does a search for files that `stopped` ends.
+    void ChooseInput(const std::string& buttonCaption, const StopAsked& stopped);
+
+  private:
+    UserPort& user_;
+    FileSystem& fileSystem_;
+    SetupDesk& desk_;
+};
+
+} // namespace zr5

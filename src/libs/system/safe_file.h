@@ -1,0 +1,109 @@
+#pragma once
+
+// Files that must not be lost by halves: made beside their place, brought to the disk and renamed
+// into it. The results of the cipher are made so, and small files such as keyfiles and setups.
+
+#include "libs/system/file_system.h"
+#include "libs/system/random.h"
+#include "libs/system/secret.h"
+#include "libs/system/writeback.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace zr5 {
+
+enum class Extent {
+    Whole,
+    Part, ///< what could be recovered
+};
+
+/// Told how an output is made. False from WillMake or WillName ends the work with IoError.
+class OutputObserver {
+  public:
+    virtual ~OutputObserver() = default;
+    /// Whether a file that has the output's name already may be replaced.
+    [[nodiscard]] virtual bool MayReplace() const = 0;
+    /// A file is about to be made at `partPath`.
+    [[nodiscard]] virtual bool WillMake(const std::string& partPath) = 0;
+    /// There it is.
+    virtual void HasMade() = 0;
+    /// It is on the disk and about to take the output's name.
+    [[nodiscard]] virtual bool WillName(const FileInfo& info, Extent extent) = 0;
+};
+
+/// An output under construction: a part beside the output path that takes its name only when it
+/// is complete and on the disk. Whatever fails before, the output path stays untouched.
+///
+/// Its calls return Ok; NoSpace on a full disk; NotPermitted when no file can be made there, or
+/// what has the name must not be replaced; IoError for every other failure.
+class PendingOutput {
+  public:
+    /// `observer` may be null.
+    PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
+                  OutputObserver* observer = nullptr);
+    /// Removes what was not committed.
+    ~PendingOutput();
+    PendingOutput(const PendingOutput&) = delete;
+    PendingOutput& operator=(const PendingOutput&) = delete;
+
+    /// Makes the part and reserves `lengthBytes` for it. An existing output must be a regular
+    /// file that may be written.
+    [[nodiscard]] FsStatus Begin(std::uint64_t lengthBytes);
+    /// Appends.
+    [[nodiscard]] FsStatus Write(std::span<const std::byte> bytes);
+    /// Gives the part the attributes of `source`, brings it to the disk and gives it its name:
+    /// an output that was there at `Begin` is replaced in one step, one that appeared since is
+    /// not. (One that was replaced stays so when only the flush of its folder fails.)
+    [[nodiscard]] FsStatus Commit(const OpenFile& source, Extent extent = Extent::Whole);
+    /// As Commit, for a result that ends early: the reserved rest is cut off.
+    [[nodiscard]] FsStatus CommitPart(const OpenFile& source);
+    /// As Commit, for a file without a source: only its owner may read it (0600).
+    [[nodiscard]] FsStatus CommitPrivate(Extent extent = Extent::Whole);
+
+    /// Whether `Begin` found an output, which `Commit` is going to replace.
+    [[nodiscard]] bool Replaces() const { return replaces_; }
+    [[nodiscard]] std::uint64_t WrittenBytes() const { return writtenBytes_; }
+
+  private:
+    [[nodiscard]] std::string NewPartPath();
+    [[nodiscard]] FsStatus MakePart();
+    [[nodiscard]] FsStatus TakeName();
+
+    FileSystem& fileSystem_;
+    RandomSource& random_;
+    std::string outputPath_;
+    OutputObserver* observer_;
+    std::string partPath_; ///< empty while there is no such file
+    std::unique_ptr<OpenFile> part_;
+    bool replaces_ = false;
+    std::uint64_t writtenBytes_ = 0;
+    Writeback writeback_;
+};
+
+enum class IfThere { Replace, Refuse };
+
+/// Writes `content` as a file that only its owner may read (0600) and returns when it is on the
+/// disk under its name. On any failure nothing of it is left, and a file that was there is
+/// untouched (except that one is already replaced when only the flush of the folder fails).
+/// AlreadyExists when the name is taken and `ifThere` refuses that; otherwise as PendingOutput,
+/// with NotPermitted when the name is taken meanwhile.
+[[nodiscard]] FsStatus WriteSafely(FileSystem& fileSystem, RandomSource& random,
+                                   const std::string& path, std::span<const std::byte> content,
+                                   IfThere ifThere);
+
+struct FirstBytes {
+    FsStatus status = FsStatus::Ok;
+    SecretBytes bytes; ///< `count` of them are the file's, the rest are zero
+    std::size_t count = 0;
+};
+
+/// Reads the first `most` bytes of a file, or all of a shorter one. `bytes` is always `most`
+/// long and holds what was read before a failure.
+[[nodiscard]] FirstBytes ReadFirstBytes(FileSystem& fileSystem, const std::string& path,
+                                        std::size_t most);
+
+} // namespace zr5

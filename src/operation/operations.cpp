@@ -1,0 +1,123 @@
+#include "operation/operations.h"
+
+#include "operation/file_listing.h"
+#include "operation/operation_run.h"
+#include "operation/reliability_test.h"
+#include "setup/reliability_condition.h"
+
+#include <new>
+
+namespace zr5 {
+namespace {
+
+/// While it lives, the main window is out of use.
+class OutOfUse {
+  public:
+    OutOfUse(SetupDesk& desk, OperationWindows& windows) : desk_(desk), windows_(windows) {
+        desk_.SetOperationRunning(true);
+        windows_.SetOutOfUse(true);
+    }
+    ~OutOfUse() {
+        desk_.SetOperationRunning(false);
+        windows_.SetOutOfUse(false);
+    }
+    OutOfUse(const OutOfUse&) = delete;
+    OutOfUse& operator=(const OutOfUse&) = delete;
+
+  private:
+    SetupDesk& desk_;
+    OperationWindows& windows_;
+};
+
+/// Shows that it is a test that runs, while it lives.
+class TestAnnounced {
+  public:
+    TestAnnounced(OperationWindows& windows, bool isTest) : windows_(windows), isTest_(isTest) {
+        if (isTest_) windows_.AnnounceTest(true);
+    }
+    ~TestAnnounced() {
+        if (isTest_) windows_.AnnounceTest(false);
+    }
+    TestAnnounced(const TestAnnounced&) = delete;
+    TestAnnounced& operator=(const TestAnnounced&) = delete;
+
+  private:
+    OperationWindows& windows_;
+    bool isTest_;
+};
+
+} // namespace
+
+Operations::Operations(SetupDesk& desk, const CurrentKey& key, Machine& machine)
+    : desk_(desk), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
+
+void Operations::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
+    const OutOfUse outOfUse(desk_, *windows_);
+    stopRequested_ = false;
+    try {
+        work([this] { return stopRequested_; });
+    } catch (const std::bad_alloc&) {
+        if (screen_.IsRunning()) {
+            screen_.Halt();
+            screen_.EndRun();
+        }
+        machine_.user.Ask(OutOfMemoryBox());
+    }
+}
+
+void Operations::Perform() {
+    WhileOutOfUse([this](const StopAsked& stopped) { RunConfirmed(stopped); });
+}
+
+void Operations::RunConfirmed(const StopAsked& stopped) {
+    if (!MayStart(desk_.Setup(), key_, machine_, *windows_, stopped)) return;
+    std::optional<int> performances;
+    if (IsReliabilityTest(desk_.Setup())) {
+        performances = windows_->AskForPerformances();
+        if (!performances) return;
+    }
+    const TestAnnounced announced(*windows_, performances.has_value());
+    RunListed(performances);
+}
+
+void Operations::RunListed(std::optional<int> performances) {
+    const OperationSetup& setup = desk_.Setup();
+    screen_.ShowCount(setup.Operation, 0);
+    screen_.BeginRun(setup.Operation);
+    windows_->ShowReport();
+    const ListedFiles listed = MakeWorkList(
+        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); },
+        [this] { return screen_.StopRequested(); });
+    OperationJournal journal(machine_.fileSystem);
+    const OperationContext operation{setup, key_, listed.list, machine_, screen_, journal};
+    const ListingSummary summary{0, listed.wasCutShort, listed.randomness};
+    if (performances) {
+        RunReliabilityTest(operation, *performances, summary);
+    } else {
+        RunOperation(operation, summary);
+    }
+}
+
+void Operations::ListFiles(const std::string& buttonCaption) {
+    WhileOutOfUse([&](const StopAsked& stopped) {
+        zr5::ListFiles(desk_.Setup(), machine_, screen_, buttonCaption, stopped, [this] {
+            screen_.ShowCount(desk_.Setup().Operation, 0);
+            windows_->ShowReport();
+        });
+    });
+}
+
+void Operations::RequestStop() {
+    stopRequested_ = true;
+    screen_.StopPressed();
+}
+
+void Operations::ViewReport() {
+    if (screen_.IsEmpty()) {
+        machine_.user.Ask(EmptyReportBox());
+    } else {
+        windows_->ShowReport();
+    }
+}
+
+} // namespace zr5

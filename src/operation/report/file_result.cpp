@@ -1,0 +1,113 @@
+#include "operation/report/file_result.h"
+
+#include "setup/wording.h"
+#include "util/display.h"
+#include "util/numbers.h"
+#include "util/paths.h"
+
+#include <cstdlib>
+
+namespace zr5 {
+namespace {
+
+std::string ContinuationLine(const std::string& text) {
+    return std::string("\r\n") + ContinuationIndent + text;
+}
+
+std::string BlockErrorsText(int count) {
+    const std::string counted = count == 1
+                                    ? "One block expansion error occurred."
+                                    : std::to_string(count) + " block expansion errors occurred.";
+    return counted + ContinuationLine("Ciphertext is corrupt or decryption key is incorrect.");
+}
+
+std::string ReasonText(EngineResult result) {
+    if (const int blocks = DamagedBlocksIn(result); blocks != 0) return BlockErrorsText(blocks);
+    switch (result) {
+    case EngineResult::InputNotFound:
+        return "Input file not found.";
+    case EngineResult::InputNotOpened:
+        return "Unable to open input file.";
+    case EngineResult::OutputNotOpened:
+        return "Unable to open output file.";
+    case EngineResult::ReadError:
+    case EngineResult::ReadErrorPartial:
+        return "Read error.";
+    case EngineResult::WriteError:
+    case EngineResult::WriteErrorPartial:
+        return "Write error.";
+    case EngineResult::WrongKeyOrCorrupt:
+    case EngineResult::CorruptEndPartial:
+        return "Invalid block size." +
+               ContinuationLine("Decryption key is incorrect or ciphertext is corrupt.");
+    case EngineResult::DiskFull:
+        return "Write error: disk full.";
+    case EngineResult::Success:
+    case EngineResult::NotInitialised:
+    case EngineResult::OneDamagedBlock:
+    case EngineResult::NineDamagedBlocks:
+        break;
+    }
+    return "Unknown error #" + std::to_string(static_cast<int>(result)) + ".";
+}
+
+std::string EngineText(EngineResult result, const std::string& output) {
+    std::string text = ReasonText(result);
+    if (IsPartial(result)) text += ContinuationLine("Partial plaintext may be in " + output + ".");
+    return text;
+}
+
+std::string ResultIsIn(const std::string& output, Direction direction) {
+    return "The result of the " + VerbForm(direction, "encryption") + " operation is in the file " +
+           output + ".";
+}
+
+} // namespace
+
+FileResult FileResult::OfEngine(EngineResult result, std::string outputPath) {
+    const bool succeeded = result == EngineResult::Success;
+    return {succeeded ? Outcome::Done : Outcome::EngineFailed, result, std::move(outputPath)};
+}
+
+bool FileResult::IsProcessed() const {
+    return outcome == Outcome::Done || outcome == Outcome::NotRenamed ||
+           outcome == Outcome::NotRenamedOnFloppy;
+}
+
+bool FileResult::NamesOutput() const {
+    return IsProcessed() || (outcome == Outcome::EngineFailed && IsPartial(engineResult));
+}
+
+std::string ResultText(const FileResult& result, const std::string& inputPath, Direction direction,
+                       std::uint64_t outputBytes) {
+    const auto verb = [direction](const char* word) { return VerbForm(direction, word); };
+    const std::string output = DisplayName(result.outputPath);
+    switch (result.outcome) {
+    case Outcome::Done:
+        return "-> " + (result.outputPath == inputPath ? "" : output + "  ") +
+               WithThousands(outputBytes) + " bytes";
+    case Outcome::IsExecutable:
+        return "This is the ZR5 executable.  " + verb("Encryption") + " not performed.";
+    case Outcome::IsKeyfile:
+        return "This is the current keyfile.  " + verb("Encryption") + " not performed.";
+    case Outcome::IsEmpty:
+        return "  This file is empty (0 bytes).";
+    case Outcome::IsTooSmall:
+        return "  This file is too small to have been ZR5-encrypted.";
+    case Outcome::NoTemporaryName:
+        return "Unable to get temporary output filename.";
+    case Outcome::NotRenamed:
+        return "Error when renaming temporary output file. " + ResultIsIn(output, direction);
+    case Outcome::IsExcludedType:
+        return "ZR5 does not " + verb("encrypt") + "-in-place files with extension " +
+               ExtensionOf(inputPath) + ".";
+    case Outcome::NotRenamedOnFloppy:
+        return "Error: probably insufficient space on the floppy disk in drive " +
+               inputPath.substr(0, 1) + ".  " + ResultIsIn(output, direction);
+    case Outcome::EngineFailed:
+        return EngineText(result.engineResult, output);
+    }
+    std::abort();
+}
+
+} // namespace zr5

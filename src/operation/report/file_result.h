@@ -1,0 +1,49 @@
+#pragma once
+
+// What became of one file of an operation, and the words for it in the report.
+
+#include "libs/cipher/cipher_engine.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zr5 {
+
+enum class Outcome {
+    Done = 0,
+    IsExecutable = 1,
+    IsKeyfile = 2,
+    IsEmpty = 3,
+    IsTooSmall = 4,
+    NoTemporaryName = 5,
+    NotRenamed = 6, ///< the result is complete, under its temporary name
+    IsExcludedType = 7,
+    NotRenamedOnFloppy = 8,
+    EngineFailed, ///< `FileResult::engineResult` says why
+};
+
+struct FileResult {
+    Outcome outcome = Outcome::Done;
+    EngineResult engineResult = EngineResult::Success;
+    /// Where the result, or a partial plaintext, is; after a failure without either no file need
+    /// be there.
+    std::string outputPath = {};
+    /// What may be left of the result of a failed operation; empty when nothing can be.
+    std::string leftPath = {};
+
+    /// Done, or failed as `result` says.
+    [[nodiscard]] static FileResult OfEngine(EngineResult result, std::string outputPath);
+    /// Whether a complete result is there.
+    [[nodiscard]] bool IsProcessed() const;
+    /// Whether `ResultText` names `outputPath`.
+    [[nodiscard]] bool NamesOutput() const;
+};
+
+/// Begins each line of the report that goes on with a file's entry.
+inline constexpr const char* ContinuationIndent = "              ";
+
+/// What the report says of a file. `outputBytes` is the length of a result that is there.
+[[nodiscard]] std::string ResultText(const FileResult& result, const std::string& inputPath,
+                                     Direction direction, std::uint64_t outputBytes);
+
+} // namespace zr5

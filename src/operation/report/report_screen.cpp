@@ -1,0 +1,262 @@
+#include "operation/report/report_screen.h"
+
+#include "setup/wording.h"
+#include "util/durations.h"
+#include "util/numbers.h"
+
+#include <cstdio>
+
+namespace zr5 {
+namespace {
+
+/// So much is cut off a full text that the closing words find room.
+constexpr std::size_t CutWhenFull = 500;
+
+std::string HoursAndMinutes(std::chrono::milliseconds timeOfDay) {
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(timeOfDay).count();
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d:%02d", static_cast<int>(minutes / 60 % 24),
+                  static_cast<int>(minutes % 60));
+    return text;
+}
+
+} // namespace
+
+MessageBox OutOfMemoryBox() {
+    return Notice("There is not enough memory to go on.\r\n\r\nNothing is lost: the report names "
+                  "the files that are done. Please close other programs and start Vaultline ZR5 "
+                  "again, which completes what was interrupted.",
+                  "Out of memory", BoxIcon::Critical);
+}
+
+MessageBox TextboxFullBox() {
+    return Notice("Textbox is full.  Report cannot continue.", "Textbox full",
+                  BoxIcon::Information);
+}
+
+MessageBox EmptyReportBox() {
+    return Notice("The report screen is empty.", "Report screen", BoxIcon::Information);
+}
+
+ReportScreen::ReportScreen(UserPort& user, const Clock& clock, std::size_t capacity)
+    : user_(user), clock_(clock), text_(capacity) {}
+
+void ReportScreen::SetView(ReportView* view) {
+    view_ = view;
+    if (view_ != nullptr) {
+        view_->TextReplaced();
+        view_->StateChanged();
+    }
+}
+
+std::string ReportScreen::StopCaption() const {
+    return stopRequested_ || state_ == State::Paused ? "Stop" : "Stop at next file";
+}
+
+std::string ReportScreen::PauseCaption() const {
+    return pauseRequested_ ? "Continue" : "Pause at next file";
+}
+
+std::string ReportScreen::PausedDoneText() const {
+    switch (state_) {
+    case State::Idle:
+    case State::Running:
+        return stopRequested_ ? "Stopped" : "";
+    case State::Paused:
+        return "Paused";
+    case State::Stopped:
+        return "Stopped";
+    case State::Done:
+        return "Done";
+    }
+    return {};
+}
+
+std::string ReportScreen::CopyCaption(bool hasSelection) {
+    return hasSelection ? "Copy selected text to clipboard" : "Copy to clipboard";
+}
+
+std::string ReportScreen::TimeText() const {
+    if (state_ == State::Idle) return {};
+    const std::int64_t seconds = ElapsedSeconds();
+    return "Started " + HoursAndMinutes(startTimeOfDay_) + ", elapsed " +
+           FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long);
+}
+
+std::chrono::milliseconds ReportScreen::Elapsed() const {
+    return IsRunning() ? clock_.Now() - startedAt_ : ranFor_;
+}
+
+std::int64_t ReportScreen::ElapsedSeconds() const {
+    return std::chrono::round<std::chrono::seconds>(Elapsed()).count();
+}
+
+void ReportScreen::StopPressed() {
+    if (!IsRunning()) return;
+    stopRequested_ = true;
+    pauseRequested_ = false;
+    NotifyState();
+}
+
+bool ReportScreen::MayClose() {
+    closesAfterRun_ = IsRunning();
+    StopPressed();
+    return !closesAfterRun_;
+}
+
+void ReportScreen::PauseContinuePressed() {
+    if (!IsRunning() || stopRequested_) return;
+    pauseRequested_ = !pauseRequested_;
+    NotifyState();
+}
+
+void ReportScreen::CopyPressed(const std::string& selection) {
+    user_.CopyToClipboard(selection.empty() ? text_.text() : selection);
+}
+
+void ReportScreen::BeginRun(Direction operation) {
+    operation_ = operation;
+    text_.Clear();
+    stopRequested_ = false;
+    pauseRequested_ = false;
+    perFileReportingOff_ = false;
+    closesAfterRun_ = false;
+    progress_ = {};
+    startedAt_ = clock_.Now();
+    pausedFor_ = {};
+    startTimeOfDay_ = clock_.TimeOfDay();
+    if (view_ != nullptr) view_->TextReplaced();
+    SetState(State::Running);
+}
+
+void ReportScreen::EndRun() {
+    ranFor_ = Elapsed();
+    pauseRequested_ = false;
+    progress_ = {};
+    SetState(stopRequested_ ? State::Stopped : State::Done);
+}
+
+void ReportScreen::Halt() {
+    stopRequested_ = true;
+}
+
+void ReportScreen::AppendToReport(std::string_view text) {
+    if (perFileReportingOff_) return;
+    text_.Append(text);
+    if (view_ != nullptr) view_->TextAppended(text);
+}
+
+void ReportScreen::AppendAlways(std::string_view text) {
+    text_.Append(text);
+    if (view_ != nullptr) view_->TextAppended(text);
+}
+
+void ReportScreen::RemoveFromReport(std::string_view suffix) {
+    if (text_.RemoveSuffix(suffix) && view_ != nullptr) view_->TextRemoved(suffix);
+}
+
+void ReportScreen::ReportBufferFull() {
+    text_.CutCharacters(CutWhenFull);
+    if (view_ != nullptr) view_->TextReplaced();
+    const Answer answer = user_.Ask(
+        Question("The output report buffer has been filled, so this report cannot continue.\r\n"
+                 "The operation, however, may continue, but without report of results for "
+                 "individual files.\r\n"
+                 "It is recommended to continue the operation.  Do you wish to continue?",
+                 "Report buffer full", BoxIcon::Exclamation));
+    AppendAlways("\r\nThe output report buffer was filled.\r\n");
+    if (answer == Answer::Yes) {
+        AppendAlways("Subsequent operations on individual files will continue,\r\n"
+                     "but results will not be reported here.\r\n");
+        perFileReportingOff_ = true;
+    } else {
+        AppendAlways("This operation was terminated at the user's request.\r\n"
+                     "Note: Some files were not " +
+                     VerbForm(operation_, "encrypted") + ".\r\n");
+        stopRequested_ = true;
+    }
+    NotifyState();
+}
+
+void ReportScreen::RandomnessBufferFull() {
+    text_.CutCharacters(CutWhenFull);
+    if (view_ != nullptr) view_->TextReplaced();
+    user_.Ask(Notice("The output report buffer has been filled.\r\n"
+                     "This randomness report cannot continue and will now terminate.",
+                     "Report buffer full", BoxIcon::Exclamation));
+    AppendAlways("\r\nThe output report buffer was filled.\r\n"
+                 "This randomness report was terminated at this point.\r\n");
+    Halt();
+}
+
+void ReportScreen::PauseStep() {
+    if (!pauseRequested_ || stopRequested_) return;
+    SetState(State::Paused);
+    const std::chrono::milliseconds since = clock_.Now();
+    while (pauseRequested_ && !stopRequested_) {
+        user_.WaitForEvents();
+    }
+    pausedFor_ += clock_.Now() - since;
+    SetState(State::Running);
+}
+
+void ReportScreen::BeginFiles(std::uint64_t files, std::uint64_t totalBytes) {
+    progress_ = {.files = files, .totalBytes = totalBytes, .file = {}};
+    workedBeforeFiles_ = Elapsed() - pausedFor_;
+    NotifyState();
+}
+
+void ReportScreen::BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes) {
+    progress_.file = {.name = std::move(displayName),
+                      .lengthBytes = lengthBytes,
+                      .passes = passes,
+                      .isDone = false};
+    NotifyState();
+}
+
+void ReportScreen::ShowPass(std::uint64_t done, std::uint64_t total) {
+    progress_.file.ofPass = static_cast<double>(done) / static_cast<double>(total);
+    NotifyState();
+}
+
+void ReportScreen::NextPass() {
+    ++progress_.file.passesDone;
+    progress_.file.ofPass = 0.0;
+    NotifyState();
+}
+
+void ReportScreen::EndFile(std::uint64_t listedBytes) {
+    ++progress_.filesDone;
+    progress_.filesDoneBytes += listedBytes;
+    progress_.file.isDone = true;
+    NotifyState();
+}
+
+void ReportScreen::ShowCount(Direction operation, std::uint64_t files) {
+    caption_ = files == 0 ? "Report"
+                          : std::to_string(files) + " " + FileWord(files) + " to be " +
+                                VerbForm(operation, "encrypted");
+    NotifyState();
+}
+
+std::string ReportScreen::ProgressText() const {
+    return progress_.Text(Elapsed() - pausedFor_ - workedBeforeFiles_);
+}
+
+void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
+    if (view_ == nullptr) return;
+    const std::chrono::milliseconds since = clock_.Now();
+    view_->ShowPurgeWarning(warning, path);
+    pausedFor_ += clock_.Now() - since;
+}
+
+void ReportScreen::SetState(State state) {
+    state_ = state;
+    NotifyState();
+}
+
+void ReportScreen::NotifyState() {
+    if (view_ != nullptr) view_->StateChanged();
+}
+
+} // namespace zr5

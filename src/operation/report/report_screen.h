@@ -1,0 +1,141 @@
+#pragma once
+
+// The rules of the report screen: its text, the states of a run, its buttons, and the flags
+// through which the user pauses and stops between files.
+
+#include "libs/system/clock.h"
+#include "operation/report/extension_warnings.h"
+#include "operation/report/operation_progress.h"
+#include "operation/report/report_text.h"
+#include "setup/operation_setup.h"
+#include "util/user_port.h"
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zr5 {
+
+/// The window that shows a ReportScreen.
+class ReportView {
+  public:
+    virtual ~ReportView() = default;
+    /// The text is another one altogether.
+    virtual void TextReplaced() = 0;
+    virtual void TextAppended(std::string_view text) = 0;
+    /// `text` was taken away from the end.
+    virtual void TextRemoved(std::string_view text) = 0;
+    /// Captions, labels, progress or enabled states are others.
+    virtual void StateChanged() = 0;
+    /// Shows the warning for `path` and tells it (`Closed`) how it was answered.
+    virtual void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) = 0;
+};
+
+/// What a person reads when a run ends for want of memory.
+[[nodiscard]] MessageBox OutOfMemoryBox();
+/// What a person reads when a report has no room from the start.
+[[nodiscard]] MessageBox TextboxFullBox();
+/// What "View report screen" says before there is a report.
+[[nodiscard]] MessageBox EmptyReportBox();
+
+class ReportScreen {
+  public:
+    enum class State { Idle, Running, Paused, Stopped, Done };
+
+    ReportScreen(UserPort& user, const Clock& clock,
+                 std::size_t capacity = ReportText::DefaultCapacity);
+    /// The window, or null; it must outlive its being set.
+    void SetView(ReportView* view);
+
+    // What the window shows.
+    [[nodiscard]] const std::string& text() const { return text_.text(); }
+    [[nodiscard]] bool IsEmpty() const { return text_.IsEmpty(); }
+    [[nodiscard]] State state() const { return state_; }
+    [[nodiscard]] bool IsRunning() const {
+        return state_ == State::Running || state_ == State::Paused;
+    }
+    [[nodiscard]] std::string StopCaption() const;
+    [[nodiscard]] bool StopEnabled() const { return IsRunning() && !stopRequested_; }
+    [[nodiscard]] std::string PauseCaption() const;
+    [[nodiscard]] bool PauseEnabled() const { return IsRunning() && !stopRequested_; }
+    [[nodiscard]] std::string PausedDoneText() const;
+    [[nodiscard]] static std::string CopyCaption(bool hasSelection);
+    /// The line about time: when the run began and how long it has taken.
+    [[nodiscard]] std::string TimeText() const;
+    /// No files while no operation runs.
+    [[nodiscard]] const OperationProgress& Progress() const { return progress_; }
+    [[nodiscard]] std::string ProgressText() const;
+    /// The caption of the window: "Report", or how many files were counted.
+    [[nodiscard]] const std::string& Caption() const { return caption_; }
+
+    // What the user does.
+    void StopPressed();
+    /// The window is to be closed. False while a run goes on: it is stopped, and the window closes
+    /// when it has ended (`ClosesNow`).
+    [[nodiscard]] bool MayClose();
+    [[nodiscard]] bool ClosesNow() const { return closesAfterRun_ && !IsRunning(); }
+    void PauseContinuePressed();
+    /// Copies `selection`, or the whole text when it is empty.
+    void CopyPressed(const std::string& selection);
+
+    // What a run does.
+    void BeginRun(Direction operation);
+    void EndRun();
+    /// Ends the run as if the user had pressed Stop.
+    void Halt();
+    /// Unless reporting of single files is off, appends `text` as it stands; line ends are CR LF.
+    void AppendToReport(std::string_view text);
+    /// Appends whatever else is switched off: for headings and the closing summary.
+    void AppendAlways(std::string_view text);
+    void RemoveFromReport(std::string_view suffix);
+    [[nodiscard]] bool IsFull() const { return text_.IsFull(); }
+    /// Called when the text can take no more: cuts it, and asks whether to go on without
+    /// entries for single files.
+    void ReportBufferFull();
+    /// The same for a randomness report, which ends.
+    void RandomnessBufferFull();
+    [[nodiscard]] bool ReportsFiles() const { return !perFileReportingOff_; }
+    [[nodiscard]] bool StopRequested() const { return stopRequested_; }
+    /// Between two files: waits while the user has paused.
+    void PauseStep();
+    /// The operation, or a part of it, is about so many files and bytes; the time left is told of
+    /// that.
+    void BeginFiles(std::uint64_t files, std::uint64_t totalBytes);
+    void BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes);
+    /// The current pass over the file has come so far.
+    void ShowPass(std::uint64_t done, std::uint64_t total);
+    void NextPass();
+    /// `listedBytes`: what the file counted in the total.
+    void EndFile(std::uint64_t listedBytes);
+    /// Shows the running count in the caption.
+    void ShowCount(Direction operation, std::uint64_t files);
+    void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
+    [[nodiscard]] std::chrono::milliseconds Elapsed() const;
+    /// The same to the nearest second, as people read it.
+    [[nodiscard]] std::int64_t ElapsedSeconds() const;
+
+  private:
+    void SetState(State state);
+    void NotifyState();
+
+    UserPort& user_;
+    const Clock& clock_;
+    ReportView* view_ = nullptr;
+    ReportText text_;
+    State state_ = State::Idle;
+    Direction operation_ = Direction::Encrypt;
+    bool stopRequested_ = false;
+    bool closesAfterRun_ = false;
+    bool pauseRequested_ = false;
+    bool perFileReportingOff_ = false;
+    std::chrono::milliseconds startedAt_{0};
+    std::chrono::milliseconds startTimeOfDay_{0};
+    std::chrono::milliseconds ranFor_{0};
+    std::chrono::milliseconds pausedFor_{0};
+    std::chrono::milliseconds workedBeforeFiles_{0};
+    OperationProgress progress_;
+    std::string caption_ = "Report";
+};
+
+} // namespace zr5

@@ -1,0 +1,73 @@
+#include "operation/result_note.h"
+
+#include "libs/system/paths.h"
+
+namespace zr5 {
+
+ResultNote::ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record)
+    : fileSystem_(fileSystem),
+      journal_(journal),
+      record_(std::move(record)),
+      folder_(OutputFolder()) {
+    if (folder_) record_.outputFolder = folder_->inode;
+}
+
+std::optional<FileIdentity> ResultNote::OutputFolder() const {
+    return fileSystem_.IdentityOf(SplitPath(record_.outputPath).folder);
+}
+
+bool ResultNote::Write() {
+    return journal_.Note(record_, OperationJournal::Durability::OfOrder);
+}
+
+bool ResultNote::MayReplace() const {
+    return record_.step == JournalRecord::Step::WritingElsewhere;
+}
+
+bool ResultNote::WillMake(const std::string& partPath) {
+    record_.partPath = partPath;
+    return Write();
+}
+
+bool ResultNote::WillName(const FileInfo& info, Extent extent) {
+    record_.output = MarkOf(info);
+    if (extent == Extent::Part) record_.step = JournalRecord::Step::WritingElsewhere;
+    return Write();
+}
+
+bool ResultNote::IsResult(const FileInfo& file) const {
+    return MarkOf(file).IsSameFileAs(record_.output);
+}
+
+bool ResultNote::IsInput(const FileInfo& file) const {
+    const FileMark mark = MarkOf(file);
+    return record_.earlierHead.empty() ? mark == record_.input : mark.IsSameFileAs(record_.input);
+}
+
+bool ResultNote::Replacing(std::span<const std::byte> head) {
+    record_.step = JournalRecord::Step::Replacing;
+    record_.overwriteHead.assign(reinterpret_cast<const char*>(head.data()), head.size());
+    return journal_.Note(record_, OperationJournal::Durability::OfDisk);
+}
+
+FileResult ResultNote::Ended(FileResult result) {
+    if (!result.NamesOutput()) result.leftPath = LeftPath();
+    const bool isOutOfReach =
+        result.outcome != Outcome::Done && isMade_ && OutputFolder() != folder_;
+    if (!result.leftPath.empty() || isOutOfReach) {
+        journal_.SetAside();
+    } else if (journal_.Last().step != JournalRecord::Step::None) {
+        journal_.Forget();
+    }
+    return result;
+}
+
+/// Where nothing can be seen, as on a disk that was taken away, something may be.
+std::string ResultNote::LeftPath() const {
+    if (!isMade_) return {};
+    if (OutputFolder() != folder_ || fileSystem_.Info(record_.partPath)) return record_.partPath;
+    const auto result = fileSystem_.Info(record_.outputPath);
+    return result && IsResult(*result) ? record_.outputPath : std::string{};
+}
+
+} // namespace zr5

@@ -1,0 +1,40 @@
+#pragma once
+
+// The windows of an operation, over the main window: confirmation, number of performances, report.
+
+#include "operation/operations.h"
+#include "ui/report_window.h"
+
+#include <memory>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+namespace zr5 {
+
+class OperationDialogs final : public QObject, public OperationWindows {
+  public:
+    /// `operations` shows itself through this, as long as it lives. Both outlive it.
+    OperationDialogs(Operations& operations, UserPort& user, QWidget& mainWindow);
+    ~OperationDialogs() override;
+
+    [[nodiscard]] bool Confirm(const Confirmation& confirmation) override;
+    [[nodiscard]] std::optional<int> AskForPerformances() override;
+    void ShowReport() override;
+    void SetOutOfUse(bool outOfUse) override;
+    void AnnounceTest(bool runs) override;
+
+  protected:
+    /// Whoever turns to the main window while it is out of use is shown the report.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    Operations& operations_;
+    UserPort& user_;
+    QWidget& mainWindow_;
+    std::unique_ptr<ReportWindow> report_; ///< made at its first use
+    QPointer<QWidget> focus_; ///< disabling the main window takes it away, so it is given back
+    bool isOutOfUse_ = false;
+};
+
+} // namespace zr5
