@@ -1,14 +1,26 @@
 #!/bin/bash
-# clang-tidy on the sources that changed in the commits of the last day, or since a revision:
-# scripts/tidy_changed.sh [REVISION]
+# clang-tidy on what changed since the branch left its upstream, headers and tests included; on
+# everything where there is no such place, or when asked:
+# scripts/tidy_changed.sh [all | REVISION]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-empty_tree=$(git hash-object -t tree /dev/null)
-base=${1:-$(git rev-list -1 --before='1 day ago' HEAD)}
-mapfile -t files < <(git diff --name-only --diff-filter=d "${base:-$empty_tree}" HEAD -- \
-    'src/*.cpp')
-[ ${#files[@]} -gt 0 ] || exit 0
-printf '%s\0' "${files[@]}" |
-    xargs -0 -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet \
+kinds=('src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h')
+base=${1:-$(git merge-base HEAD '@{upstream}' 2>/dev/null || true)}
+if [ -z "$base" ] || [ "$base" = all ] || [ "$base" = "$(git rev-parse HEAD)" ]; then
+    changed=$(git ls-files -- "${kinds[@]}")
+else
+    changed=$(git diff --name-only --diff-filter=d "$base" -- "${kinds[@]}")
+fi
+
+# A header is seen through a source that includes it: the one of its own unit, if there is one.
+for file in $changed; do
+    case "$file" in
+    *.cpp) echo "$file" ;;
+    *) if [ -e "${file%.h}.cpp" ]; then echo "${file%.h}.cpp"; else
+        git grep -lF "#include \"${file#*/}\"" -- 'src/*.cpp' 'tests/*.cpp' | head -n 1
+    fi ;;
+    esac
+done | sort -u | grep -v -e '^tests/fuzz/' -e "libs/.*_windows.cpp" |
+    xargs -r -d '\n' -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet \
         --extra-arg=-Wno-unknown-warning-option 2>/dev/null
