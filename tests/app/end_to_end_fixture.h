@@ -48,7 +48,6 @@ class EndToEnd : public testing::Test {
                         folder / name);
         Press(Main(), "cmdSingleFile(0)");
     }
-    /// For a result of decryption.
     void ChooseOutput(const std::string& name) {
         user.ExpectFile("Specify output file for the decrypted file", folder / name);
         Press(Main(), "cmdSingleFile(1)");
@@ -75,7 +74,6 @@ class EndToEnd : public testing::Test {
         });
         Press(Main(), "cmdKeyboardWithDisplay");
     }
-    /// Performs what is set and returns the report.
     std::string Perform() {
         WhenDialogOpens(Main(), "frmConfirmOperation",
                         [](QWidget& dialog) { Press(dialog, "cmdYes"); });
@@ -88,7 +86,6 @@ class EndToEnd : public testing::Test {
         return text.toStdString();
     }
 
-    /// Performs what is set and looks for a text in the report.
     bool Reports(std::string_view text) { return Perform().find(text) != std::string::npos; }
 
     TemporaryFolder home;

@@ -21,7 +21,6 @@ class InputFolder : public DeskTest {
         desk.SelectInputMode(InputSource::FilesInAFolder);
         fs::create_directories(folder / "sub/deep");
     }
-    /// Picks a folder; with a box, it is to be refused.
     void Choose(const std::optional<std::string>& path, const std::optional<MessageBox>& box = {}) {
         user.ExpectFolder("Specify input folder", path);
         if (box) user.Expect(*box);

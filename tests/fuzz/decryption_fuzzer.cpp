@@ -2,8 +2,7 @@
 // of it is found, every block that is still in its place comes back, and nothing else does.
 //
 //   first byte        the genuine file to begin with
-//   0 PLACE BYTE      change bits of one byte
-//   1 PLACE N …       put N bytes there over what stood there, and lengthen the file by them
+//   0 or 1 PLACE BYTE change bits of one byte
 //   2 PLACE PLACE FILE PLACE PLACE    put a part of that genuine file in place of a part
 //   PLACE             two bytes: a number of blocks, and so many bytes (signed) from there
 
@@ -94,21 +93,17 @@ class Steps {
 };
 
 void Change(std::string& file, Steps& steps) {
-    const std::uint8_t kind = steps.Byte() % 3;
+    const bool changesBits = steps.Byte() % 3 != 2;
     const std::size_t at = steps.Place(file);
-    if (kind == 0) {
+    if (changesBits) {
         const std::uint8_t bits = steps.Byte();
         if (at < file.size()) file[at] = static_cast<char>(file[at] ^ bits);
-    } else if (kind == 1) {
-        std::string bytes(steps.Byte(), '\0');
-        std::ranges::generate(bytes, [&] { return static_cast<char>(steps.Byte()); });
-        file.replace(at, bytes.size(), bytes);
-    } else {
-        const std::size_t to = std::max(at, steps.Place(file));
-        const std::string& other = steps.File().sealed;
-        const std::size_t from = steps.Place(other);
-        file.replace(at, to - at, other.substr(from, std::max(from, steps.Place(other)) - from));
+        return;
     }
+    const std::size_t to = std::max(at, steps.Place(file));
+    const std::string& other = steps.File().sealed;
+    const std::size_t from = steps.Place(other);
+    file.replace(at, to - at, other.substr(from, std::max(from, steps.Place(other)) - from));
 }
 
 /// Another run salt costs a slow derivation, so there are three others only.

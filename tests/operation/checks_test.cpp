@@ -151,28 +151,23 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
     const std::string drive = DriveOf(*disk, folder.Path());
     constexpr std::uint64_t Kb = 1024;
     constexpr std::uint64_t Mb = Kb * Kb;
-    const struct {
-        std::uint64_t needed, free;
-        std::string amounts; ///< empty: it fits
-    } cases[] = {
+    const std::tuple<std::uint64_t, std::uint64_t, std::string> cases[] = {
         {5 * Kb + 1, 5 * Kb, "5 KB, but there is only 5 KB"},
-        {5 * Kb, 5 * Kb - 512, ""}, // rounded to whole kilobytes
+        {5 * Kb, 5 * Kb - 512, ""}, // it fits: rounded to whole kilobytes
         {5 * Kb, 5 * Kb - 513, "5 KB, but there is only 4 KB"},
         {1024 * Kb, 1023 * Kb, "1 MB, but there is only 1023 KB"},
         {1537 * Kb, 1536 * Kb, "1.6 MB, but there is only 1.5 MB"},
-        {2048 * Mb, 1 * Mb, "2,048 MB, but there is only 1 MB"},
-    };
-    for (const auto& each : cases) {
-        std::filesystem::resize_file(folder / "a.txt", each.needed);
-        full.freeBytes = each.free;
-        if (!each.amounts.empty()) {
-            user.Expect(Notice("Estimated space required on drive " + drive + " is " +
-                                   each.amounts + " available.",
+        {2048 * Mb, 1 * Mb, "2,048 MB, but there is only 1 MB"}};
+    for (const auto& [needed, free, amounts] : cases) {
+        std::filesystem::resize_file(folder / "a.txt", needed);
+        full.freeBytes = free;
+        if (!amounts.empty()) {
+            user.Expect(Notice("Estimated space required on drive " + drive + " is " + amounts +
+                                   " available.",
                                "Insufficient disk space", BoxIcon::Exclamation));
         }
-        EXPECT_EQ(MayStart(setup, key, machineOnIt, view, [] { return false; }),
-                  each.amounts.empty())
-            << each.needed;
+        EXPECT_EQ(MayStart(setup, key, machineOnIt, view, [] { return false; }), amounts.empty())
+            << needed;
     }
     EXPECT_EQ(view.asked.size(), std::size(cases));
 

@@ -11,7 +11,6 @@ namespace {
 
 class DriverTest : public OperationTest {
   protected:
-    /// The report of one run of the driver over the list.
     std::string Run() {
         screen.BeginRun(setup.Operation);
         totals = ProcessFiles(Context());

@@ -67,7 +67,6 @@ class Interruption : public EngineTest {
         list.AddFile(folder / "a", output / "a");
         Disk().Reset();
     }
-    /// The report of the operation.
     std::string Run() {
         ReportScreen screen(user, clock);
         OperationJournal journal(Disk());

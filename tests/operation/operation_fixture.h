@@ -20,7 +20,6 @@
 
 namespace zr5::test {
 
-/// What is asked when the text of a report is full.
 inline MessageBox ReportFullQuestion() {
     return Question("The output report buffer has been filled, so this report cannot continue.\r\n"
                     "The operation, however, may continue, but without report of results for "
@@ -50,7 +49,6 @@ class OperationTest : public testing::Test {
         list = {};
         list.AddFile(folder / name, folder / name);
     }
-    /// A different output for the chosen input.
     void ChooseOutput(const std::string& name) {
         setup.OutputMode = OutputTarget::SeparateOutput;
         setup.FileName[OutputSide] = name;

@@ -48,7 +48,6 @@ class Reliability : public Interruption {
         EXPECT_EQ(engine.lastKey, "") << "the engine must forget the key";
         return screen.text();
     }
-    /// Everything in the folder, with its content.
     [[nodiscard]] Tree Files() const {
         Tree files;
         const std::string top = folder / "zr5test/";
@@ -217,17 +216,6 @@ TEST_F(Reliability, TouchesNothingThatItHasNotMade) {
     EXPECT_THAT(Run(1), HasSubstr("could not remove everything in " +
                                   (folder / "zr5test/zr5test-copies-3/\r\n")));
     EXPECT_EQ(folder.Read("zr5test/zr5test-copies-3/decrypted/a.tst2"), "mine");
-}
-
-TEST_F(Reliability, LeavesEmptyFilesOut) {
-    Add("empty.tst", 0);
-    EXPECT_THAT(Run(1), Not(HasSubstr("All decrypted")));
-    Add("a.tst", 100);
-    const std::string report = Run(1);
-    EXPECT_THAT(report, HasSubstr("     empty.tst  This file is empty (0 bytes).\r\n"));
-    EXPECT_EQ(Count(report, "empty.tst  "), 1U) << "it has no encrypted copy to be decrypted";
-    EXPECT_THAT(report, HasSubstr("empty.tst: First file is empty.\r\na.tst: identical\r\n\r\n"
-                                  "All decrypted"));
 }
 
 TEST_F(Reliability, IsWhatTheSetupMeansAndIsConfirmedAsSuch) {

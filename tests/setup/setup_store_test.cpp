@@ -15,7 +15,6 @@ using enum SetupDesk::Leaving;
 class Store : public DeskTest {
   protected:
     Store() { desk.FinishStartup(); }
-    /// The text that stands in a setup file for what is on the desk.
     std::string Content() { return WriteSetupText(desk.Setup()).value_or("cannot be written"); }
     /// With the box that is expected after the picker, and its answer.
     void Load(const std::string& name, const std::optional<MessageBox>& box = {},
@@ -150,14 +149,11 @@ TEST_F(Store, OffersToClearTheSetupAfterAFileThatIsNone) {
     };
     for (const char* name : {"whole.opn", "folder", "pipe", "dangling", "nothing"})
         load(name, Answer::No);
-    disk.Fail(FsCall::Open, 1, FsStatus::NotPermitted);
-    load("whole.opn", Answer::Yes);
-    disk.Fail(FsCall::Read, 1);
-    load("whole.opn", Answer::No);
-    EXPECT_FALSE(desk.InputIsChosen());
-
     desk.SetInputFile("/in/", "a.txt");
     const std::string whole = Content();
+    disk.Fail(FsCall::Read, 1);
+    load("whole.opn", Answer::Yes);
+    EXPECT_FALSE(desk.InputIsChosen());
     folder.Write("huge.opn", whole);
     std::filesystem::resize_file(folder / "huge.opn", std::uintmax_t{1} << 30U);
     load("huge.opn", Answer::No);

@@ -58,14 +58,10 @@ class FaultyFileSystem : public FileSystem {
     void BeforeAny(unsigned number, std::function<void()> hook) {
         events_.push_back({.kind = std::nullopt, .number = number, .hook = std::move(hook)});
     }
-    /// Forgets faults, hooks and the calls so far.
     void Reset();
 
-    /// Every call so far, in order.
     [[nodiscard]] const std::vector<FsCall>& Calls() const { return calls_; }
-    /// How many bytes were written so far.
     [[nodiscard]] std::uint64_t WrittenBytes() const { return writtenBytes_; }
-    /// Whether every fault and hook asked for has been met.
     [[nodiscard]] bool AllMet() const;
 
     OpenResult OpenForReading(const std::string& path) override {

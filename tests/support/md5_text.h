@@ -7,7 +7,6 @@
 
 namespace zr5::test {
 
-/// The MD5 digest of `bytes` in hexadecimal digits.
 inline std::string Md5Text(std::string_view bytes) {
     std::string text;
     for (const unsigned byte : MD5Digest(bytes)) {

@@ -13,7 +13,6 @@
 
 namespace zr5::test {
 
-/// What is asked before a file at `path` is overwritten.
 inline MessageBox OverwriteQuestion(const std::string& path) {
     return Question("Overwrite existing file " + path + "?", "File exists already.",
                     BoxIcon::Question, Answer::No);

@@ -18,23 +18,19 @@ class TemporaryFolder {
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    /// The folder's path, ending in "/".
     [[nodiscard]] const std::string& Path() const { return path_; }
     [[nodiscard]] std::string operator/(std::string_view name) const {
         return path_ + std::string(name);
     }
 
-    /// Makes or replaces a file; returns its path.
     std::string Write(std::string_view name, std::string_view content) const;
     /// The whole content of a file; fails the test when it cannot be read.
     [[nodiscard]] std::string Read(std::string_view name) const;
     [[nodiscard]] bool Has(std::string_view name) const;
-    /// The names of everything in the folder.
     [[nodiscard]] std::set<std::string> Names() const;
     /// Makes what is no regular file: `folder`, `pipe`, `link` (to `target`), `dangling`.
     void MakeSpecials(std::string_view target) const;
     void Remove(std::string_view name) const;
-    /// Removes everything in the folder.
     void Empty() const;
 
   private:

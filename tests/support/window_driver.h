@@ -19,7 +19,6 @@ Widget& Control(const QObject& window, const char* name) {
     return *found;
 }
 
-/// A click of the left button in the middle of a control.
 inline void Press(const QWidget& window, const char* name) {
     QTest::mouseClick(&Control(window, name), Qt::LeftButton);
 }
@@ -40,7 +39,6 @@ inline void WhenDialogOpens(QObject& owner, const char* name, std::function<void
     poll->start(PollMs);
 }
 
-/// The open window of this object name; null when there is none.
 inline QWidget* TopWindow(const char* name) {
     for (QWidget* window : QApplication::topLevelWidgets())
         if (window->objectName() == QLatin1String(name)) return window;

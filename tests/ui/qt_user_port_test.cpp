@@ -118,20 +118,6 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
     EXPECT_EQ(Pick(FilePicker::Kind::Save), folder / "new.zr5");
 }
 
-TEST_F(Pickers, OpenWhereTheOneOfThisTitleWas) {
-    FilePicker picker;
-    picker.title = "Keyfile";
-    TypeInNext(folder / "key");
-    EXPECT_EQ(user.PickFile(picker), folder / "key");
-    const QDir here(QString::fromStdString(folder.Path()));
-    for (const bool sameTitle : {true, false}) {
-        picker.title = sameTitle ? "Keyfile" : "Setup";
-        InNext<QFileDialog>(
-            [&](QFileDialog& dialog) { EXPECT_EQ(dialog.directory() == here, sameTitle); });
-        EXPECT_EQ(user.PickFile(picker), std::nullopt);
-    }
-}
-
 TEST_F(Pickers, LeaveNoHistory) {
     const QSettings history(QSettings::UserScope, "QtProject");
     EXPECT_FALSE(history.isWritable()) << history.fileName().toStdString();

@@ -68,7 +68,6 @@ TEST_F(EngineCodes, AnOutputThatCannotBeMadeIsSaid) {
     for (const char* output : {"folder", "link", "dangling", "pipe", "missing/below", "other/x"})
         ExpectBothFail("file", output, OutputNotOpened);
     EXPECT_EQ(folder.Read("other"), "precious");
-    // A folder or an output that may not be written.
     Disk().Fail(FsCall::Create, 1, FsStatus::NotPermitted);
     EXPECT_EQ(Encrypt("file", "out"), OutputNotOpened);
     EXPECT_FALSE(folder.Has("out"));

@@ -23,7 +23,6 @@ class EngineFaults : public EngineTest {
         std::string result; ///< of decryption
     };
 
-    /// Whether the fault was met.
     bool RunOnce(const Direction& direction, bool outputExists, unsigned call, FsStatus status) {
         folder.Write("in", direction.input);
         folder.Remove("out");
@@ -133,7 +132,6 @@ class Damage : public EngineTest {
         bytes[at] = static_cast<char>(bytes[at] ^ (1 << bit));
         return bytes;
     }
-    /// `plain` with the blocks of these numbers zeroed.
     [[nodiscard]] static std::string Without(std::string plain,
                                              std::initializer_list<std::size_t> blocks) {
         for (const std::size_t number : blocks) {
