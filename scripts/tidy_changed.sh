@@ -14,13 +14,16 @@ else
 fi
 
 # A header is seen through a source that includes it: the one of its own unit, if there is one.
-for file in $changed; do
-    case "$file" in
-    *.cpp) echo "$file" ;;
-    *) if [ -e "${file%.h}.cpp" ]; then echo "${file%.h}.cpp"; else
-        git grep -lF "#include \"${file#*/}\"" -- 'src/*.cpp' 'tests/*.cpp' | head -n 1
+source_of() {
+    case "$1" in
+    *.cpp) echo "$1" ;;
+    *) if [ -e "${1%.h}.cpp" ]; then echo "${1%.h}.cpp"; else
+        git grep -lF "#include \"${1#*/}\"" -- 'src/*.cpp' 'tests/*.cpp' | sed -n 1p
     fi ;;
     esac
+}
+for file in $changed; do
+    source_of "$file" || true
 done | sort -u | grep -v -e '^tests/fuzz/' -e "libs/.*_windows.cpp" |
     xargs -r -d '\n' -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet \
         --extra-arg=-Wno-unknown-warning-option 2>/dev/null

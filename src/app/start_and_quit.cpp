@@ -50,7 +50,7 @@ void OfferToWipe(const Machine& machine, const std::string& path) {
 
 std::string MakeOwnFolder(FileSystem& fileSystem, const std::string& configFolder) {
     const std::string base = configFolder.empty() ? "/" : WithTrailingSeparator(configFolder);
-    const std::string folder = WithTrailingSeparator(base + MakerName);
+    std::string folder = WithTrailingSeparator(base + MakerName);
     for (const std::string& each : {base, folder}) {
         if (fileSystem.Info(each)) continue;
         if (fileSystem.MakeFolder(each) != FsStatus::Ok) break;

@@ -57,8 +57,8 @@ class SpecifyFiles {
     std::string extension_;
 };
 
-/// For a folder operation whose folder is chosen. The options stand for subfolder switch and
-/// pattern of the setup.
+/// The rules of `frmSpecifyInputFiles`: which files of the chosen folder are meant. The options
+/// stand for subfolder switch and pattern of the setup.
 class SpecifyInputFiles final : public SpecifyFiles {
   public:
     static constexpr std::size_t AllFiles = 0;
@@ -78,7 +78,8 @@ class SpecifyInputFiles final : public SpecifyFiles {
     SetupDesk& desk_;
 };
 
-/// For a single file that is chosen and a result that goes to a different file.
+/// The rules of `frmSpecifyOutputFiles`: where the result of the chosen single file goes, when it
+/// does not take its place.
 class SpecifyOutputFiles final : public SpecifyFiles {
   public:
     static constexpr std::size_t ExistingFile = 0;

@@ -42,18 +42,10 @@ JournalRecord RecordOf(const OperationContext& operation, JournalRecord::Step st
     return record;
 }
 
-/// Shows how far a pass over the file has come, and lets the interface react.
-ProgressFunction ShownProgress(const OperationContext& operation) {
-    return [&operation](std::uint64_t done, std::uint64_t total) {
-        operation.screen.ShowPass(done, total);
-        operation.machine.user.ProcessEvents();
-    };
-}
-
 EngineResult RunEngine(const OperationContext& operation, ResultNote& note) {
     CipherEngine& engine = operation.machine.engine;
     const JournalRecord& record = note.Record();
-    const EngineHooks hooks{ShownProgress(operation), &note};
+    const EngineHooks hooks{operation.screen.PassProgress(), &note};
     engine.operation_initialization(operation.key.keyText.text(), record.direction);
     const EngineResult result =
         record.direction == Direction::Encrypt
@@ -68,7 +60,7 @@ EngineResult Verify(const OperationContext& operation, const ResultNote& note) {
     FileSystem& fileSystem = operation.machine.fileSystem;
     const JournalRecord& record = note.Record();
     const EngineResult result = operation.machine.engine.verify_file(
-        record.inputPath, record.outputPath, {ShownProgress(operation)});
+        record.inputPath, record.outputPath, {operation.screen.PassProgress()});
     if (result == EngineResult::Success) return result;
     const auto failed = fileSystem.Info(record.outputPath);
     if (failed && note.IsResult(*failed)) static_cast<void>(fileSystem.Remove(record.outputPath));
@@ -101,7 +93,7 @@ FileResult MakeAndReplace(const OperationContext& operation, ResultNote& note,
         return FileResult::OfEngine(EngineResult::WriteError, outputPath);
     }
     note.ResultIs(*made);
-    const ProgressFunction progress = Throttled(machine.clock, ShownProgress(operation));
+    const ProgressFunction progress = Throttled(machine.clock, operation.screen.PassProgress());
     if (!ReplaceInput(machine.fileSystem, machine.fileKit, note, progress)) {
         return {.outcome = NotRenamedOutcome(inputPath), .outputPath = outputPath};
     }

@@ -71,7 +71,7 @@ void WriteClosingSummary(const OperationContext& operation, const OperationTotal
     std::string text = "\r\nNumber of files processed:" + processed + "\r\n" + "Number of files " +
                        encrypted + ":" + processed + "\r\nTotal KB " + encrypted + ": " +
                        KilobytesText(totals.totalBytes) + "\r\n";
-    if (const std::int64_t seconds = operation.screen.ElapsedSeconds(); seconds > 0) {
+    if (const std::int64_t seconds = operation.screen.Time().ElapsedSeconds(); seconds > 0) {
         text += "Elapsed time: " +
                 FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";
     }

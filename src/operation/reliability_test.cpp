@@ -212,11 +212,7 @@ class ReliabilityTest {
         }
         const std::string decrypted = copies_.Decrypted() + file.name;
         screen_.BeginFile(DisplayName(file.name), file.lengthBytes, 1);
-        const ProgressFunction progress =
-            Throttled(machine_.clock, [this](std::uint64_t done, std::uint64_t total) {
-                screen_.ShowPass(done, total);
-                machine_.user.ProcessEvents();
-            });
+        const ProgressFunction progress = Throttled(machine_.clock, screen_.PassProgress());
         const Comparison result = machine_.fileKit.compare_files(file.path, decrypted, progress);
         if (result.outcome == CompareOutcome::Identical) {
             ++compared_;

@@ -257,7 +257,7 @@ void ReportWindow::NameWhole() {
 }
 
 void ReportWindow::ShowTime() {
-    time_->setText(ToQt(screen_.TimeText()));
+    time_->setText(ToQt(screen_.Time().Text()));
 }
 
 void ReportWindow::ShowSelection() {

@@ -24,14 +24,14 @@ class ReportScreenTest : public testing::Test {
 TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     screen.PauseContinuePressed(); // nothing runs: it does nothing
     ExpectButtons("Stop at next file", false, "Pause at next file", "");
-    EXPECT_EQ(screen.TimeText(), "");
+    EXPECT_EQ(screen.Time().Text(), "");
     screen.BeginRun(Direction::Encrypt);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
     clock.now += std::chrono::seconds(61);
-    EXPECT_EQ(screen.TimeText(), "Started 14:03, elapsed 1 minute and 1 second");
+    EXPECT_EQ(screen.Time().Text(), "Started 14:03, elapsed 1 minute and 1 second");
     screen.EndRun();
     clock.now += std::chrono::hours(5);
-    EXPECT_EQ(screen.Elapsed(), std::chrono::seconds(61));
+    EXPECT_EQ(screen.Time().ElapsedSeconds(), 61);
     screen.StopPressed();
     ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
     screen.BeginRun(Direction::Encrypt);
@@ -70,7 +70,7 @@ TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     EXPECT_EQ(screen.ProgressText(), "0 of 2 files, 0.00 of 4.00 MB");
     screen.BeginFile("a", 2 * Megabyte, 2);
     clock.now += std::chrono::seconds(10);
-    screen.ShowPass(Megabyte, 2 * Megabyte);
+    screen.PassProgress()(Megabyte, 2 * Megabyte);
     EXPECT_EQ(screen.Progress().file.Fraction(), 0.25);
     screen.NextPass();
     EXPECT_EQ(screen.Progress().file.Fraction(), 0.5);

@@ -1,8 +1,7 @@
 #include "operation/measure/byte_pair_picture.h"
 
-#include "operation/measure/randomness_report.h"
-
 #include "libs/system/clock.h"
+#include "operation/measure/randomness_report.h"
 
 #include <algorithm>
 #include <array>

@@ -17,12 +17,8 @@ class PatternVisitor : public WalkVisitor {
         const auto info = machine_.fileSystem.Info(path);
         FileRandomness file{InputSide, path, info ? info->lengthBytes : 0};
         screen_.BeginFile(DisplayName(SplitPath(path).name), file.lengthBytes, 1);
-        const auto show = [this](std::uint64_t done, std::uint64_t total) {
-            screen_.ShowPass(done, total);
-            machine_.user.ProcessEvents();
-        };
-        file.value =
-            MeasureWholeFile(machine_, path, show, [this] { return screen_.StopRequested(); });
+        file.value = MeasureWholeFile(machine_, path, screen_.PassProgress(),
+                                      [this] { return screen_.StopRequested(); });
         screen_.EndFile(file.lengthBytes);
         if (file.value == RandomnessStopped) return;
         std::string text = WhyNoValue(file);

@@ -5,8 +5,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace zr5 {
+namespace {
+
+std::string HoursAndMinutes(std::chrono::milliseconds timeOfDay) {
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(timeOfDay).count();
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d:%02d", static_cast<int>(minutes / 60 % 24),
+                  static_cast<int>(minutes % 60));
+    return text;
+}
+
+} // namespace
 
 double FileProgress::Fraction() const {
     if (isDone) return 1.0;
@@ -43,6 +55,39 @@ std::string OperationProgress::Text(std::chrono::milliseconds worked) const {
         text += ", " + FormatDuration(static_cast<std::uint64_t>(std::llround(seconds))) + " left";
     }
     return text;
+}
+
+void RunClock::Start() {
+    state_ = State::Running;
+    startedAt_ = clock_.Now();
+    startTimeOfDay_ = clock_.TimeOfDay();
+    pausedFor_ = {};
+}
+
+void RunClock::Stop() {
+    ranFor_ = Elapsed();
+    state_ = State::Stopped;
+}
+
+void RunClock::Pause(const std::function<void()>& wait) {
+    const std::chrono::milliseconds since = clock_.Now();
+    wait();
+    pausedFor_ += clock_.Now() - since;
+}
+
+std::chrono::milliseconds RunClock::Elapsed() const {
+    return state_ == State::Running ? clock_.Now() - startedAt_ : ranFor_;
+}
+
+std::int64_t RunClock::ElapsedSeconds() const {
+    return std::chrono::round<std::chrono::seconds>(Elapsed()).count();
+}
+
+std::string RunClock::Text() const {
+    if (state_ == State::NotStarted) return {};
+    const auto seconds = static_cast<std::uint64_t>(ElapsedSeconds());
+    return "Started " + HoursAndMinutes(startTimeOfDay_) + ", elapsed " +
+           FormatDuration(seconds, DurationForm::Long);
 }
 
 } // namespace zr5

@@ -1,24 +1,13 @@
 #include "operation/report/report_screen.h"
 
 #include "setup/wording.h"
-#include "util/durations.h"
 #include "util/numbers.h"
-
-#include <cstdio>
 
 namespace zr5 {
 namespace {
 
 /// So much is cut off a full text that the closing words find room.
 constexpr std::size_t CutWhenFull = 500;
-
-std::string HoursAndMinutes(std::chrono::milliseconds timeOfDay) {
-    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(timeOfDay).count();
-    char text[16];
-    std::snprintf(text, sizeof text, "%02d:%02d", static_cast<int>(minutes / 60 % 24),
-                  static_cast<int>(minutes % 60));
-    return text;
-}
 
 } // namespace
 
@@ -39,7 +28,7 @@ MessageBox EmptyReportBox() {
 }
 
 ReportScreen::ReportScreen(UserPort& user, const Clock& clock, std::size_t capacity)
-    : user_(user), clock_(clock), text_(capacity) {}
+    : user_(user), text_(capacity), time_(clock) {}
 
 void ReportScreen::SetView(ReportView* view) {
     view_ = view;
@@ -76,21 +65,6 @@ std::string ReportScreen::CopyCaption(bool hasSelection) {
     return hasSelection ? "Copy selected text to clipboard" : "Copy to clipboard";
 }
 
-std::string ReportScreen::TimeText() const {
-    if (state_ == State::Idle) return {};
-    const std::int64_t seconds = ElapsedSeconds();
-    return "Started " + HoursAndMinutes(startTimeOfDay_) + ", elapsed " +
-           FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long);
-}
-
-std::chrono::milliseconds ReportScreen::Elapsed() const {
-    return IsRunning() ? clock_.Now() - startedAt_ : ranFor_;
-}
-
-std::int64_t ReportScreen::ElapsedSeconds() const {
-    return std::chrono::round<std::chrono::seconds>(Elapsed()).count();
-}
-
 void ReportScreen::StopPressed() {
     if (!IsRunning()) return;
     stopRequested_ = true;
@@ -122,15 +96,13 @@ void ReportScreen::BeginRun(Direction operation) {
     perFileReportingOff_ = false;
     closesAfterRun_ = false;
     progress_ = {};
-    startedAt_ = clock_.Now();
-    pausedFor_ = {};
-    startTimeOfDay_ = clock_.TimeOfDay();
+    time_.Start();
     if (view_ != nullptr) view_->TextReplaced();
     SetState(State::Running);
 }
 
 void ReportScreen::EndRun() {
-    ranFor_ = Elapsed();
+    time_.Stop();
     pauseRequested_ = false;
     progress_ = {};
     SetState(stopRequested_ ? State::Stopped : State::Done);
@@ -192,17 +164,16 @@ void ReportScreen::RandomnessBufferFull() {
 void ReportScreen::PauseStep() {
     if (!pauseRequested_ || stopRequested_) return;
     SetState(State::Paused);
-    const std::chrono::milliseconds since = clock_.Now();
-    while (pauseRequested_ && !stopRequested_) {
-        user_.WaitForEvents();
-    }
-    pausedFor_ += clock_.Now() - since;
+    time_.Pause([this] {
+        while (pauseRequested_ && !stopRequested_)
+            user_.WaitForEvents();
+    });
     SetState(State::Running);
 }
 
 void ReportScreen::BeginFiles(std::uint64_t files, std::uint64_t totalBytes) {
     progress_ = {.files = files, .totalBytes = totalBytes, .file = {}};
-    workedBeforeFiles_ = Elapsed() - pausedFor_;
+    workedBeforeFiles_ = time_.Worked();
     NotifyState();
 }
 
@@ -214,9 +185,12 @@ void ReportScreen::BeginFile(std::string displayName, std::uint64_t lengthBytes,
     NotifyState();
 }
 
-void ReportScreen::ShowPass(std::uint64_t done, std::uint64_t total) {
-    progress_.file.ofPass = static_cast<double>(done) / static_cast<double>(total);
-    NotifyState();
+ProgressFunction ReportScreen::PassProgress() {
+    return [this](std::uint64_t done, std::uint64_t total) {
+        progress_.file.ofPass = static_cast<double>(done) / static_cast<double>(total);
+        NotifyState();
+        user_.ProcessEvents();
+    };
 }
 
 void ReportScreen::NextPass() {
@@ -240,14 +214,12 @@ void ReportScreen::ShowCount(Direction operation, std::uint64_t files) {
 }
 
 std::string ReportScreen::ProgressText() const {
-    return progress_.Text(Elapsed() - pausedFor_ - workedBeforeFiles_);
+    return progress_.Text(time_.Worked() - workedBeforeFiles_);
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
     if (view_ == nullptr) return;
-    const std::chrono::milliseconds since = clock_.Now();
-    view_->ShowPurgeWarning(warning, path);
-    pausedFor_ += clock_.Now() - since;
+    time_.Pause([&] { view_->ShowPurgeWarning(warning, path); });
 }
 
 void ReportScreen::SetState(State state) {

@@ -61,8 +61,7 @@ class ReportScreen {
     [[nodiscard]] bool PauseEnabled() const { return IsRunning() && !stopRequested_; }
     [[nodiscard]] std::string PausedDoneText() const;
     [[nodiscard]] static std::string CopyCaption(bool hasSelection);
-    /// The line about time: when the run began and how long it has taken.
-    [[nodiscard]] std::string TimeText() const;
+    [[nodiscard]] const RunClock& Time() const { return time_; }
     /// No files while no operation runs.
     [[nodiscard]] const OperationProgress& Progress() const { return progress_; }
     [[nodiscard]] std::string ProgressText() const;
@@ -103,24 +102,21 @@ class ReportScreen {
     /// that.
     void BeginFiles(std::uint64_t files, std::uint64_t totalBytes);
     void BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes);
-    /// The current pass over the file has come so far.
-    void ShowPass(std::uint64_t done, std::uint64_t total);
+    /// Shows how far the current pass over the file has come, and lets the interface react. Valid
+    /// as long as the screen is.
+    [[nodiscard]] ProgressFunction PassProgress();
     void NextPass();
     /// `listedBytes`: what the file counted in the total.
     void EndFile(std::uint64_t listedBytes);
     /// Shows the running count in the caption.
     void ShowCount(Direction operation, std::uint64_t files);
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
-    [[nodiscard]] std::chrono::milliseconds Elapsed() const;
-    /// The same to the nearest second, as people read it.
-    [[nodiscard]] std::int64_t ElapsedSeconds() const;
 
   private:
     void SetState(State state);
     void NotifyState();
 
     UserPort& user_;
-    const Clock& clock_;
     ReportView* view_ = nullptr;
     ReportText text_;
     State state_ = State::Idle;
@@ -129,10 +125,7 @@ class ReportScreen {
     bool closesAfterRun_ = false;
     bool pauseRequested_ = false;
     bool perFileReportingOff_ = false;
-    std::chrono::milliseconds startedAt_{0};
-    std::chrono::milliseconds startTimeOfDay_{0};
-    std::chrono::milliseconds ranFor_{0};
-    std::chrono::milliseconds pausedFor_{0};
+    RunClock time_;
     std::chrono::milliseconds workedBeforeFiles_{0};
     OperationProgress progress_;
     std::string caption_ = "Report";
