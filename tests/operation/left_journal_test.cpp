@@ -51,6 +51,9 @@ TEST_F(LeftJournal, TakesAwayOnlyWhatTheRunHadMade) {
     folder.Remove("a"); // and perhaps the result is all that is left
     EXPECT_EQ(End(Writing), InterruptionEnd::LeftAlone);
     EXPECT_EQ(folder.Names(), Names{"a.zr5"});
+    std::filesystem::rename(folder / "a.zr5", record.partPath); // or the part
+    EXPECT_EQ(End(Writing), InterruptionEnd::LeftAlone);
+    EXPECT_EQ(folder.Names(), Names{".zr5-0123456789abcdef.part"});
 }
 
 TEST_F(LeftJournal, CompletesWhatItCanProve) {
