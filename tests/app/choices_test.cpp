@@ -38,15 +38,12 @@ TEST_F(EndToEnd, CreatesARandomKeyfileAndDecryptsWithIt) {
     Press(Main(), "cmdEraseKey");
     EXPECT_EQ(labels(), "Key not specified ");
     Choose("optDecrypt");
-    for (const bool picks : {true, false}) {
-        Press(Main(), "cmdKeyFrom");
-        EXPECT_FALSE(Control(Main(), "cmdKeyFile(1)").isVisible());
-        user.ExpectFile("Get decryption key from keyfile",
-                        picks ? std::optional(folder / "key") : std::nullopt);
-        if (picks) user.Expect(folder / "key", "Inspect the key?", Answer::No);
-        Press(Main(), "cmdKeyFile(0)");
-        EXPECT_EQ(labels(), "Key specified (apparently random key in keyfile)");
-    }
+    Press(Main(), "cmdKeyFrom");
+    EXPECT_FALSE(Control(Main(), "cmdKeyFile(1)").isVisible());
+    user.ExpectFile("Get decryption key from keyfile", folder / "key");
+    user.Expect(folder / "key", "Inspect the key?", Answer::No);
+    Press(Main(), "cmdKeyFile(0)");
+    EXPECT_EQ(labels(), "Key specified (apparently random key in keyfile)");
     static_cast<void>(Perform());
     EXPECT_EQ(folder.Read("a.odg"), "content");
 }
@@ -112,13 +109,9 @@ TEST_F(EndToEnd, SpecifiesFilesByTheirExtension) {
             Press(dialog, option);
             QApplication::processEvents();
             EXPECT_EQ(dialog.focusWidget(), &box);
-            box.setText(QStringLiteral("*.odg.1"));
-            Press(dialog, "cmdAccept");
-            EXPECT_EQ(box.text(), "odg.1");
             box.setText(QStringLiteral(".o"));
             QTest::keyClick(&box, Qt::Key_Return);
         });
-        user.Expect("Error", "Extension must not contain \".\"");
         Press(Main(), button);
     };
     Choose("optWriteToSeparateOutputFiles");

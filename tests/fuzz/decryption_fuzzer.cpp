@@ -115,23 +115,15 @@ void LimitRunSalts(std::string& file) {
     }
 }
 
-/// The part of `text` that makes up piece `number` when it is cut into pieces of `length`.
-std::string_view Piece(std::string_view text, std::size_t number, std::size_t length) {
-    return number * length < text.size() ? text.substr(number * length, length)
-                                         : std::string_view{};
-}
-
 /// What comes back of a file under the header of `own`: its blocks in their places, and zeros.
-std::string Recovered(std::string_view file, const Genuine& own) {
-    file.remove_prefix(HeaderBytes);
-    const std::string_view ownBlocks = std::string_view(own.sealed).substr(HeaderBytes);
+std::string Recovered(const std::string& file, const Genuine& own) {
     std::string plain;
-    for (std::size_t i = 0; Piece(file, i, SealedBlockBytes).size() > TagBytes; ++i) {
-        const std::string_view sealed = Piece(file, i, SealedBlockBytes);
-        if (sealed == Piece(ownBlocks, i, SealedBlockBytes))
-            plain += Piece(own.plain, i, PlainBlockBytes);
-        else
-            plain.append(sealed.size() - TagBytes, '\0');
+    for (std::size_t at = HeaderBytes; at + TagBytes < file.size(); at += SealedBlockBytes) {
+        const std::string block = file.substr(at, SealedBlockBytes);
+        const bool isOwn =
+            at < own.sealed.size() && block == own.sealed.substr(at, SealedBlockBytes);
+        plain += isOwn ? own.plain.substr(plain.size(), PlainBlockBytes)
+                       : std::string(block.size() - TagBytes, '\0');
     }
     return plain;
 }

@@ -152,13 +152,9 @@ TEST(SetupText, ReplacesWhatNoSetupMayHave) {
 
 TEST(SetupText, NamesTheFilesOfAFolderByThePattern) {
     const auto read = [](const char* pattern) {
-        return ReadFile({{5, "-1"},
-                         {8, "-1"},
-                         {9, "0"},
-                         {10, "/in"},
-                         {11, "/in"},
-                         {12, "\"\""},
-                         {18, pattern}});
+        Changes folder{{5, "-1"}, {8, "-1"}, {9, "0"}, {10, "/in"}, {11, "/in"}, {12, "\"\""}};
+        folder[18] = pattern;
+        return ReadFile(folder);
     };
     EXPECT_TRUE(read("*.doc").complete);
     const OperationSetup setup = read("*.doc").setup;
