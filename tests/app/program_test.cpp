@@ -3,9 +3,7 @@
 #include "operation/operation_journal.h"
 #include "setup/setup_store.h"
 #include "setup/setup_text.h"
-#include "support/desk_fixture.h"
-#include "support/fakes.h"
-#include "support/stopped_clock.h"
+#include "support/fixtures.h"
 
 #include <filesystem>
 
@@ -16,6 +14,7 @@ using Names = std::vector<std::string>;
 
 class ProgramTest : public DeskTest {
   protected:
+    ProgramTest() { machine.ownFolder = folder.Path(); }
     bool Start() {
         const WindowSteps steps{[this] { log.push_back("fit"); },
                                 [this] { log.push_back("clock"); },
@@ -35,12 +34,7 @@ class ProgramTest : public DeskTest {
     }
 
     std::string nextRunPath = folder / "zr5e.opn";
-    FakeEngine engine;
-    FakeKit kit;
     CurrentKey key;
-    SystemRandom random;
-    StoppedClock clock;
-    Machine machine{user, disk, engine, kit, clock, random, folder / "zr5e", folder.Path()};
     SetupStore setups{machine, desk};
     Names log;
 };

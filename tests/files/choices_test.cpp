@@ -1,7 +1,7 @@
 #include "files/extension_rule.h"
 #include "files/file_choice.h"
 #include "files/specify_files.h"
-#include "support/desk_fixture.h"
+#include "support/fixtures.h"
 
 #include <filesystem>
 

@@ -15,32 +15,6 @@ constexpr std::u16string_view Typed = u"abcd efgh ijkl mnop";
 constexpr std::string_view TypedBytes = "abcd efgh ijkl mnop";
 constexpr std::string_view Canonical = "ABCDEFGHIJKLMNOP";
 
-/// A key as a new random keyfile leaves it.
-CurrentKey KeyfileKey() {
-    CurrentKey key;
-    key.keyText = SecretBytes::CopyOf("THE KEY OF A KEYFILE");
-    key.keyBuffer = SecretBytes::CopyOf("the key of a keyfile");
-    key.keyfilePath = "/home/a/key";
-    key.checksum = 4321;
-    key.keyState = KeyState::Keyfile;
-    key.isNewRandomKey = true;
-    key.isApparentlyRandom = true;
-    return key;
-}
-
-void ExpectUntouchedKeyfileKey(const CurrentKey& key) {
-    EXPECT_EQ(key.keyText.text(), "THE KEY OF A KEYFILE");
-    EXPECT_EQ(key.keyfilePath, "/home/a/key");
-    EXPECT_EQ(key.checksum, 4321);
-    EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile);
-}
-
-void ExpectNoKey(const CurrentKey& key) {
-    EXPECT_FALSE(key.IsHeld() || key.keyChoiceAbandoned);
-    EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
-    EXPECT_TRUE(key.keyfilePath.empty());
-}
-
 /// What every accepted typed key has, whatever key there was before.
 void ExpectTypedKey(const CurrentKey& key) {
     EXPECT_EQ(key.keyText.text(), Canonical);
@@ -91,14 +65,11 @@ TEST(KeyEntry, IsLongEnoughFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange
 }
 
 TEST(TypedKey, IsAskedForInTheWordsOfTheFunction) {
-    for (const auto& [direction, word] :
-         {std::pair{Direction::Encrypt, "encryption"}, {Direction::Decrypt, "decryption"}}) {
-        const std::string start = std::string("Enter the ") + word + " key";
-        EXPECT_EQ(KeyboardWithDisplay(direction, CurrentKey{}).Prompt(),
-                  start + " (16-64 characters, spaces ignored, case not significant):");
-        EXPECT_EQ(KeyboardWithoutDisplay(direction).Prompt(),
-                  start + ", 16-64 non-space characters (which will not be displayed):");
-    }
+    EXPECT_EQ(KeyboardWithDisplay(Direction::Decrypt, CurrentKey{}).Prompt(),
+              "Enter the decryption key (16-64 characters, spaces ignored, case not significant):");
+    EXPECT_EQ(
+        KeyboardWithoutDisplay(Direction::Decrypt).Prompt(),
+        "Enter the decryption key, 16-64 non-space characters (which will not be displayed):");
 }
 
 TEST(KeyTypedWithDisplay, ReplacesTheKeyAndFillsItsBoxNextTimeWhereItCanBeShown) {

@@ -1,13 +1,13 @@
 #include "keys/key_frame.h"
 #include "keys/key_inspection.h"
-
-#include "support/fakes.h"
-#include "support/scripted_user.h"
-
-#include <gtest/gtest.h>
+#include "support/fixtures.h"
+#include "support/key_windows.h"
 
 namespace zr5::test {
 namespace {
+
+using KeyLabelsTest = MachineTest;
+using ErasingTheKey = MachineTest;
 
 const KeyLabels Saved{"before", "(before)"};
 const KeyLabels Shown{"now", "(now)"};
@@ -19,7 +19,7 @@ CurrentKey KeyInState(KeyState state) {
     return key;
 }
 
-TEST(KeyLabels, TellWhereTheKeyCameFrom) {
+TEST_F(KeyLabelsTest, TellWhereTheKeyCameFrom) {
     const struct {
         KeyState state;
         bool isNew, isRandom, isText;
@@ -35,19 +35,15 @@ TEST(KeyLabels, TellWhereTheKeyCameFrom) {
         key.isNewRandomKey = c.isNew;
         key.isApparentlyRandom = c.isRandom;
         key.isTextKey = c.isText;
-        ScriptedUser user;
-        FakeEngine engine;
         const KeyLabels expected{c.state == KeyState::NoKey ? "Key not specified" : "Key specified",
                                  c.second};
         EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), expected) << c.second;
     }
 }
 
-TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
+TEST_F(KeyLabelsTest, ComeBackAfterAnAbandonedChoice) {
     CurrentKey key;
     KeyFrame frame;
-    ScriptedUser user;
-    FakeEngine engine;
     frame.Open(key, Saved);
     frame.Open(key, Shown);
     EXPECT_EQ(frame.SavedLabels(), Saved) << "saved once";
@@ -62,19 +58,14 @@ TEST(KeyLabels, ComeBackAfterAnAbandonedChoice) {
     EXPECT_EQ(frame.Close(KeyInState(KeyState::Keyboard)), DoIt);
 }
 
-TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
-    CurrentKey key = KeyInState(KeyState::Keyfile);
-    key.keyBuffer = SecretBytes::CopyOf("buffer");
+TEST_F(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
+    CurrentKey key = KeyfileKey();
     key.rawKeyEntry = SecretBytes::CopyOf("raw");
-    key.keyfilePath = "/home/a/key";
     key.keyChoiceAbandoned = true;
-    FakeEngine engine;
     engine.lastKey = "ABCDEFGHIJKLMNOP";
-    ScriptedUser user;
     user.Expect(Notice("Done", "Erase key"));
     EraseKeyAndTell(key, engine, user);
-    EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
-    EXPECT_TRUE(key.keyfilePath.empty());
+    ExpectNoKey(key);
     EXPECT_EQ(engine.lastKey, "");
     EXPECT_EQ(UpdateKeyLabels(key, Saved, user, engine), NoKeyLabels());
     key.keyState = KeyState::Keyfile; // but without a key
@@ -83,12 +74,12 @@ TEST(ErasingTheKey, LeavesNothingHereOrInTheEngine) {
     EXPECT_FALSE(key.IsHeld());
 }
 
-class Inspection : public testing::Test {
+class Inspection : public MachineTest {
   protected:
-    KeyInspection Of(std::string_view bytes, bool random, bool text, bool isNew = false) {
+    KeyInspection Of(std::string_view bytes, bool isRandom, bool text, bool isNew = false) {
         buffer = SecretBytes::CopyOf(bytes);
         inspected = std::make_unique<InspectedKey>(
-            InspectedKey{buffer, "class", "file", random, text, isNew});
+            InspectedKey{buffer, "class", "file", isRandom, text, isNew});
         return {*inspected, kit};
     }
     static std::string Row(KeyInspection& inspection, KeyView view, std::size_t row) {
@@ -97,8 +88,6 @@ class Inspection : public testing::Test {
     }
     SecretBytes buffer;
     std::unique_ptr<InspectedKey> inspected;
-    FakeKit kit;
-    ScriptedUser user;
 };
 
 TEST_F(Inspection, ShowsATypedKeyAsTextFirstAndInRowsOfSixteen) {
@@ -126,11 +115,11 @@ TEST_F(Inspection, KeepsRowsRowsWhateverTheTextHolds) {
 
 TEST_F(Inspection, ShowsOtherKeysAsNumbersOnly) {
     kit.bufferRandomness = 0.9396;
-    KeyInspection random = Of(std::string(64, '\xFF'), true, false, true);
-    EXPECT_EQ(random.View(), KeyView::Decimal);
-    EXPECT_EQ(random.RandomnessLine(), "Randomness is 0.940.");
+    KeyInspection randomKey = Of(std::string(64, '\xFF'), true, false, true);
+    EXPECT_EQ(randomKey.View(), KeyView::Decimal);
+    EXPECT_EQ(randomKey.RandomnessLine(), "Randomness is 0.940.");
     user.Expect(Notice("Be sure to remember the name of the keyfile!", "Key selected"));
-    random.Accept(user);
+    randomKey.Accept(user);
     KeyInspection binary = Of(std::string(17, '\x7F') + std::string(47, '\0'), false, false);
     EXPECT_FALSE(binary.OffersAscii());
     EXPECT_EQ(Row(binary, KeyView::Decimal, 1).substr(0, 8), "127   0 ");

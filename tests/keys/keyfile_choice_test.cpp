@@ -2,11 +2,8 @@
 
 #include "keys/classification.h"
 #include "keys/normalise.h"
-#include "libs/filekit/kit_fixture.h"
-#include "support/fakes.h"
+#include "support/fixtures.h"
 #include "support/key_windows.h"
-#include "support/scripted_user.h"
-#include "support/stopped_clock.h"
 
 #include <filesystem>
 
@@ -27,14 +24,7 @@ std::string RandomCharacters() {
 
 class KeyfileChoiceTest : public KitTest {
   protected:
-    KeyfileChoiceTest() {
-        key.keyText = SecretBytes::CopyOf(std::string_view("TYPED BEFORE"));
-        key.rawKeyEntry = SecretBytes::CopyOf(std::string_view("typed before"));
-        key.keyfilePath = "/before";
-        key.checksum = 4321;
-        key.keyState = KeyState::Keyfile;
-        key.isNewRandomKey = true;
-    }
+    KeyfileChoiceTest() { key.rawKeyEntry = SecretBytes::CopyOf("typed before"); }
     void Run(KeyfileMode mode, Direction direction = Direction::Encrypt) {
         GetKeyFromKeyfile(mode, direction, machine, {inspector, collector}, key);
     }
@@ -46,34 +36,25 @@ class KeyfileChoiceTest : public KitTest {
     void RunUnsuitably(KeyfileMode mode, const std::string& path) {
         user.Expect(Notice(path + " is not a suitable keyfile.", "Unsuitable keyfile"));
         Run(mode);
-        ExpectNoKey(path);
+        ExpectNoKey(key);
     }
     void Refuse(const std::string& path) {
         user.ExpectFile(GetTitle, path);
         RunUnsuitably(KeyfileMode::Existing, path);
     }
     void ExpectAbandoned(const std::string& where) {
-        EXPECT_TRUE(key.keyChoiceAbandoned) << where;
-        EXPECT_EQ(key.keyText.text(), "TYPED BEFORE") << where;
-        EXPECT_EQ(key.rawKeyEntry.text(), "typed before") << where;
-        EXPECT_EQ(key.keyfilePath, "/before") << where;
-        EXPECT_EQ(key.checksum, 4321) << where;
-        EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile) << where;
+        SCOPED_TRACE(where);
+        EXPECT_TRUE(key.keyChoiceAbandoned);
+        EXPECT_EQ(key.rawKeyEntry.text(), "typed before");
+        ExpectUntouchedKeyfileKey(key);
         key.keyChoiceAbandoned = false;
     }
-    void ExpectNoKey(const std::string& where) {
-        EXPECT_FALSE(key.IsHeld() || key.keyChoiceAbandoned) << where;
-        EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
-        EXPECT_EQ(key.keyfilePath, "") << where;
-    }
 
-    ScriptedUser user;
-    StoppedClock clock;
     FakeEngine engine;
     Machine machine{user, disk, engine, *kit, clock, random, "/usr/bin/zr5e", "/"};
     FakeInspector inspector;
     FakeCollector collector;
-    CurrentKey key;
+    CurrentKey key = KeyfileKey();
     const MessageBox repeat{"Attempt at creating random key unsuccessful.  Please repeat.",
                             "Key not sufficiently random", BoxIcon::None, BoxButtons::RetryCancel,
                             Answer::Retry};
@@ -129,6 +110,8 @@ TEST_F(KeyfileChoiceTest, RefusesWhatCannotBeReadAndFollowsLinks) {
     for (const char* name : {"folder", "pipe", "dangling"})
         Refuse(folder / name);
     disk.Fail(FsCall::Open, 1, FsStatus::NotPermitted);
+    Refuse(keyfile);
+    disk.Fail(FsCall::Read, 1); // after enough bytes for a key
     Refuse(keyfile);
     Take(folder / "link");
     EXPECT_EQ(key.keyfilePath, folder / "link");
@@ -215,7 +198,7 @@ TEST_F(KeyfileChoiceTest, ShortensLongPathsAndDropsARejectedKey) {
     Run(KeyfileMode::Existing);
     EXPECT_EQ(inspector.fileLine, "/tm..." + std::string(60, 'n'));
     EXPECT_EQ(inspector.classLine, "Non-random non-text key from file");
-    ExpectNoKey("rejected");
+    ExpectNoKey(key);
     EXPECT_EQ(ShownKeyfile("c:\\Keys\\\xC3\x89T\xC3\x89.Key"), "C:\\keys\\\xC3\xA9t\xC3\xA9.key");
 }
 

@@ -4,8 +4,8 @@
 #include "libs/cipher/cipher_engine.h"
 #include "libs/cipher/zr5_format.h"
 #include "libs/system/random.h"
+#include "support/fakes.h"
 #include "support/md5_text.h"
-#include "support/stopped_clock.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "keys/classification.h"
 #include "libs/filekit/randomness.h"
-#include "support/stopped_clock.h"
+#include "support/fakes.h"
 
 #include <algorithm>
 #include <array>
@@ -39,16 +39,13 @@ TEST(RandomKey, ComesFromMovementOnlyAndShowsItsProgress) {
         EXPECT_EQ(collector.IsWaiting(), tick >= 12) << tick;
     }
     EXPECT_EQ(collector.Progress(), line);
-    std::string blocks;
     for (int i = 0; i < 70; ++i) {
-        if (i < 64) blocks += block;
         collector.PointerAt(-5, i);
         collector.Tick();
         EXPECT_FALSE(collector.IsWaiting());
         EXPECT_EQ(collector.IsComplete(), i >= 63) << i;
         EXPECT_TRUE(i != 0 || collector.Progress() == block + line.substr(1));
     }
-    EXPECT_EQ(collector.Progress(), blocks);
     EXPECT_EQ(collector.Take().size(), 64U);
     EXPECT_TRUE(collector.Take().empty());
 }

@@ -146,9 +146,7 @@ TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {
 }
 
 TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
-    FaultyFileSystem full(*disk);
-    Machine machineOnIt{user, full, engine, kit, clock, random, "/usr/bin/zr5e", config.Path()};
-    const std::string drive = DriveOf(*disk, folder.Path());
+    const std::string drive = DriveOf(disk, folder.Path());
     constexpr std::uint64_t Kb = 1024;
     constexpr std::uint64_t Mb = Kb * Kb;
     const std::tuple<std::uint64_t, std::uint64_t, std::string> cases[] = {
@@ -160,26 +158,35 @@ TEST_F(Checks, WantRoomForTheResultOnItsDriveOnceTheUserHasConfirmed) {
         {2048 * Mb, 1 * Mb, "2,048 MB, but there is only 1 MB"}};
     for (const auto& [needed, free, amounts] : cases) {
         std::filesystem::resize_file(folder / "a.txt", needed);
-        full.freeBytes = free;
+        disk.freeBytes = free;
         if (!amounts.empty()) {
             user.Expect(Notice("Estimated space required on drive " + drive + " is " + amounts +
                                    " available.",
                                "Insufficient disk space", BoxIcon::Exclamation));
         }
-        EXPECT_EQ(MayStart(setup, key, machineOnIt, view, [] { return false; }), amounts.empty())
-            << needed;
+        EXPECT_EQ(May(), amounts.empty()) << needed;
     }
     EXPECT_EQ(view.asked.size(), std::size(cases));
 
-    full.freeBytes = std::optional<std::uint64_t>{};
+    disk.freeBytes = std::optional<std::uint64_t>{};
     setup.OutputMode = OutputTarget::SeparateOutput;
     setup.Folder[OutputSide] = "/proc/vanished/";
     user.Expect(
         Notice("Error when attempting to access drive /proc", "Error", BoxIcon::Exclamation));
-    EXPECT_FALSE(MayStart(setup, key, machineOnIt, view, [] { return false; }));
-    EXPECT_EQ(DriveOf(*disk, "D:\\out\\"), "D:");
-    EXPECT_EQ(DriveOf(*disk, "/"), "/");
-    EXPECT_EQ(DriveOf(*disk, "/proc/self/"), "/proc");
+    EXPECT_FALSE(May());
+    setup.OutputMode = OutputTarget::OverwriteInput; // a reliability test: two copies
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.FilePattern = "*.tst";
+    std::filesystem::create_directory(folder / "zr5test");
+    folder.Write("zr5test/a.tst", std::string(3 * Kb, 'x'));
+    setup.Folder[InputSide] = folder / "zr5test/";
+    disk.freeBytes = 5 * Kb;
+    user.Expect("Insufficient disk space", "Estimated space required on drive " + drive +
+                                               " is 6 KB, but there is only 5 KB available.");
+    EXPECT_FALSE(May());
+    EXPECT_EQ(DriveOf(disk, "D:\\out\\"), "D:");
+    EXPECT_EQ(DriveOf(disk, "/"), "/");
+    EXPECT_EQ(DriveOf(disk, "/proc/self/"), "/proc");
 }
 
 TEST_F(Checks, RefuseFilesThatAreAllEmptyButLeaveAVanishedOneToTheReport) {

@@ -69,6 +69,9 @@ TEST_F(DriverTest, LeavesEmptyAndTooSmallFilesToTheUser) {
     EXPECT_EQ(totals.filesProcessed, 0U);
     setup.Operation = Direction::Encrypt;
     EXPECT_NE(Entries().find("2 bytes   -> "), std::string::npos);
+    folder.Remove("two");
+    engine.fileResult = EngineResult::InputNotFound;
+    EXPECT_EQ(Entries(), "           two  Input file not found.\r\n") << "vanished, not empty";
 }
 
 TEST_F(DriverTest, RefusesProtectedFilesInPlaceOnly) {
@@ -177,7 +180,7 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
     }
     kit.onPurge = [&](const std::string& path) {
         if (path.ends_with("b")) screen.StopPressed();
-        static_cast<void>(disk->Remove(path));
+        static_cast<void>(disk.Remove(path));
     };
     static_cast<void>(Run());
     EXPECT_EQ(totals.filesProcessed, 2U);

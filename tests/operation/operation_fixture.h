@@ -3,20 +3,10 @@
 // An operation on real files in a fresh folder, with an engine and a file kit that answer what
 // the test sets, unless it takes the real ones.
 
-#include "libs/cipher/cipher_engine.h"
-#include "libs/filekit/file_kit.h"
-#include "libs/system/random.h"
 #include "operation/operation_run.h"
-#include "support/fakes.h"
-#include "support/faulty_file_system.h"
-#include "support/scripted_user.h"
-#include "support/stopped_clock.h"
-#include "support/temporary_folder.h"
+#include "support/fixtures.h"
 
 #include <fstream>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
 
 namespace zr5::test {
 
@@ -28,7 +18,7 @@ inline MessageBox ReportFullQuestion() {
                     "Report buffer full", BoxIcon::Exclamation);
 }
 
-class OperationTest : public testing::Test {
+class OperationTest : public MachineTest {
   protected:
     OperationTest() {
         key.keyText = SecretBytes::CopyOf(std::string_view("ABCDEFGHIJKLMNOP"));
@@ -38,7 +28,7 @@ class OperationTest : public testing::Test {
             std::ofstream(output) << "result of " << input;
         };
         kit.onPurge = [this](const std::string& path) {
-            if (kit.purgeResult == PurgeResult::Done) static_cast<void>(disk->Remove(path));
+            if (kit.purgeResult == PurgeResult::Done) static_cast<void>(disk.Remove(path));
         };
     }
 
@@ -60,20 +50,11 @@ class OperationTest : public testing::Test {
         return {setup, key, list, machine, screen, journal};
     }
 
-    TemporaryFolder folder;
-    std::unique_ptr<FileSystem> disk = MakeSystemFileSystem();
-    FakeEngine engine;
-    FakeKit kit;
-    ScriptedUser user;
-    StoppedClock clock;
-    SystemRandom random;
-    TemporaryFolder config;
-    Machine machine{user, *disk, engine, kit, clock, random, "/usr/bin/zr5e", config.Path()};
     OperationSetup setup;
     CurrentKey key;
     WorkList list;
     ReportScreen screen{user, clock};
-    OperationJournal journal{*disk};
+    OperationJournal journal{disk};
 };
 
 } // namespace zr5::test

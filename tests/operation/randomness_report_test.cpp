@@ -19,7 +19,7 @@ class Randomness : public OperationTest {
         folder.Write("in.txt", std::string(123'456, 'x'));
         desk.SetInputFile(folder.Path(), "in.txt");
     }
-    SetupDesk desk{user, *disk, [](ProgramText) { return std::string(); }};
+    SetupDesk desk{user, disk, [](ProgramText) { return std::string(); }};
     RandomnessReport report{desk, machine};
 };
 

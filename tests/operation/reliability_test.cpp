@@ -5,7 +5,6 @@
 #include "operation/confirmation.h"
 #include "operation/interruption_fixture.h"
 #include "operation/reliability_rules.h"
-#include "support/fakes.h"
 
 #include <filesystem>
 #include <fstream>

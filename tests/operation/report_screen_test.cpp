@@ -5,10 +5,8 @@
 namespace zr5::test {
 namespace {
 
-class ReportScreenTest : public testing::Test {
+class ReportScreenTest : public DiskTest {
   protected:
-    ScriptedUser user;
-    StoppedClock clock;
     ReportScreen screen{user, clock, 1000};
 
     void ExpectButtons(const std::string& stop, bool stopEnabled, const std::string& pause,
@@ -91,8 +89,6 @@ TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
         screen.CopyPressed(selected);
         EXPECT_EQ(user.clipboard, copied);
     }
-    EXPECT_EQ(ReportScreen::CopyCaption(true), "Copy selected text to clipboard");
-    EXPECT_EQ(ReportScreen::CopyCaption(false), "Copy to clipboard");
 }
 
 TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSaysSo) {

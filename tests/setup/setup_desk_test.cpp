@@ -3,7 +3,7 @@
 #include "setup/labels.h"
 #include "setup/setup_text.h"
 #include "setup/wording.h"
-#include "support/desk_fixture.h"
+#include "support/fixtures.h"
 
 #include <filesystem>
 
@@ -154,7 +154,6 @@ TEST_F(Desk, ClearsTheInputChoiceWhenItsKindChanges) {
         EXPECT_EQ(Control("fraOutput").visible, !isFolder);
         EXPECT_EQ(Control("cmdSingleFile(0)").enabled, !isFolder);
         EXPECT_EQ(Control("fraFilesInAFolder").enabled, isFolder);
-        EXPECT_EQ(Control("lblFilesInAFolder").visible, isFolder);
         EXPECT_EQ(Text("lblInputFile"), isFolder ? "Input files:" : "Input file:");
     }
 }
@@ -245,15 +244,6 @@ TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
     EXPECT_TRUE(desk.ReadyToPerform());
     EXPECT_EQ(Text("lblFolder(0)"), "/in/");
     EXPECT_EQ(Text("lblFolder(1)"), "/out/");
-}
-
-TEST(VerbForms, HaveACounterpartForEachOfTheEightAndNoOther) {
-    for (const std::string end : {"", "ion", "ed", "ing"}) {
-        EXPECT_EQ(VerbForm(Direction::Encrypt, "Encrypt" + end), "Encrypt" + end);
-        EXPECT_EQ(VerbForm(Direction::Decrypt, "Encrypt" + end), "Decrypt" + end);
-        EXPECT_EQ(VerbForm(Direction::Decrypt, "encrypt" + end), "decrypt" + end);
-    }
-    EXPECT_EQ(VerbForm(Direction::Decrypt, "Encrypter"), "Encrypter");
 }
 
 } // namespace

@@ -1,9 +1,7 @@
 #include "setup/setup_store.h"
 
 #include "setup/setup_text.h"
-#include "support/desk_fixture.h"
-#include "support/fakes.h"
-#include "support/stopped_clock.h"
+#include "support/fixtures.h"
 
 #include <filesystem>
 
@@ -14,7 +12,10 @@ using enum SetupDesk::Leaving;
 
 class Store : public DeskTest {
   protected:
-    Store() { desk.FinishStartup(); }
+    Store() {
+        machine.ownFolder = folder.Path();
+        desk.FinishStartup();
+    }
     std::string Content() { return WriteSetupText(desk.Setup()).value_or("cannot be written"); }
     /// With the box that is expected after the picker, and its answer.
     void Load(const std::string& name, const std::optional<MessageBox>& box = {},
@@ -30,11 +31,6 @@ class Store : public DeskTest {
         store.SaveAsOperationFile([this] { ++pickersClosed; });
     }
 
-    SystemRandom random;
-    FakeEngine engine;
-    FakeKit kit;
-    StoppedClock clock;
-    Machine machine{user, disk, engine, kit, clock, random, "/usr/bin/zr5e", folder.Path()};
     SetupStore store{machine, desk};
     int pickersClosed = 0;
     std::string shown; ///< the input that the window showed behind the last question

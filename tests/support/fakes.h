@@ -1,9 +1,11 @@
 #pragma once
 
-// An engine and a file kit that answer what a test sets and remember what they were asked.
+// An engine and a file kit that answer what a test sets and remember what they were asked, and a
+// clock that says what the test sets.
 
 #include "libs/cipher/cipher_engine.h"
 #include "libs/filekit/file_kit.h"
+#include "libs/system/clock.h"
 
 #include <functional>
 #include <map>
@@ -12,6 +14,15 @@
 #include <vector>
 
 namespace zr5::test {
+
+class StoppedClock : public Clock {
+  public:
+    mutable std::chrono::milliseconds now{0};
+    std::chrono::milliseconds step{0}; ///< by which it moves on whenever it is read
+    std::chrono::milliseconds timeOfDay{std::chrono::hours(14) + std::chrono::minutes(3)};
+    [[nodiscard]] std::chrono::milliseconds Now() const override { return now += step; }
+    [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override { return timeOfDay; }
+};
 
 class FakeEngine : public CipherEngine {
   public:

@@ -11,7 +11,10 @@ class FaultyFile : public OpenFile {
 
     ReadResult Read(std::span<std::byte> into) override {
         const auto* event = disk_.Meet(FsCall::Read);
-        if (event != nullptr && event->status != FsStatus::Ok) return {event->status, 0};
+        if (event != nullptr && event->status != FsStatus::Ok) {
+            static_cast<void>(inner_->Read(into.first(into.size() / 2)));
+            return {event->status, 0};
+        }
         if (event != nullptr && event->readAtMost)
             into = into.first(std::min(into.size(), *event->readAtMost));
         return inner_->Read(into);
@@ -49,9 +52,7 @@ class FaultyFile : public OpenFile {
                                [&] { return inner_->CopyAttributesFrom(source); });
     }
     std::optional<FileInfo> Info() const override {
-        const auto* event = disk_.Meet(FsCall::FileInfo);
-        if (event != nullptr && event->status != FsStatus::Ok) return std::nullopt;
-        return inner_->Info();
+        return disk_.Fails(FsCall::FileInfo) ? std::nullopt : inner_->Info();
     }
     void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
         inner_->StartWriteback(offset, lengthBytes);
@@ -94,9 +95,8 @@ FsStatus FaultyFileSystem::StatusFor(FsCall kind, const std::function<FsStatus()
 }
 
 OpenResult FaultyFileSystem::Opened(FsCall kind, const std::function<OpenResult()>& call) {
-    const Event* event = Meet(kind);
-    if (event != nullptr && event->status != FsStatus::Ok) return {event->status, nullptr};
-    OpenResult result = call();
+    OpenResult result{FsStatus::Ok, nullptr};
+    result.status = StatusFor(kind, [&] { return (result = call()).status; });
     if (result.file) result.file = std::make_unique<FaultyFile>(*this, std::move(result.file));
     return result;
 }

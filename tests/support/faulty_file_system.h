@@ -38,7 +38,7 @@ class FaultyFileSystem : public FileSystem {
     explicit FaultyFileSystem(FileSystem& inner) : inner_(inner) {}
 
     /// The `number`-th call of `kind` from now on answers `status` and has no effect, but that a
-    /// failing write has written the first half by then. A failing FileInfo or Look sees nothing.
+    /// failing read or write has moved its first half. A failing FileInfo or Look sees nothing.
     void Fail(FsCall kind, unsigned number, FsStatus status = FsStatus::IoError) {
         events_.push_back({.kind = kind, .number = number, .status = status});
     }
@@ -107,9 +107,7 @@ class FaultyFileSystem : public FileSystem {
         return StatusFor(FsCall::RemoveFolder, [&] { return inner_.RemoveFolder(path); });
     }
     std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
-        const Event* event = Meet(FsCall::ListFolder);
-        if (event != nullptr && event->status != FsStatus::Ok) return std::nullopt;
-        return inner_.ListFolder(path);
+        return Fails(FsCall::ListFolder) ? std::nullopt : inner_.ListFolder(path);
     }
     std::optional<std::string> CanonicalPath(const std::string& path) override {
         return SeesNothing() ? std::nullopt : inner_.CanonicalPath(path);
@@ -133,10 +131,10 @@ class FaultyFileSystem : public FileSystem {
     };
     /// Counts a call; the event that meets it, if any.
     const Event* Meet(FsCall kind);
-    bool SeesNothing() {
-        const Event* event = Meet(FsCall::Look);
-        return event != nullptr && event->status != FsStatus::Ok;
+    bool Fails(FsCall kind) {
+        return StatusFor(kind, [] { return FsStatus::Ok; }) != FsStatus::Ok;
     }
+    bool SeesNothing() { return Fails(FsCall::Look); }
     FsStatus StatusFor(FsCall kind, const std::function<FsStatus()>& call);
     OpenResult Opened(FsCall kind, const std::function<OpenResult()>& call);
 

@@ -1,14 +1,42 @@
 #pragma once
 
-// The windows of a key choice without windows: what they were shown, and what a test answers.
+// The windows of a key choice without windows: what they were shown, and what a test answers. And
+// what every choice does with the key that there was before.
 
 #include "keys/key_windows.h"
 
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string>
 
 namespace zr5::test {
+
+/// A key as a new random keyfile leaves it.
+inline CurrentKey KeyfileKey() {
+    CurrentKey key;
+    key.keyText = SecretBytes::CopyOf("THE KEY OF A KEYFILE");
+    key.keyBuffer = SecretBytes::CopyOf("the key of a keyfile");
+    key.keyfilePath = "/home/a/key";
+    key.checksum = 4321;
+    key.keyState = KeyState::Keyfile;
+    key.isNewRandomKey = true;
+    key.isApparentlyRandom = true;
+    return key;
+}
+
+inline void ExpectUntouchedKeyfileKey(const CurrentKey& key) {
+    EXPECT_EQ(key.keyText.text(), "THE KEY OF A KEYFILE");
+    EXPECT_EQ(key.keyfilePath, "/home/a/key");
+    EXPECT_EQ(key.checksum, 4321);
+    EXPECT_EQ(key.Source(), KeySource::NewRandomKeyfile);
+}
+
+inline void ExpectNoKey(const CurrentKey& key) {
+    EXPECT_FALSE(key.IsHeld() || key.keyChoiceAbandoned);
+    EXPECT_TRUE(key.keyText.empty() && key.keyBuffer.empty() && key.rawKeyEntry.empty());
+    EXPECT_TRUE(key.keyfilePath.empty());
+}
 
 class FakeInspector final : public KeyInspector {
   public:

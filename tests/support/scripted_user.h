@@ -7,6 +7,7 @@
 
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string>
 #include <variant>
 #include <vector>
@@ -20,12 +21,20 @@ inline MessageBox OverwriteQuestion(const std::string& path) {
 
 class ScriptedUser : public UserPort {
   public:
-    ~ScriptedUser() override;
+    ~ScriptedUser() override {
+        EXPECT_TRUE(steps_.empty()) << steps_.size() << " scripted answers were never asked for";
+    }
 
     /// Expects a box with this title and this text, whole, and answers it.
-    ScriptedUser& Expect(std::string title, std::string text, Answer answer = Answer::Ok);
+    ScriptedUser& Expect(std::string title, std::string text, Answer answer = Answer::Ok) {
+        steps_.emplace_back(BoxStep{Notice(std::move(text), std::move(title)), false, answer});
+        return *this;
+    }
     /// As above, and checks icon, buttons and default button too.
-    ScriptedUser& Expect(MessageBox box, Answer answer = Answer::Ok);
+    ScriptedUser& Expect(MessageBox box, Answer answer = Answer::Ok) {
+        steps_.emplace_back(BoxStep{std::move(box), true, answer});
+        return *this;
+    }
     /// Expects a file picker with this title; answers with a path, or cancels.
     ScriptedUser& ExpectFile(std::string title, std::optional<std::string> path) {
         steps_.emplace_back(PickStep{std::move(title), std::move(path), false});
@@ -47,7 +56,25 @@ class ScriptedUser : public UserPort {
     std::vector<MessageBox> asked; ///< every box shown, in order
     FilePicker lastPicker;
 
-    Answer Ask(const MessageBox& box) override;
+    Answer Ask(const MessageBox& box) override {
+        asked.push_back(box);
+        if (onAsk) return onAsk(box);
+        const auto* step = steps_.empty() ? nullptr : std::get_if<BoxStep>(&steps_.front());
+        if (step == nullptr) {
+            ADD_FAILURE() << "unscripted box \"" << box.title << "\": " << box.text;
+            return AnswerThatChangesNothing(box.buttons);
+        }
+        EXPECT_EQ(box.title, step->box.title);
+        EXPECT_EQ(box.text, step->box.text);
+        if (step->checksStyle) {
+            EXPECT_EQ(box.icon, step->box.icon) << box.text;
+            EXPECT_EQ(box.buttons, step->box.buttons) << box.text;
+            EXPECT_EQ(box.defaultButton, step->box.defaultButton) << box.text;
+        }
+        const Answer answer = step->answer;
+        steps_.pop_front();
+        return answer;
+    }
     std::optional<std::string> PickFile(const FilePicker& picker) override {
         lastPicker = picker;
         return TakePick(picker.title, false);
@@ -75,7 +102,17 @@ class ScriptedUser : public UserPort {
         std::optional<std::string> path;
         bool folder;
     };
-    std::optional<std::string> TakePick(const std::string& title, bool folder);
+    std::optional<std::string> TakePick(const std::string& title, bool folder) {
+        const auto* step = steps_.empty() ? nullptr : std::get_if<PickStep>(&steps_.front());
+        if (step == nullptr || step->folder != folder) {
+            ADD_FAILURE() << "unscripted picker \"" << title << '"';
+            return std::nullopt;
+        }
+        EXPECT_EQ(title, step->title);
+        auto path = step->path;
+        steps_.pop_front();
+        return path;
+    }
 
     std::deque<std::variant<BoxStep, PickStep>> steps_;
 };

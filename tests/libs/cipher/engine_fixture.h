@@ -6,8 +6,8 @@
 #include "libs/cipher/cipher_engine.h"
 #include "libs/cipher/zr5_format.h"
 #include "libs/system/random.h"
+#include "support/fakes.h"
 #include "support/faulty_file_system.h"
-#include "support/stopped_clock.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>

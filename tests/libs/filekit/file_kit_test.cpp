@@ -1,6 +1,6 @@
-#include "libs/filekit/kit_fixture.h"
 #include "libs/filekit/purge.h"
 #include "support/child_process.h"
+#include "support/fixtures.h"
 
 #include <filesystem>
 #include <sys/stat.h>

@@ -1,6 +1,6 @@
 #include "libs/filekit/randomness.h"
 
-#include "libs/filekit/kit_fixture.h"
+#include "support/fixtures.h"
 
 #include <cmath>
 #include <numbers>

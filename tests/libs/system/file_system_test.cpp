@@ -3,8 +3,8 @@
 #include "libs/system/safe_file.h"
 
 #include "libs/cipher/engine_fixture.h"
-#include "libs/filekit/kit_fixture.h"
 #include "support/child_process.h"
+#include "support/fixtures.h"
 
 #include <array>
 #include <filesystem>
