@@ -146,16 +146,18 @@ TEST(OwnFolder, IsTheMakersFolderThatOnlyItsOwnerMayEnter) {
 }
 
 TEST(WebLink, OpensTheSecureAddressOrExplainsWhyTheBrowserDidNotStart) {
-    for (const auto& [code, reason] : {std::pair{32, "."},
-                                       {8, ".\r\n\r\nOut of memory."},
-                                       {2, ".\r\n\r\nPlease try once more."}}) {
+    for (const auto& [code, reason] :
+         {std::pair{32, "."},
+          {31, ".\r\n\r\nFile extension 'html' is not associated with any application program."},
+          {8, ".\r\n\r\nOut of memory."},
+          {2, ".\r\n\r\nPlease try once more."}}) {
         ScriptedUser user;
         user.openAddressResult = code;
         user.Expect(
             Notice("Error launching web browser, error code = " + std::to_string(code) + reason,
                    "Cannot launch web browser", BoxIcon::Exclamation));
-        OpenWebLink(user, FileAddress("/a%b#c d?\xc3\xa9\xff"));
-        EXPECT_EQ(user.openedAddresses, Names{"file:///a%25b%23c%20d%3F%C3%A9%FF"});
+        OpenWebLink(user, FileAddress("/a%b#c d?\xc3\xa9\xff/a.html"));
+        EXPECT_EQ(user.openedAddresses, Names{"file:///a%25b%23c%20d%3F%C3%A9%FF/a.html"});
     }
     ScriptedUser user;
     OpenWebLink(user, "http://manual.example/a");

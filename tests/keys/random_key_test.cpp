@@ -25,6 +25,12 @@ class RepeatableRandom final : public RandomSource {
     std::mt19937 engine_{2026};
 };
 
+TEST(RandomKey, FollowsTheFormulaOfClockAndPointer) {
+    EXPECT_EQ(KeyCharacter(99, 6195, 3105), 33 + std::uint64_t{3303} * 6294 * 100 % 223);
+    EXPECT_EQ(Hundredths(std::chrono::milliseconds(86'399'994)), 99U);
+    EXPECT_EQ(Hundredths(std::chrono::milliseconds(86'399'995)), 100U);
+}
+
 TEST(RandomKey, ComesFromMovementOnlyAndShowsItsProgress) {
     test::StoppedClock clock;
     RepeatableRandom random;

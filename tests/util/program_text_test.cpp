@@ -64,15 +64,21 @@ TEST_F(KitTest, FetchesTexts) {
     using enum TextFileStatus;
     EXPECT_FALSE(kit->gt(47));
     EXPECT_EQ(kit->lt(folder / "none").status, NotOpened);
-    const std::string path = folder.Write("texts", "47 Same as input file\n");
+    const std::string path = folder.Write("texts", "# text\n47 Same\\nas\\\\n\r\n");
     EXPECT_EQ(kit->lt(path).status, Loaded);
-    EXPECT_EQ(kit->gt(47), "Same as input file");
     EXPECT_FALSE(kit->gt(48));
     disk.Fail(FsCall::Read, 1);
     EXPECT_EQ(kit->lt(path).status, NotRead);
-    folder.Write("texts", "1 x\n" + std::string(1U << 20U, '#'));
-    EXPECT_EQ(kit->lt(path).status, TooMuchText);
-    EXPECT_EQ(kit->gt(47), "Same as input file") << "a failure keeps texts";
+    for (const auto& [content, result] :
+         {std::pair{"1 x\n" + std::string(1U << 20U, '#'), TextFileResult{TooMuchText}},
+          {"1 " + std::string(1024, 'x'), {StringTooLong, 1}},
+          {"1 one\n2 two\n1 again\n", {Duplicate, 3}},
+          {"1 one\n\n#\n2\n", {MissingString, 4}},
+          {"1 \xFF\n", {NotRecovered}}}) {
+        folder.Write("texts", content);
+        EXPECT_EQ(kit->lt(path), result);
+        EXPECT_EQ(kit->gt(47), "Same\r\nas\\n") << "a failure keeps texts";
+    }
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #include "keys/classification.h"
-#include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
-#include "support/md5_text.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -12,20 +10,7 @@
 namespace zr5::test {
 namespace {
 
-using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-TEST(Md5, GivesTheAnswersOfRfc1321) {
-    for (const auto& [text, digest] :
-         {std::pair{""sv, "d41d8cd98f00b204e9800998ecf8427e"},
-          {"abc"sv, "900150983cd24fb0d6963f7d28e17f72"},
-          {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"sv,
-           "d174ab98d277d9f5a5611c2c9f419d9f"},
-          {"1234567890123456789012345678901234567890"
-           "1234567890123456789012345678901234567890"sv,
-           "57edf4a22be3c955ac49da2e2107b67a"}})
-        EXPECT_EQ(Md5Text(text), digest);
-}
 
 TEST(Crypto, ComputesItsKnownAnswersAndCountsBlocksInSixtyFourBits) {
     EXPECT_TRUE(CryptoComputesKnownAnswers());
