@@ -91,7 +91,7 @@ QtUserPort::QtUserPort() {
 }
 
 Answer QtUserPort::Ask(const MessageBox& box) {
-    QMessageBox window(QApplication::activeWindow());
+    QuestionBox window(QApplication::activeWindow(), box.mustBeAnswered);
     window.setWindowTitle(TitleOf(box));
     window.setText(ToQt(box.text));
     window.setIcon(IconOf(box.icon));

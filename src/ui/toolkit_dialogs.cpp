@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QEvent>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -73,6 +75,27 @@ bool MessageBoxDresser::eventFilter(QObject* watched, QEvent* event) {
         if (auto* box = qobject_cast<QMessageBox*>(watched)) Dress(*box);
     }
     return QObject::eventFilter(watched, event);
+}
+
+void QuestionBox::done(int button) {
+    isAnswered_ = true;
+    QMessageBox::done(button);
+}
+
+void QuestionBox::reject() {
+    if (MayClose()) QMessageBox::reject();
+}
+
+void QuestionBox::closeEvent(QCloseEvent* event) {
+    if (MayClose()) {
+        QMessageBox::closeEvent(event);
+    } else {
+        event->ignore();
+    }
+}
+
+void QuestionBox::keyPressEvent(QKeyEvent* event) {
+    if (MayClose() || !event->matches(QKeySequence::Cancel)) QMessageBox::keyPressEvent(event);
 }
 
 NamePicker::NamePicker(QWidget* parent, const QString& title) : QFileDialog(parent, title) {

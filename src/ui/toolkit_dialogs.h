@@ -3,6 +3,7 @@
 // Whatever a name holds, the toolkit's own dialogs show it whole and take it as it is.
 
 #include <QFileDialog>
+#include <QMessageBox>
 #include <QObject>
 
 namespace zr5 {
@@ -16,6 +17,26 @@ class MessageBoxDresser : public QObject {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
+/// A message box. One that must be answered is left by its buttons only: Escape and the frame's
+/// own button do nothing.
+class QuestionBox final : public QMessageBox {
+  public:
+    QuestionBox(QWidget* parent, bool mustBeAnswered)
+        : QMessageBox(parent), mustBeAnswered_(mustBeAnswered) {}
+    void done(int button) override;
+    void reject() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    [[nodiscard]] bool MayClose() const { return !mustBeAnswered_ || isAnswered_; }
+
+    bool mustBeAnswered_;
+    bool isAnswered_ = false;
 };
 
 /// The toolkit's picker reads quotes as the ends of several names. Here a typed or chosen name

@@ -54,6 +54,21 @@ TEST(MessageBoxes, AnswerWithTheDefaultOnEnterAndWithWhatChangesNothingOnEscape)
     }
 }
 
+TEST(MessageBoxes, ThatMustBeAnsweredAreLeftByTheirButtonsOnly) {
+    QtUserPort user;
+    for (const auto& [button, answer] :
+         {std::pair{QMessageBox::Yes, Answer::Yes}, {QMessageBox::No, Answer::No}}) {
+        InNext<QMessageBox>([button = button](QMessageBox& window) {
+            Press(window, Qt::Key_Escape);
+            window.close();
+            window.reject();
+            EXPECT_TRUE(window.isVisible());
+            window.button(button)->click();
+        });
+        EXPECT_EQ(user.Ask(MustAnswer("Text", "Title")), answer);
+    }
+}
+
 TEST(MessageBoxes, ShowNamesAsTheyAreAndLongOnesWholeAndFitTheScreen) {
     QtUserPort user;
     for (const std::string& text :
