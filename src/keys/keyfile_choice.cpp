@@ -119,10 +119,11 @@ KeyfileChoice::Outcome KeyfileChoice::Read() {
         SayUnsuitable();
         return Outcome::Discarded;
     }
+    // The substitutes, which all differ, would make many a file with NULs look random.
+    const bool looksRandom = KeyIsApparentlyRandom(machine_.fileKit, buffer);
     SubstituteInnerNuls(buffer);
     candidate_.isTextKey = KeyIsText(buffer.text());
-    candidate_.isApparentlyRandom =
-        !candidate_.isTextKey && KeyIsApparentlyRandom(machine_.fileKit, buffer);
+    candidate_.isApparentlyRandom = !candidate_.isTextKey && looksRandom;
     return Outcome::Accepted;
 }
 

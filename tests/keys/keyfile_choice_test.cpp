@@ -97,6 +97,8 @@ TEST_F(KeyfileChoiceTest, MakesAnInnerNulACharacterOfTheKey) {
     Take(folder.Write("key", content));
     EXPECT_EQ(key.keyText.text(), "A~BCDEFGHIJKLMNOPQ");
     EXPECT_EQ(key.checksum, 7173);
+    Take(folder.Write("key", RandomCharacters().substr(0, 20) + std::string(43, '\0') + "\x90"));
+    EXPECT_EQ(key.Source(), KeySource::NonRandomNonTextKeyfile) << "the substitutes all differ";
     SecretBytes buffer(KeyfileBytes);
     buffer.bytes()[63] = std::byte{1};
     SubstituteInnerNuls(buffer);
