@@ -52,6 +52,9 @@ EngineResult RunDecryption(JobContext& job) {
     result = ResultOfOutput(output.Begin(reader.Layout().plainBytes));
     if (result != EngineResult::Success) return result;
     result = WriteAll(job, reader, output);
+    if (!reader.HasOpened()) { // nothing but zeros
+        return result == EngineResult::Success ? EngineResult::WrongKeyOrCorrupt : result;
+    }
     if (result != EngineResult::Success) return KeepPart(result, output, *input.file);
     const EngineResult found = ResultOf(reader.Damage());
     result = ResultOfOutput(

@@ -41,6 +41,8 @@ class SealedReader {
     [[nodiscard]] Piece Next();
 
     [[nodiscard]] const BlockDamage& Damage() const { return damage_; }
+    /// Whether any block could be opened so far.
+    [[nodiscard]] bool HasOpened() const { return number_ > damage_.blocks; }
     /// How far the reading has come, header included, of how much.
     [[nodiscard]] std::uint64_t ReadBytes() const { return HeaderBytes + readBytes_; }
     [[nodiscard]] std::uint64_t TotalBytes() const { return HeaderBytes + SealedBytes(); }

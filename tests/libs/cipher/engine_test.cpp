@@ -143,20 +143,12 @@ class Damage : public EngineTest {
     }
 };
 
-TEST_F(Damage, OfAnyByteOfASmallFileAndByCuttingItOffAnywhereIsFound) {
+TEST_F(Damage, OfAnyByteOfASmallFileAndByCuttingItOffAnywhereLeavesNothingToWrite) {
     const std::string sealed = Sealed("twenty bytes of text");
     for (std::size_t at = 0; at < sealed.size(); ++at) {
         SCOPED_TRACE(at);
-        const std::string damaged = Flipped(sealed, at, static_cast<unsigned>(at % 8));
-        const std::string cut = sealed.substr(0, at);
-        if (at < HeaderBytes)
-            ExpectRejected(damaged);
-        else
-            ExpectResult(damaged, CorruptEndPartial, std::string(20, '\0'));
-        if (at <= HeaderBytes + TagBytes)
-            ExpectRejected(cut);
-        else
-            ExpectResult(cut, CorruptEndPartial, std::string(at - HeaderBytes - TagBytes, '\0'));
+        ExpectRejected(Flipped(sealed, at, static_cast<unsigned>(at % 8)));
+        ExpectRejected(sealed.substr(0, at));
     }
 }
 
@@ -166,7 +158,7 @@ TEST_F(Damage, IsCountedUpToNineBlocks) {
     std::string expected = plain;
     for (std::size_t count = 1; count <= 12; ++count) {
         SCOPED_TRACE(count);
-        const std::size_t block = count + 6; // across the edge of a piece
+        const std::size_t block = count + 7; // across the edge of a piece, to the last one
         damaged = Flipped(damaged, BlockAt(block) + 5);
         expected = Without(expected, {block});
         const int code = -20 - static_cast<int>(std::min<std::size_t>(count, 9));
