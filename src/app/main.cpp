@@ -22,6 +22,7 @@ std::string NativePath(const QString& path) {
 int main(int argc, char** argv) {
     using namespace zr5;
     ForbidCoreDumps();
+    SurviveFileSizeLimit();
     argc = argc > 0 ? 1 : 0; // the program takes no options, the toolkit's included
     QApplication application(argc, argv);
     QApplication::setDesktopFileName("com.velmora.zr5e");

@@ -55,4 +55,7 @@ class SecretBytes {
 /// its memory. Called once, first thing in the program.
 void ForbidCoreDumps() noexcept;
 
+/// Makes a file that grows past the limit of the process a write error, in place of its end.
+void SurviveFileSizeLimit() noexcept;
+
 } // namespace zr5

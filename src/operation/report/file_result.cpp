@@ -21,6 +21,10 @@ std::string BlockErrorsText(int count) {
     return counted + ContinuationLine("Ciphertext is corrupt or decryption key is incorrect.");
 }
 
+std::string UnknownError(EngineResult result) {
+    return "Unknown error #" + std::to_string(static_cast<int>(result)) + ".";
+}
+
 std::string ReasonText(EngineResult result) {
     if (const int blocks = DamagedBlocksIn(result); blocks != 0) return BlockErrorsText(blocks);
     switch (result) {
@@ -42,13 +46,14 @@ std::string ReasonText(EngineResult result) {
                ContinuationLine("Decryption key is incorrect or ciphertext is corrupt.");
     case EngineResult::DiskFull:
         return "Write error: disk full.";
-    case EngineResult::Success:
     case EngineResult::NotInitialised:
+        return UnknownError(result) + ContinuationLine("There is not enough memory for the key.");
+    case EngineResult::Success:
     case EngineResult::OneDamagedBlock:
     case EngineResult::NineDamagedBlocks:
         break;
     }
-    return "Unknown error #" + std::to_string(static_cast<int>(result)) + ".";
+    return UnknownError(result);
 }
 
 std::string EngineText(EngineResult result, const std::string& output) {
