@@ -200,6 +200,7 @@ TEST(FilePattern, DecidesByBaseAndExtension) {
                  {"aXbYc.dZ", "a*b*c.d?", true},
                  {"aXbY.dZ", "a*b*c.d?", false},
                  {"abcbc.d1", "a*b*c.d?", true},
+                 {"abc", "abc*", true},
                  {"noext.txt", "noext", true},
                  {"noext.a.b", "noext", false},
                  {"anything.at.all", "*", true},
