@@ -77,9 +77,9 @@ bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriti
                                   const std::string& buttonCaption) {
     const OperationSetup& setup = desk_.Setup();
     const auto target = ResolveChosen(fileSystem_, path);
-    std::string reason = target ? WhyNotAFile(target->kind) : std::string{};
     const std::string& outputPath = target ? target->path : path;
-    if (SplitPath(outputPath).name.empty()) reason = WhyNotAFile(FileKind::Folder);
+    const std::string reason =
+        target ? WhyNotAFile(target->kind) : WhyNotCreatable(fileSystem_, path);
     if (!reason.empty()) {
         Refuse(path, reason, buttonCaption);
         return false;
@@ -87,6 +87,10 @@ bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriti
     if (SameFile(fileSystem_, outputPath, setup.FilePath(InputSide))) {
         desk_.SetOutputFile(setup.Folder[InputSide], setup.FileName[InputSide]);
         return true;
+    }
+    if (const auto box = refusal_ ? refusal_(outputPath) : std::nullopt) {
+        user_.Ask(*box);
+        return false;
     }
     if (target && overwriting == Overwriting::AskFirst &&
         user_.Ask(OverwriteQuestion(DisplayName(path))) != Answer::Yes)

@@ -8,9 +8,11 @@
 #include "setup/setup_desk.h"
 #include "util/user_port.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zr5 {
 
@@ -18,10 +20,15 @@ namespace zr5 {
 /// but the "." at its start, gets the extension added.
 [[nodiscard]] std::string PathWithExtension(const std::string& path, const std::string& extension);
 
+/// What the user reads when a file must never become an output; nothing for any other file.
+using OutputRefusal = std::function<std::optional<MessageBox>(const std::string& outputPath)>;
+
 class SingleFileChoice {
   public:
-    SingleFileChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
-        : user_(user), fileSystem_(fileSystem), desk_(desk) {}
+    /// `refusal` may be empty.
+    SingleFileChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk,
+                     OutputRefusal refusal = {})
+        : user_(user), fileSystem_(fileSystem), desk_(desk), refusal_(std::move(refusal)) {}
 
     /// `buttonCaption` is the title of the box that explains a refusal. A file chosen through a
     /// link becomes the file itself. A cancelled picker or a refusal changes nothing.
@@ -44,6 +51,7 @@ class SingleFileChoice {
     UserPort& user_;
     FileSystem& fileSystem_;
     SetupDesk& desk_;
+    OutputRefusal refusal_;
 };
 
 class FolderChoice {

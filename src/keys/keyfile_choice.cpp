@@ -198,6 +198,15 @@ void GetKeyFromKeyfile(KeyfileMode mode, Direction operation, Machine& machine,
     }
 }
 
+bool IsKeyfileOf(const CurrentKey& key, FileSystem& fileSystem, const std::string& path) {
+    if (key.keyState != KeyState::Keyfile) return false;
+    if (SameFile(fileSystem, path, key.keyfilePath)) return true;
+    FirstBytes read = ReadFirstBytes(fileSystem, path, KeyfileBytes);
+    if (read.status != FsStatus::Ok) return false;
+    SubstituteInnerNuls(read.bytes);
+    return EqualInConstantTime(NormaliseKey(read.bytes.text()).bytes(), key.keyText.bytes());
+}
+
 std::string ShownKeyfile(std::string_view path) {
     const std::string shown = DisplayName(path);
     return IsWindowsShaped(path) ? TidyPath(shown) : shown;

@@ -26,6 +26,11 @@ enum class KeyfileMode {
 void GetKeyFromKeyfile(KeyfileMode mode, Direction operation, Machine& machine,
                        const KeyWindows& windows, CurrentKey& key);
 
+/// Whether the file at `path` is the keyfile of `key`, or would give the same key as a keyfile: a
+/// copy of it, under whatever name.
+[[nodiscard]] bool IsKeyfileOf(const CurrentKey& key, FileSystem& fileSystem,
+                               const std::string& path);
+
 /// A keyfile's path as it is shown.
 [[nodiscard]] std::string ShownKeyfile(std::string_view path);
 

@@ -1,6 +1,7 @@
 #include "operation/checks.h"
 
 #include "files/forbidden_folder.h"
+#include "keys/keyfile_choice.h"
 #include "operation/disk_space.h"
 #include "operation/report/extension_warnings.h"
 #include "operation/work_list.h"
@@ -113,6 +114,20 @@ std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSyste
 
 } // namespace
 
+std::optional<MessageBox> ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key,
+                                             const Machine& machine) {
+    const auto refused = [](const char* what) {
+        return Notice(std::string("The output file is ") + what +
+                          "\r\nChoose a different output file.",
+                      "Output file", BoxIcon::Exclamation);
+    };
+    if (SameFile(machine.fileSystem, outputPath, machine.executablePath)) {
+        return refused("this program.");
+    }
+    if (IsKeyfileOf(key, machine.fileSystem, outputPath)) return refused("the current keyfile.");
+    return std::nullopt;
+}
+
 bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
               ConfirmationView& view, const StopAsked& stopped) {
     UserPort& user = machine.user;
@@ -136,8 +151,13 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     if (stopped()) return false;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
-    const bool outputIsThere = setup.OutputMode == OutputTarget::SeparateOutput &&
-                               machine.fileSystem.Info(setup.FilePath(OutputSide)).has_value();
+    const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
+    if (separate) {
+        const auto box = ProtectedOutputBox(setup.FilePath(OutputSide), key, machine);
+        if (box) return refuse(*box);
+    }
+    const bool outputIsThere =
+        separate && machine.fileSystem.Info(setup.FilePath(OutputSide)).has_value();
     if (!view.Confirm(ConfirmationFor(setup, key, count, outputIsThere))) return false;
     const auto problem = ProblemWithSize(setup, machine.fileSystem, count);
     return problem ? refuse(*problem) : true;

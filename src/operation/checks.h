@@ -6,11 +6,20 @@
 #include "operation/confirmation.h"
 #include "operation/work_list.h"
 
+#include <optional>
+#include <string>
+
 namespace zr5 {
+
+/// What the user reads when a file must never become an output: the keyfile in use, a copy of it,
+/// or this program. Nothing for any other file.
+[[nodiscard]] std::optional<MessageBox>
+ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key, const Machine& machine);
 
 /// Whether the operation may start: the output is not the input, the user does not shrink from
 /// anti-virus programs, there is something to do and not too much, there is a key, an output is
-/// chosen, the user confirms, and there is room for the result. No once `stopped`.
+/// chosen that is not protected, the user confirms, and there is room for the result. No once
+/// `stopped`.
 [[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
                             ConfirmationView& view, const StopAsked& stopped);
 

@@ -1,5 +1,6 @@
 #include "operation/file_work.h"
 
+#include "keys/keyfile_choice.h"
 #include "operation/report/extension_warnings.h"
 #include "util/paths.h"
 
@@ -14,10 +15,7 @@ Outcome RefusalInPlace(const OperationContext& operation, const std::string& inp
     if (SameFile(fileSystem, inputPath, operation.machine.executablePath)) {
         return Outcome::IsExecutable;
     }
-    if (operation.key.keyState == KeyState::Keyfile &&
-        SameFile(fileSystem, inputPath, operation.key.keyfilePath)) {
-        return Outcome::IsKeyfile;
-    }
+    if (IsKeyfileOf(operation.key, fileSystem, inputPath)) return Outcome::IsKeyfile;
     return IsInPlaceExcludedExtension(ExtensionOf(inputPath)) ? Outcome::IsExcludedType
                                                               : Outcome::Done;
 }

@@ -2,6 +2,7 @@
 
 // `frmMain`: shows what the desk derives and passes on what the user does.
 
+#include "files/file_choice.h"
 #include "keys/current_key.h"
 #include "keys/key_frame.h"
 #include "keys/keyfile_choice.h"
@@ -70,6 +71,7 @@ class MainWindow : public QWidget {
     void OnButton(const char* name, std::function<void()> act);
     void ConnectOptions();
     void ConnectFiles();
+    [[nodiscard]] SingleFileChoice FileChoice();
     void ConnectMenu();
     void ConnectSetupPanes();
     void ConnectKeyPane();

@@ -1,6 +1,5 @@
 // What each control of the main window leads to.
 
-#include "files/file_choice.h"
 #include "files/specify_files.h"
 #include "operation/measure/byte_pair_picture.h"
 #include "operation/measure/picture_file.h"
@@ -60,15 +59,20 @@ void MainWindow::ConnectOptions() {
     on("optNotSubfolders", [](SetupDesk& desk) { desk.AnswerSubfolders(false); });
 }
 
+SingleFileChoice MainWindow::FileChoice() {
+    return {parts_.machine.user, parts_.machine.fileSystem, parts_.desk,
+            [this](const std::string& outputPath) {
+                return ProtectedOutputBox(outputPath, parts_.key, parts_.machine);
+            }};
+}
+
 void MainWindow::ConnectFiles() {
     OnButton("cmdSingleFile(0)", [this] {
-        SingleFileChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
-            .ChooseInput(Caption("cmdSingleFile(0)"));
+        FileChoice().ChooseInput(Caption("cmdSingleFile(0)"));
         Refresh();
     });
     OnButton("cmdSingleFile(1)", [this] {
-        SingleFileChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
-            .ChooseOutput(Caption("cmdSingleFile(1)"));
+        FileChoice().ChooseOutput(Caption("cmdSingleFile(1)"));
         Refresh();
     });
     OnButton("cmdSpecifyDirectory", [this] { ChooseFolder(); });
@@ -79,7 +83,7 @@ void MainWindow::ConnectFiles() {
         Refresh();
     });
     OnButton("cmdSpecifyFiles(1)", [this] {
-        SingleFileChoice choice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk);
+        SingleFileChoice choice = FileChoice();
         SpecifyOutputFiles rules(parts_.machine.user, parts_.machine.fileSystem, parts_.desk,
                                  choice);
         SpecifyFilesWindow(rules, SpecifyOutputNames, this).exec();

@@ -144,6 +144,7 @@ TEST_F(OutputFile, MayBeNewOrExistAndThePickerAsksBeforeOverwriting) {
     folder.MakeSpecials("a.txt");
     for (const char* name : {"folder", "new/"})
         ChooseForOutput(name, "is a folder, not a file.");
+    ChooseForOutput("missing/new", "cannot be written: no file can be made in its folder.");
     EXPECT_EQ(OutputPath(), folder / "old.zr5");
     const std::string unspeakable = folder.Write("caf\xe9", "x"); // the picker asks about no such
     for (const Answer answer : {Answer::No, Answer::Yes}) {

@@ -83,6 +83,24 @@ TEST_F(Checks, RefuseAnOutputThatIsTheInputByWhateverName) {
     EXPECT_TRUE(view.asked.empty());
 }
 
+TEST_F(Checks, RefuseTheKeyfileOrACopyOfItOrTheProgramAsTheOutput) {
+    machine.executablePath = folder.Write("program", "x");
+    key.keyState = KeyState::Keyfile;
+    key.keyfilePath = folder.Write("my.key", "changed since");
+    folder.Write("copy", "abcdefghijklmnop\n");
+    for (const auto& [name, what] : {std::pair{"my.key", "the current keyfile."},
+                                     {"copy", "the current keyfile."},
+                                     {"program", "this program."}}) {
+        ChooseOutput(name);
+        Refuses("The output file is " + std::string(what) + "\r\nChoose a different output file.",
+                "Output file");
+    }
+    EXPECT_TRUE(view.asked.empty());
+    key.keyState = KeyState::Keyboard;
+    ChooseOutput("copy");
+    EXPECT_TRUE(May());
+}
+
 TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
     ChooseOutput("");
     key.keyState = KeyState::NoKey;
