@@ -10,6 +10,7 @@
 #include "util/paths.h"
 #include "util/text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zr5 {
@@ -60,6 +61,18 @@ bool HoldsNul(std::string_view name) {
     return name.find('\0') != std::string_view::npos;
 }
 
+/// Whether `folder` is the same one whatever folder the program runs in; true for none.
+bool IsFullPath(std::string_view folder) {
+    return folder.empty() || folder.starts_with('/') || folder.starts_with("\\\\") ||
+           (IsWindowsShaped(folder) && folder.size() > 2 && IsSeparatorIn(folder, folder[2]));
+}
+
+/// Whether `name` can only mean something in `folder`, as the confirmation says.
+bool StaysIn(std::string_view folder, std::string_view name) {
+    return name != "." && name != ".." &&
+           std::ranges::none_of(name, [&](char c) { return IsSeparatorIn(folder, c); });
+}
+
 using Captions = std::array<std::string, 2>;
 
 /// Reads from a text into a setup; each step is false at the first field that cannot be read.
@@ -97,15 +110,17 @@ class SetupReader {
         const auto folder = fields_.NextText();
         if (!folder) return false;
         const std::string path = FolderFromStored(*folder);
-        if (HoldsNul(path)) return false;
+        if (HoldsNul(path) || !IsFullPath(path)) return false;
         setup_.Folder[index] = path;
         const auto folderCaption = fields_.NextText();
         if (!folderCaption) return false;
         // A folder written by hand without its separator is shown as it is written.
         folderCaptions_[index] = *folderCaption == *folder ? LabelFor(path) : *folderCaption;
-        const auto name = fields_.NextText();
-        if (!name || HoldsNul(NameFromDisplay(*name))) return false;
-        setup_.FileName[index] = NameFromDisplay(*name);
+        const auto shownName = fields_.NextText();
+        if (!shownName) return false;
+        const std::string name = NameFromDisplay(*shownName);
+        if (HoldsNul(name) || !StaysIn(path, name)) return false;
+        setup_.FileName[index] = name;
         const auto filesCaption = fields_.NextText();
         if (!filesCaption) return false;
         filesCaptions_[index] = *filesCaption;

@@ -107,7 +107,11 @@ TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
                                      {12U, "\"a\" b"},
                                      {12U, std::string("\"a\0b\"", 5)},
                                      {12U, "\"a\\x00b\""},
-                                     {10U, "\"/\\x00/\""}})
+                                     {10U, "\"/\\x00/\""},
+                                     {10U, "\"in/\""},
+                                     {10U, "\"C:in\\\""},
+                                     {12U, "\"..\""},
+                                     {16U, "\"../v/x.odg\""}})
         EXPECT_FALSE(ReadFile({{line, text}}).complete) << text;
     for (const std::string& broken : {std::string(), std::string("\r\n"), FileText({}, 18),
                                       std::string(5000, '\xFF'), std::string(5000, '\0')})
