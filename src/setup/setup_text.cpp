@@ -91,6 +91,11 @@ class SetupReader {
         setup_.FilesCaption = filesCaptions_;
         if (setup_.InputMode == InputSource::FilesInAFolder) CompleteFolderOperation();
         if (setup_.FolderCaption[InputSide].empty()) setup_.FilesCaption[InputSide].clear();
+        if (setup_.Folder[InputSide].empty()) { // a name alone is no file
+            setup_.FileName[InputSide].clear();
+            setup_.FolderCaption[InputSide].clear();
+            setup_.FilesCaption[InputSide].clear();
+        }
         return setup_.InputMode == InputSource::SingleFile ||
                setup_.OutputMode == OutputTarget::OverwriteInput;
     }

@@ -119,6 +119,8 @@ TEST(SetupText, ThatIsMalformedGivesWhatStandsBeforeTheFault) {
     const Changes folder{{4, "0"}, {5, "-1"}, {12, "\"*.txt\""}};
     EXPECT_EQ(ReadFile(folder, 17).setup.EffectivePattern(), "*.txt") << "never all files";
     EXPECT_EQ(ReadFile(folder, 11).setup.Folder[InputSide], "");
+    const OperationSetup nameOnly = ReadFile({{10, "\"\""}}).setup;
+    EXPECT_EQ(nameOnly.FileName[InputSide] + nameOnly.FilesCaption[InputSide], "");
     const OperationSetup part = ReadFile({}, 12).setup;
     EXPECT_EQ(part.Operation, Direction::Decrypt);
     EXPECT_EQ(part.FilePath(InputSide), "/in, and more/a.txt");
