@@ -1,6 +1,6 @@
 #!/bin/bash
 # clang-tidy on what changed since the branch left its upstream, headers and tests included; where
-# there is no such place, on what the last fifty commits touched; on everything when asked:
+# there is no such place, on what the last ten commits touched; on everything when asked:
 # scripts/tidy_changed.sh [all | REVISION]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 kinds=('src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h')
 base=${1:-$(git merge-base HEAD '@{upstream}' 2>/dev/null || true)}
 [ "$base" != "$(git rev-parse HEAD)" ] || base=
-[ -n "$base" ] || base=$(git rev-parse -q --verify 'HEAD~50' || echo all)
+[ -n "$base" ] || base=$(git rev-parse -q --verify 'HEAD~10' || echo all)
 if [ "$base" = all ]; then
     changed=$(git ls-files -- "${kinds[@]}")
 else
