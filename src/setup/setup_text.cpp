@@ -124,8 +124,12 @@ class SetupReader {
         const auto shownName = fields_.NextText();
         if (!shownName) return false;
         const std::string name = NameFromDisplay(*shownName);
-        if (HoldsNul(name) || !StaysIn(path, name)) return false;
-        setup_.FileName[index] = name;
+        if (HoldsNul(name)) return false;
+        if (StaysIn(path, name)) {
+            setup_.FileName[index] = name;
+        } else if (setup_.InputMode == InputSource::SingleFile) {
+            return false; // the files of a folder are named by the pattern
+        }
         const auto filesCaption = fields_.NextText();
         if (!filesCaption) return false;
         filesCaptions_[index] = *filesCaption;
