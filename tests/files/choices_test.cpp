@@ -146,6 +146,10 @@ TEST_F(OutputFile, MayBeNewOrExistAndThePickerAsksBeforeOverwriting) {
         ChooseForOutput(name, "is a folder, not a file.");
     ChooseForOutput("missing/new", "cannot be written: no file can be made in its folder.");
     EXPECT_EQ(OutputPath(), folder / "old.zr5");
+    fs::create_hard_link(folder / "a.txt", folder / "hard");
+    ChooseForOutput("hard");
+    EXPECT_EQ(OutputPath(), InputPath()) << "by whatever name it is reached";
+    ChooseForOutput("old.zr5");
     const std::string unspeakable = folder.Write("caf\xe9", "x"); // the picker asks about no such
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         user.ExpectFile("Specify output file for the encrypted file", folder / "caf\\xE9");

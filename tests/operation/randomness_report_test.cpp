@@ -66,10 +66,12 @@ TEST_F(Randomness, SaysWhyThereIsNoneAndGoesBackToTheMenuFirst) {
 TEST_F(Randomness, ShowsHowFarItIsAndIsEndedByNotNow) {
     desk.SelectOutputMode(OutputTarget::SeparateOutput);
     desk.SetOutputFile(folder.Path(), "out\x1b.zr5");
-    folder.Write("out\x1b.zr5", "x");
     report.Open();
-    EXPECT_EQ(report.state(), State::Choosing);
     EXPECT_TRUE(kit.measured.empty());
+    user.Expect("Randomness report", "File " + folder.Path() + "out\\x1B.zr5 not found.");
+    report.Check(OutputSide);
+    EXPECT_EQ(report.state(), State::Choosing);
+    folder.Write("out\x1b.zr5", "x");
     std::vector<double> fractions;
     user.onEvents = [&] {
         EXPECT_EQ(report.state(), State::Checking);

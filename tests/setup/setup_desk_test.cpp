@@ -127,6 +127,15 @@ TEST_F(Desk, AsksForNothingBeforeStartupIsOver) {
     EXPECT_FALSE(fresh.ReadyToPerform()) << "and nobody is asked for an input yet";
 }
 
+TEST_F(Desk, ShowsTheMenuWhileWaitingAndHidesItBehindAnotherPane) {
+    desk.Show(Pane::Waiting);
+    EXPECT_TRUE(Control("fraMenu").visible);
+    EXPECT_FALSE(Control("fraMenu").enabled || Control("fraMain").enabled);
+    desk.Show(Pane::Key);
+    EXPECT_TRUE(Control("fraKey").visible && Control("fraKey").enabled);
+    EXPECT_FALSE(Control("fraMenu").visible || Control("lblKeyFrom(0)").visible);
+}
+
 TEST_F(Desk, ResetsEveryChoice) {
     desk.SelectFunction(Direction::Decrypt);
     desk.SelectOutputMode(OutputTarget::SeparateOutput);

@@ -129,6 +129,15 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
     }
     TypeInNext("new.zr5");
     EXPECT_EQ(Pick(FilePicker::Kind::Save), folder / "new.zr5");
+    const QDir here(QString::fromStdString(folder.Path()));
+    for (const char* other : {"Pick", "Setup"}) {
+        InNext<QFileDialog>([&](QFileDialog& dialog) {
+            EXPECT_EQ(dialog.directory() == here, dialog.windowTitle() == "Pick");
+        });
+        FilePicker picker;
+        picker.title = other;
+        EXPECT_EQ(user.PickFile(picker), std::nullopt);
+    }
 }
 
 TEST_F(Pickers, LeaveNoHistory) {

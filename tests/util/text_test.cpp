@@ -114,5 +114,13 @@ TEST(PathSplit, FollowsTheShapeOfThePath) {
     }
 }
 
+TEST(NameCharacters, AreForbiddenOneByOne) {
+    for (const char c : std::string_view("\\/:<>|\"*?")) {
+        const std::string name = std::string("a") + c + "b";
+        EXPECT_TRUE(HasForbiddenCharacter(name, Wildcards::Refused)) << name;
+        EXPECT_EQ(HasForbiddenCharacter(name, Wildcards::Allowed), c != '*' && c != '?') << name;
+    }
+}
+
 } // namespace
 } // namespace zr5

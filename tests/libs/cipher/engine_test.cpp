@@ -208,6 +208,7 @@ TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
                          header.substr(FileSaltAt, FileSaltBytes));
     };
     const auto first = salts(Key);
+    folder.Write("earlier", folder.Read("sealed"));
     const auto second = salts(Key);
     EXPECT_EQ(first.first, second.first);
     EXPECT_NE(first.second, second.second);
@@ -215,6 +216,8 @@ TEST_F(RoundTrip, OneRunHasOneSaltForAKeyAndOneForEachFile) {
     EXPECT_NE(otherKey.first, first.first);
     EXPECT_NE(otherKey.second, first.second);
     EXPECT_NE(salts(Key).first, first.first) << "a salt outlived its key";
+    for (const char* sealed : {"earlier", "sealed"})
+        EXPECT_EQ(Decrypt(sealed, "back"), EngineResult::Success) << "each with its own salt";
 }
 
 TEST_F(RoundTrip, TellsItsProgressInBothDirectionsAtMostEveryFiftyMilliseconds) {

@@ -172,5 +172,12 @@ TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
     EXPECT_EQ(NewName(std::string(255, 'x')), std::string(249, 'x') + ".zr5-2");
 }
 
+TEST_F(Kit, KnowsWhereANewFileCanBeMade) {
+    folder.MakeSpecials("file");
+    EXPECT_TRUE(kit->new_file_creatable(folder / "new"));
+    for (const char* name : {"link", "dangling", "folder", "none/new", "pipe/new"})
+        EXPECT_FALSE(kit->new_file_creatable(folder / name)) << name;
+}
+
 } // namespace
 } // namespace zr5::test

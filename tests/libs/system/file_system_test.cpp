@@ -28,6 +28,7 @@ TEST_F(SystemFiles, RenamingNeverReplacesWhateverHoldsTheName) {
         SCOPED_TRACE(name);
         EXPECT_EQ(system->RenameWithoutReplacing(folder / "from", folder / name),
                   FsStatus::AlreadyExists);
+        EXPECT_EQ(system->CreateExclusively(folder / name).status, FsStatus::AlreadyExists);
         EXPECT_EQ(folder.Names(), names);
     }
     EXPECT_EQ(folder.Read("file"), "kept");
