@@ -45,8 +45,9 @@ class Walk {
         }
         std::erase_if(*entries, [&](const FolderEntry& entry) { return !IsWanted(entry); });
         const auto files = std::ranges::count(*entries, FileKind::Regular, &FolderEntry::kind);
-        visitor_.EnterFolder(folder, static_cast<std::uint64_t>(files),
-                             entries->size() - static_cast<std::size_t>(files));
+        visitor_.EnterFolder({folder, identity.value_or(FileIdentity{}),
+                              static_cast<std::uint64_t>(files),
+                              entries->size() - static_cast<std::size_t>(files)});
         return TakeFiles(folder, *entries) && EnterSubfolders(folder, canonical, *entries);
     }
 

@@ -29,13 +29,19 @@ struct WalkResult {
     bool cutShort = false;        ///< by the limit or by the visitor
 };
 
-/// Told of what a walk comes by. Every path of a folder ends in a separator.
+/// A folder that a walk has entered.
+struct EnteredFolder {
+    std::string path; ///< ends in a separator, as every path of a folder here
+    FileIdentity identity;
+    std::uint64_t matchingFiles = 0;
+    std::uint64_t subfolders = 0;
+};
+
+/// Told of what a walk comes by.
 class WalkVisitor {
   public:
     virtual ~WalkVisitor() = default;
-    /// A folder is entered; so many files in it match, and so many subfolders are in it.
-    virtual void EnterFolder(const std::string& /*path*/, std::uint64_t /*matchingFiles*/,
-                             std::uint64_t /*subfolders*/) {}
+    virtual void EnterFolder(const EnteredFolder& /*folder*/) {}
     virtual void MeetProhibitedFolder(const std::string& /*path*/) {}
     virtual void MeetUnreadableFolder(const std::string& /*path*/) {}
     virtual void MeetFile(const std::string& /*path*/) {}

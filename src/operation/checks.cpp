@@ -128,12 +128,13 @@ std::optional<MessageBox> ProtectedOutputBox(const std::string& outputPath, cons
     return std::nullopt;
 }
 
-bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
-              ConfirmationView& view, const StopAsked& stopped) {
+std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& key,
+                                Machine& machine, ConfirmationView& view,
+                                const StopAsked& stopped) {
     UserPort& user = machine.user;
     const auto refuse = [&](const MessageBox& box) {
         user.Ask(box);
-        return false;
+        return std::nullopt;
     };
     if (OutputIsInput(setup, machine.fileSystem)) {
         return refuse(Notice(TextOr(machine.fileKit, ProgramText::OutputIsInput,
@@ -145,22 +146,25 @@ bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machi
     }
     if (const auto question = AntiVirusQuestion(setup);
         question && user.Ask(*question) != Answer::Yes) {
-        return false;
+        return std::nullopt;
     }
     const FileCount count = CountFiles(setup, machine, stopped);
-    if (stopped()) return false;
+    if (stopped()) return std::nullopt;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
-    const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
-    if (separate) {
-        const auto box = ProtectedOutputBox(setup.FilePath(OutputSide), key, machine);
-        if (box) return refuse(*box);
+    Consent consent;
+    if (setup.OutputMode == OutputTarget::SeparateOutput) {
+        const std::string outputPath = setup.FilePath(OutputSide);
+        if (const auto box = ProtectedOutputBox(outputPath, key, machine)) return refuse(*box);
+        consent.replaceable = machine.fileSystem.IdentityOf(outputPath);
     }
-    const bool outputIsThere =
-        separate && machine.fileSystem.Info(setup.FilePath(OutputSide)).has_value();
-    if (!view.Confirm(ConfirmationFor(setup, key, count, outputIsThere))) return false;
-    const auto problem = ProblemWithSize(setup, machine.fileSystem, count);
-    return problem ? refuse(*problem) : true;
+    if (!view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()))) {
+        return std::nullopt;
+    }
+    if (const auto problem = ProblemWithSize(setup, machine.fileSystem, count)) {
+        return refuse(*problem);
+    }
+    return consent;
 }
 
 } // namespace zr5

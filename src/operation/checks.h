@@ -16,11 +16,17 @@ namespace zr5 {
 [[nodiscard]] std::optional<MessageBox>
 ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key, const Machine& machine);
 
-/// Whether the operation may start: the output is not the input, the user does not shrink from
+/// What the user has agreed to.
+struct Consent {
+    std::optional<FileIdentity> replaceable; ///< the output that was there already
+};
+
+/// Set when the operation may start: the output is not the input, the user does not shrink from
 /// anti-virus programs, there is something to do and not too much, there is a key, an output is
-/// chosen that is not protected, the user confirms, and there is room for the result. No once
-/// `stopped`.
-[[nodiscard]] bool MayStart(const OperationSetup& setup, const CurrentKey& key, Machine& machine,
-                            ConfirmationView& view, const StopAsked& stopped);
+/// chosen that is not protected, the user confirms, and there is room for the result. Nothing
+/// once `stopped`.
+[[nodiscard]] std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& key,
+                                              Machine& machine, ConfirmationView& view,
+                                              const StopAsked& stopped);
 
 } // namespace zr5

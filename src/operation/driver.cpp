@@ -39,7 +39,7 @@ class Driver {
                 continue;
             }
             --filesLeft_;
-            ProcessFile(item);
+            if (IsInListedFolder()) ProcessFile(item);
             screen_.EndFile(item.lengthBytes);
             if (abandoned_ || EndsAfter(++index)) break;
         }
@@ -61,6 +61,8 @@ class Driver {
     }
 
     void WriteFolder(const WorkItem& item) {
+        folder_ = item.kind == WorkItem::Kind::Folder ? &item : nullptr;
+        folderIsAnother_ = false;
         std::string text = "\r\nFolder: " + DisplayName(item.inputPath) + "\r\n";
         if (item.kind == WorkItem::Kind::ProhibitedFolder) {
             text += "***  Prohibited folder  ***\r\n";
@@ -68,6 +70,21 @@ class Driver {
             text += "***  Folder cannot be read  ***\r\n";
         }
         screen_.AppendToReport(text);
+    }
+
+    /// A folder may be swapped for another one while the operation runs. What lies there under the
+    /// names of the list was never shown to the user.
+    bool IsInListedFolder() {
+        if (folder_ == nullptr) return true;
+        const auto found = operation_.machine.fileSystem.IdentityOf(folder_->inputPath);
+        if (found == folder_->identity) return true;
+        if (!folderIsAnother_) {
+            screen_.AppendToReport(
+                "***  Folder is no longer the one that was listed: its files are left alone  "
+                "***\r\n");
+        }
+        folderIsAnother_ = true;
+        return false;
     }
 
     /// One entry of the report, from its name to its line end.
@@ -199,6 +216,8 @@ class Driver {
     PurgeWarning warning_;
     std::uint64_t filesLeft_;
     OperationTotals totals_;
+    const WorkItem* folder_ = nullptr; ///< in which the next files lie; none for single files
+    bool folderIsAnother_ = false;
     bool abandoned_ = false;
 };
 

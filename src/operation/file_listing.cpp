@@ -22,9 +22,9 @@ class ListingVisitor : public ConsiderateVisitor {
           maximum_(maximum),
           tally_(machine.fileKit) {}
 
-    void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
-                     std::uint64_t subfolders) override {
-        screen_.AppendToReport("\r\n" + FolderSummaryLine(path, matchingFiles, subfolders));
+    void EnterFolder(const EnteredFolder& folder) override {
+        screen_.AppendToReport(
+            "\r\n" + FolderSummaryLine(folder.path, folder.matchingFiles, folder.subfolders));
     }
 
     void MeetUnreadableFolder(const std::string& path) override {

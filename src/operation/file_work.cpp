@@ -4,6 +4,7 @@
 #include "operation/report/extension_warnings.h"
 #include "util/paths.h"
 
+#include <cstdlib>
 #include <optional>
 
 namespace zr5 {
@@ -27,23 +28,31 @@ std::optional<std::string> FreeNameBeside(FileKit& fileKit, const std::string& i
 }
 
 /// What the journal is to know before the work on a file begins.
-JournalRecord RecordOf(const OperationContext& operation, JournalRecord::Step step,
-                       const std::string& inputPath, const std::string& outputPath) {
+ResultNote NoteFor(const OperationContext& operation, JournalRecord::Step step,
+                   const std::string& inputPath, const std::string& outputPath) {
     JournalRecord record;
     record.step = step;
     record.direction = operation.setup.Operation;
     record.inputPath = inputPath;
     record.outputPath = outputPath;
-    if (const auto input = operation.machine.fileSystem.Info(inputPath)) {
-        record.input = MarkOf(*input);
-    }
-    return record;
+    const auto input = operation.machine.fileSystem.Info(inputPath);
+    if (input) record.input = MarkOf(*input);
+    ResultNote note(operation.machine.fileSystem, operation.journal, std::move(record),
+                    operation.replaceable);
+    if (input) note.ReadsInput(*input);
+    return note;
+}
+
+std::function<bool()> StopOf(const OperationContext& operation) {
+    return [&screen = operation.screen] { return screen.StopsAtOnce(); };
 }
 
 EngineResult RunEngine(const OperationContext& operation, ResultNote& note) {
     CipherEngine& engine = operation.machine.engine;
     const JournalRecord& record = note.Record();
-    const EngineHooks hooks{operation.screen.PassProgress(), &note};
+    const EngineHooks hooks{.progress = operation.screen.PassProgress(),
+                            .stopped = StopOf(operation),
+                            .observer = &note};
     engine.operation_initialization(operation.key.keyText.text(), record.direction);
     const EngineResult result =
         record.direction == Direction::Encrypt
@@ -53,15 +62,29 @@ EngineResult RunEngine(const OperationContext& operation, ResultNote& note) {
     return result;
 }
 
-/// Reads an encryption back; one that is not what it should be goes.
+bool IsOfInput(EngineResult result) {
+    return result == EngineResult::InputNotFound || result == EngineResult::InputNotOpened ||
+           result == EngineResult::ReadError;
+}
+
+/// A result that is not to be had goes; what can be read without the key is overwritten first.
+void Discard(Machine& machine, const ResultNote& note) {
+    const std::string& path = note.Record().outputPath;
+    const auto failed = machine.fileSystem.Info(path);
+    if (!failed || !note.IsResult(*failed)) return;
+    const bool isPlain = note.Record().direction == Direction::Decrypt;
+    static_cast<void>(machine.fileKit.purge_file(
+        path, isPlain ? PurgeMode::OverwriteAndDelete : PurgeMode::DeleteOnly, {}));
+}
+
+/// Reads an encryption back. One that is not what it should be goes; but where it is the input that
+/// cannot be read, the result may be all that is left of it.
 EngineResult Verify(const OperationContext& operation, const ResultNote& note) {
-    FileSystem& fileSystem = operation.machine.fileSystem;
     const JournalRecord& record = note.Record();
     const EngineResult result = operation.machine.engine.verify_file(
-        record.inputPath, record.outputPath, {operation.screen.PassProgress()});
-    if (result == EngineResult::Success) return result;
-    const auto failed = fileSystem.Info(record.outputPath);
-    if (failed && note.IsResult(*failed)) static_cast<void>(fileSystem.Remove(record.outputPath));
+        record.inputPath, record.outputPath,
+        {.progress = operation.screen.PassProgress(), .stopped = StopOf(operation)});
+    if (result != EngineResult::Success && !IsOfInput(result)) Discard(operation.machine, note);
     return result;
 }
 
@@ -72,17 +95,35 @@ Outcome NotRenamedOutcome(const std::string& inputPath) {
     return onFloppy ? Outcome::NotRenamedOnFloppy : Outcome::NotRenamed;
 }
 
+/// The result stays under its own name.
+FileResult NotReplaced(const ResultNote& note, Remark remark) {
+    return {.outcome = NotRenamedOutcome(note.Record().inputPath),
+            .outputPath = note.Record().outputPath,
+            .remark = remark};
+}
+
+/// Makes the result and brings it to where only the replacing is left to be done.
+FileResult Make(const OperationContext& operation, ResultNote& note) {
+    const JournalRecord& record = note.Record();
+    EngineResult result = RunEngine(operation, note);
+    if (result == EngineResult::Success && record.direction == Direction::Encrypt) {
+        operation.screen.NextPass();
+        result = Verify(operation, note);
+        if (IsOfInput(result)) {
+            const bool isThere = operation.machine.fileSystem.Info(record.inputPath).has_value();
+            return NotReplaced(note, isThere ? Remark::Unreadable : Remark::Vanished);
+        }
+    }
+    return FileResult::OfEngine(result, record.outputPath);
+}
+
 FileResult MakeAndReplace(const OperationContext& operation, ResultNote& note,
                           const std::function<void()>& beforePurge) {
     Machine& machine = operation.machine;
     const std::string inputPath = note.Record().inputPath;
     const std::string outputPath = note.Record().outputPath;
-    EngineResult result = RunEngine(operation, note);
-    if (result == EngineResult::Success && note.Record().direction == Direction::Encrypt) {
-        operation.screen.NextPass();
-        result = Verify(operation, note);
-    }
-    if (result != EngineResult::Success) return FileResult::OfEngine(result, outputPath);
+    FileResult result = Make(operation, note);
+    if (result.outcome != Outcome::Done) return result;
 
     const auto made = MarkAt(machine.fileSystem, outputPath);
     operation.screen.NextPass();
@@ -92,26 +133,64 @@ FileResult MakeAndReplace(const OperationContext& operation, ResultNote& note,
     }
     note.ResultIs(*made);
     const ProgressFunction progress = Throttled(machine.clock, operation.screen.PassProgress());
-    if (!ReplaceInput(machine.fileSystem, machine.fileKit, note, progress)) {
-        return {.outcome = NotRenamedOutcome(inputPath), .outputPath = outputPath};
-    }
-    return {.outputPath = inputPath};
+    const Remark remark = ReplaceInput(machine.fileSystem, machine.fileKit, note, progress);
+    if (!HasName(remark)) return NotReplaced(note, remark);
+    return {.outputPath = inputPath, .remark = remark};
 }
 
-PurgeResult PurgeInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
-                       const ProgressFunction& progress) {
-    const std::string inputPath = note.Record().inputPath;
-    if (note.Record().direction == Direction::Decrypt) {
-        if (!note.Replacing({})) return PurgeResult::NotRemoved;
-        const auto file = fileSystem.Info(inputPath);
-        if (!file || !note.IsInput(*file)) return PurgeResult::NotRemoved;
-        return fileKit.purge_file(inputPath, PurgeMode::DeleteOnly, {});
+Remark RemarkOf(PurgeResult result) {
+    switch (result) {
+    case PurgeResult::Done:
+        return Remark::None;
+    case PurgeResult::NotOverwritten:
+        return Remark::NotOverwritten;
+    case PurgeResult::NotOpened:
+        return Remark::NotWritable;
+    case PurgeResult::HasSeveralNames:
+        return Remark::HasSeveralNames;
+    case PurgeResult::NotRemovable:
+        return Remark::NotRemovable;
+    case PurgeResult::NoRoom:
+        return Remark::NoRoom;
+    case PurgeResult::NotAllowed:
+        return Remark::Changed;
+    case PurgeResult::NotRemoved:
+        return Remark::NotRemoved;
+    case PurgeResult::NameTaken:
+        return Remark::NameTaken;
     }
+    std::abort();
+}
+
+/// An encrypted input needs no overwriting.
+Remark DeleteInput(FileKit& fileKit, ResultNote& note) {
+    if (!note.Replacing({})) return Remark::NotNoted;
+    const PurgeResult result =
+        fileKit.purge_file(note.Record().inputPath, PurgeMode::DeleteOnly, {});
+    return HasGone(result) ? Remark::None : Remark::NotRemovable;
+}
+
+Remark OverwriteInput(FileKit& fileKit, ResultNote& note, const ProgressFunction& progress) {
+    bool isNoted = true;
     // What the file is overwritten with tells afterwards that it was this program.
-    const auto mayOverwrite = [&note](const FileInfo& file, std::span<const std::byte> head) {
-        return note.IsInput(file) && note.Replacing(head);
+    const auto mayOverwrite = [&](const FileInfo& file, std::span<const std::byte> head) {
+        if (!note.IsInput(file)) return false;
+        isNoted = note.Replacing(head);
+        return isNoted;
     };
-    return fileKit.purge_file(inputPath, PurgeMode::OverwriteAndDelete, {progress, mayOverwrite});
+    const PurgeResult result = fileKit.purge_file(
+        note.Record().inputPath, PurgeMode::OverwriteAndDelete, {progress, mayOverwrite});
+    return isNoted ? RemarkOf(result) : Remark::NotNoted;
+}
+
+/// None or NotOverwritten when the name is free.
+Remark PurgeInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
+                  const ProgressFunction& progress) {
+    const auto file = fileSystem.Info(note.Record().inputPath);
+    if (!file) return Remark::Vanished;
+    if (!note.IsUntouched(*file)) return Remark::Changed;
+    return note.Record().direction == Direction::Decrypt ? DeleteInput(fileKit, note)
+                                                         : OverwriteInput(fileKit, note, progress);
 }
 
 } // namespace
@@ -122,9 +201,8 @@ unsigned InPlacePasses(Direction direction) {
 
 FileResult ProcessToOther(const OperationContext& operation, const std::string& inputPath,
                           const std::string& outputPath) {
-    ResultNote note(
-        operation.machine.fileSystem, operation.journal,
-        RecordOf(operation, JournalRecord::Step::WritingElsewhere, inputPath, outputPath));
+    ResultNote note =
+        NoteFor(operation, JournalRecord::Step::WritingElsewhere, inputPath, outputPath);
     const EngineResult result = RunEngine(operation, note);
     return note.Ended(FileResult::OfEngine(result, outputPath));
 }
@@ -135,22 +213,21 @@ FileResult ProcessInPlace(const OperationContext& operation, const std::string& 
     if (refusal != Outcome::Done) return {.outcome = refusal};
     const auto outputPath = FreeNameBeside(operation.machine.fileKit, inputPath);
     if (!outputPath) return {.outcome = Outcome::NoTemporaryName};
-    ResultNote note(operation.machine.fileSystem, operation.journal,
-                    RecordOf(operation, JournalRecord::Step::Writing, inputPath, *outputPath));
+    ResultNote note = NoteFor(operation, JournalRecord::Step::Writing, inputPath, *outputPath);
     // Not where an exception passes: what it interrupts is left to the next start.
     return note.Ended(MakeAndReplace(operation, note, beforePurge));
 }
 
-bool ReplaceInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
-                  const ProgressFunction& progress) {
-    if (PurgeInput(fileSystem, fileKit, note, progress) != PurgeResult::Done) return false;
+Remark ReplaceInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
+                    const ProgressFunction& progress) {
+    const Remark purged = PurgeInput(fileSystem, fileKit, note, progress);
+    if (!HasName(purged)) return purged;
     const JournalRecord& record = note.Record();
-    if (fileSystem.RenameWithoutReplacing(record.outputPath, record.inputPath) != FsStatus::Ok) {
-        return false;
+    const FsStatus named = fileSystem.RenameWithoutReplacing(record.outputPath, record.inputPath);
+    if (named != FsStatus::Ok) {
+        return named == FsStatus::AlreadyExists ? Remark::NameTaken : Remark::NotNamed;
     }
-    // The name is there; whether it is also on the disk changes nothing that could be mended.
-    static_cast<void>(fileSystem.FlushFolderOf(record.inputPath));
-    return true;
+    return fileSystem.FlushFolderOf(record.inputPath) == FsStatus::Ok ? purged : Remark::NotFlushed;
 }
 
 } // namespace zr5

@@ -34,8 +34,15 @@ namespace zr5 {
 
 /// The last step, which the next start of the program also takes: purges the input and gives its
 /// name to the result, which is complete and on the disk; replaces nothing that has appeared under
-/// the name meanwhile. True when the result has its name; false leaves it where it is.
-[[nodiscard]] bool ReplaceInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
-                                const ProgressFunction& progress = {});
+/// the name meanwhile. `HasName` of what it answers says whether the result has its name; else it
+/// stays where it is.
+[[nodiscard]] Remark ReplaceInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
+                                  const ProgressFunction& progress = {});
+
+/// Of a result in place, for the remark with which ReplaceInput ended.
+[[nodiscard]] constexpr bool HasName(Remark remark) noexcept {
+    return remark == Remark::None || remark == Remark::NotOverwritten ||
+           remark == Remark::NotFlushed;
+}
 
 } // namespace zr5

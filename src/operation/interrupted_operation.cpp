@@ -95,8 +95,8 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
     }
     if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
     ResultNote note(fileSystem, journal, record);
-    return ReplaceInput(fileSystem, machine.fileKit, note) ? InterruptionEnd::Finished
-                                                           : InterruptionEnd::LeftAlone;
+    return HasName(ReplaceInput(fileSystem, machine.fileKit, note)) ? InterruptionEnd::Finished
+                                                                    : InterruptionEnd::LeftAlone;
 }
 
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {

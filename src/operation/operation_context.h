@@ -9,6 +9,8 @@
 #include "setup/operation_setup.h"
 #include "util/machine.h"
 
+#include <optional>
+
 namespace zr5 {
 
 /// One operation; setup and key stay as they are while it runs.
@@ -21,6 +23,8 @@ struct OperationContext {
     OperationJournal& journal; ///< where results are noted; nowhere while it is closed
     /// Whether a file that is to be decrypted may turn out not to be encrypted.
     bool mayMeetPlaintext = true;
+    /// The output that was there already when the user confirmed; no other one is replaced.
+    std::optional<FileIdentity> replaceable = std::nullopt;
 };
 
 } // namespace zr5

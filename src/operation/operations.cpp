@@ -70,17 +70,18 @@ void Operations::Perform() {
 }
 
 void Operations::RunConfirmed(const StopAsked& stopped) {
-    if (!MayStart(desk_.Setup(), key_, machine_, *windows_, stopped)) return;
+    const auto consent = MayStart(desk_.Setup(), key_, machine_, *windows_, stopped);
+    if (!consent) return;
     std::optional<int> performances;
     if (IsReliabilityTest(desk_.Setup())) {
         performances = windows_->AskForPerformances();
         if (!performances) return;
     }
     const TestAnnounced announced(*windows_, performances.has_value());
-    RunListed(performances);
+    RunListed(*consent, performances);
 }
 
-void Operations::RunListed(std::optional<int> performances) {
+void Operations::RunListed(const Consent& consent, std::optional<int> performances) {
     const OperationSetup& setup = desk_.Setup();
     screen_.ShowCount(setup.Operation, 0);
     screen_.BeginRun(setup.Operation);
@@ -89,7 +90,13 @@ void Operations::RunListed(std::optional<int> performances) {
         setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); },
         [this] { return screen_.StopRequested(); });
     OperationJournal journal(machine_.fileSystem);
-    const OperationContext operation{setup, key_, listed.list, machine_, screen_, journal};
+    const OperationContext operation{.setup = setup,
+                                     .key = key_,
+                                     .list = listed.list,
+                                     .machine = machine_,
+                                     .screen = screen_,
+                                     .journal = journal,
+                                     .replaceable = consent.replaceable};
     const ListingSummary summary{0, listed.wasCutShort, listed.randomness};
     if (performances) {
         RunReliabilityTest(operation, *performances, summary);
@@ -110,6 +117,11 @@ void Operations::ListFiles(const std::string& buttonCaption) {
 void Operations::RequestStop() {
     stopRequested_ = true;
     screen_.StopPressed();
+}
+
+void Operations::RequestStopAtOnce() {
+    RequestStop();
+    screen_.StopAtOnce();
 }
 
 void Operations::ViewReport() {

@@ -45,6 +45,9 @@ class Operations {
     void WhileOutOfUse(const std::function<void(const StopAsked&)>& work);
     /// The running operation is to stop after the file it is working on.
     void RequestStop();
+    /// As RequestStop, but the file that is being written is undone; a replacement that has begun
+    /// is finished.
+    void RequestStopAtOnce();
     /// "View report screen".
     void ViewReport();
 
@@ -52,7 +55,7 @@ class Operations {
 
   private:
     void RunConfirmed(const StopAsked& stopped);
-    void RunListed(std::optional<int> performances);
+    void RunListed(const Consent& consent, std::optional<int> performances);
 
     SetupDesk& desk_;
     const CurrentKey& key_;

@@ -4,11 +4,14 @@
 
 namespace zr5 {
 
-ResultNote::ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record)
+ResultNote::ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record,
+                       const std::optional<FileIdentity>& replaceable)
     : fileSystem_(fileSystem),
       journal_(journal),
       record_(std::move(record)),
-      folder_(OutputFolder()) {
+      folder_(OutputFolder()),
+      replaceable_(replaceable),
+      isInPlace_(record_.step != JournalRecord::Step::WritingElsewhere) {
     if (folder_) record_.outputFolder = folder_->inode;
 }
 
@@ -20,8 +23,10 @@ bool ResultNote::Write() {
     return journal_.Note(record_, OperationJournal::Durability::OfOrder);
 }
 
-bool ResultNote::MayReplace() const {
-    return record_.step == JournalRecord::Step::WritingElsewhere;
+bool ResultNote::MayReplace(const FileInfo& existing) {
+    const bool agreed = !isInPlace_ && existing.identity == replaceable_;
+    outputAppeared_ = outputAppeared_ || !agreed;
+    return agreed;
 }
 
 bool ResultNote::WillMake(const std::string& partPath) {
@@ -39,6 +44,11 @@ bool ResultNote::IsResult(const FileInfo& file) const {
     return MarkOf(file).IsSameFileAs(record_.output);
 }
 
+bool ResultNote::IsUntouched(const FileInfo& file) const {
+    return IsInput(file) &&
+           (!read_ || (file.identity == read_->identity && file.changedNs == read_->changedNs));
+}
+
 bool ResultNote::IsInput(const FileInfo& file) const {
     const FileMark mark = MarkOf(file);
     return record_.earlierHead.empty() ? mark == record_.input : mark.IsSameFileAs(record_.input);
@@ -52,9 +62,12 @@ bool ResultNote::Replacing(std::span<const std::byte> head) {
 
 FileResult ResultNote::Ended(FileResult result) {
     if (!result.NamesOutput()) result.leftPath = LeftPath();
+    if (result.outcome == Outcome::EngineFailed && outputAppeared_) {
+        result.remark = Remark::OutputAppeared;
+    }
     const bool isOutOfReach =
         result.outcome != Outcome::Done && isMade_ && OutputFolder() != folder_;
-    if (!result.leftPath.empty() || isOutOfReach) {
+    if (!result.leftPath.empty() || isOutOfReach || result.remark == Remark::NotFlushed) {
         journal_.SetAside();
     } else if (journal_.Last().step != JournalRecord::Step::None) {
         journal_.Forget();

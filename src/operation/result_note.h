@@ -18,13 +18,16 @@ namespace zr5 {
 class ResultNote final : public OutputObserver {
   public:
     /// `record` says which file goes into which, and how; one that was read from the journal is
-    /// gone on with.
-    ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record);
+    /// gone on with. `replaceable` is the one output that may be replaced.
+    ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record,
+               const std::optional<FileIdentity>& replaceable = std::nullopt);
 
     [[nodiscard]] const JournalRecord& Record() const { return record_; }
 
-    /// In place the result has a name that was free; whatever has taken it since stays.
-    [[nodiscard]] bool MayReplace() const override;
+    /// In place the result has a name that was free; whatever has taken it since stays, and so
+    /// does an output that the user has not agreed to replace.
+    [[nodiscard]] bool MayReplace(const FileInfo& existing) override;
+    [[nodiscard]] bool StandsForSource() const override { return isInPlace_; }
     [[nodiscard]] bool WillMake(const std::string& partPath) override;
     void HasMade() override { isMade_ = true; }
     /// A part is named by the report, and the input stays: so it is noted as a result elsewhere,
@@ -33,6 +36,11 @@ class ResultNote final : public OutputObserver {
 
     /// Whether `file` is what the engine has made.
     [[nodiscard]] bool IsResult(const FileInfo& file) const;
+    /// Whether nothing at all has happened to the input, which is `file`, since it was read; for
+    /// a run that was interrupted nobody can tell, and IsInput has to do.
+    [[nodiscard]] bool IsUntouched(const FileInfo& file) const;
+    /// The input is `file` when its reading begins.
+    void ReadsInput(const FileInfo& file) { read_ = file; }
     /// Whether `file` is the input, as it was read or as an interrupted run has overwritten it.
     [[nodiscard]] bool IsInput(const FileInfo& file) const;
 
@@ -56,7 +64,11 @@ class ResultNote final : public OutputObserver {
     OperationJournal& journal_;
     JournalRecord record_;
     std::optional<FileIdentity> folder_; ///< in which the result is made
+    std::optional<FileIdentity> replaceable_;
+    std::optional<FileInfo> read_;
+    bool isInPlace_;
     bool isMade_ = false;
+    bool outputAppeared_ = false;
 };
 
 } // namespace zr5

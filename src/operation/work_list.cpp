@@ -33,11 +33,9 @@ class Lister : public ConsiderateVisitor {
           counted_(counted),
           tally_(machine.fileKit) {}
 
-    void EnterFolder(const std::string& path, std::uint64_t matchingFiles,
-                     std::uint64_t /*subfolders*/) override {
-        if (matchingFiles != 0) {
-            listed_.list.AddFolder(WorkItem::Kind::Folder, path);
-        }
+    void EnterFolder(const EnteredFolder& folder) override {
+        if (folder.matchingFiles == 0) return;
+        listed_.list.AddFolder(WorkItem::Kind::Folder, folder.path, folder.identity);
     }
     void MeetProhibitedFolder(const std::string& path) override {
         listed_.list.AddFolder(WorkItem::Kind::ProhibitedFolder, path);
@@ -92,8 +90,8 @@ void WorkList::AddFile(std::string inputPath, std::string outputPath, std::uint6
     totalBytes_ += lengthBytes;
 }
 
-void WorkList::AddFolder(WorkItem::Kind kind, std::string path) {
-    items_.push_back({kind, std::move(path), {}});
+void WorkList::AddFolder(WorkItem::Kind kind, std::string path, const FileIdentity& identity) {
+    items_.push_back({kind, std::move(path), {}, 0, identity});
 }
 
 WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {

@@ -39,13 +39,14 @@ struct WorkItem {
     std::string outputPath; ///< of the file; equal to inputPath in place
     /// Of the file when the list was made: for showing progress, never for deciding.
     std::uint64_t lengthBytes = 0;
+    FileIdentity identity = {}; ///< of a folder with files: another one's are left alone
 };
 
 /// A snapshot of what is to be processed, in order.
 class WorkList {
   public:
     void AddFile(std::string inputPath, std::string outputPath, std::uint64_t lengthBytes = 0);
-    void AddFolder(WorkItem::Kind kind, std::string path);
+    void AddFolder(WorkItem::Kind kind, std::string path, const FileIdentity& identity = {});
 
     [[nodiscard]] auto begin() const { return items_.begin(); }
     [[nodiscard]] auto end() const { return items_.end(); }

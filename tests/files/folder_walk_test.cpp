@@ -25,9 +25,9 @@ class Recorder : public WalkVisitor {
     std::vector<std::string> unreadable;
     std::size_t most = 1'000'000;
 
-    void EnterFolder(const std::string& path, std::uint64_t matching,
-                     std::uint64_t subfolders) override {
-        folders.push_back(path + " " + std::to_string(matching) + " " + std::to_string(subfolders));
+    void EnterFolder(const EnteredFolder& folder) override {
+        folders.push_back(folder.path + " " + std::to_string(folder.matchingFiles) + " " +
+                          std::to_string(folder.subfolders));
     }
     void MeetProhibitedFolder(const std::string& path) override { prohibited.insert(path); }
     void MeetUnreadableFolder(const std::string& path) override { unreadable.push_back(path); }

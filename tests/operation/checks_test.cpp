@@ -26,7 +26,7 @@ class Checks : public OperationTest {
         ChooseInput("a.txt");
     }
     bool May() {
-        return MayStart(setup, key, machine, view, [this] { return stopped; });
+        return MayStart(setup, key, machine, view, [this] { return stopped; }).has_value();
     }
     void Refuses(const std::string& text, const std::string& title,
                  BoxIcon icon = BoxIcon::Exclamation) {

@@ -100,23 +100,25 @@ TEST_F(DriverTest, RefusesProtectedFilesInPlaceOnly) {
 TEST_F(DriverTest, ReportsWhyAFileCouldNotBeReplaced) {
     folder.Write("n.odg", "abc");
     ChooseInput("n.odg");
-    const std::string temporary = folder / "n.odg.zr5";
+    const std::string temporary = folder / "n.odg.zr5-new";
     kit.findsName = false;
     EXPECT_EQ(Entries(), "         n.odg 3 bytes   Unable to get temporary output filename.\r\n");
     kit.findsName = true;
     kit.purgeResult = PurgeResult::NotOpened;
-    EXPECT_EQ(Entries(), "         n.odg 3 bytes   Error when renaming temporary output file. The "
-                         "result of the encryption operation is in the file " +
-                             temporary + ".\r\n");
+    EXPECT_EQ(Entries(),
+              "         n.odg 3 bytes   Error when renaming temporary output file. The "
+              "result of the encryption operation is in the file " +
+                  temporary +
+                  ".\r\n              The file is unchanged: it cannot be overwritten.\r\n");
     EXPECT_EQ(totals.filesProcessed, 1U);
-    EXPECT_EQ(folder.Names(), (std::set<std::string>{"n.odg", "n.odg.zr5"}));
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"n.odg", "n.odg.zr5-new"}));
 }
 
 TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
     folder.Write("a\nb\xFF.odg", "abc");
     setup.InputMode = InputSource::FilesInAFolder;
     setup.Folder[InputSide] = folder.Path();
-    list.AddFolder(WorkItem::Kind::Folder, folder.Path());
+    list.AddFolder(WorkItem::Kind::Folder, folder.Path(), *disk.IdentityOf(folder.Path()));
     Add("a\nb\xFF.odg");
     list.AddFolder(WorkItem::Kind::UnreadableFolder, "/own/");
     list.AddFolder(WorkItem::Kind::ProhibitedFolder, "/proc/");

@@ -65,12 +65,19 @@ class Interruption : public EngineTest {
         setup.Folder = {folder.Path(), output.Path()};
         list = {};
         list.AddFile(folder / "a", output / "a");
+        agreed = System().IdentityOf(output / "a");
         Disk().Reset();
     }
     std::string Run() {
         ReportScreen screen(user, clock);
         OperationJournal journal(Disk());
-        RunOperation({setup, key, list, machine, screen, journal});
+        RunOperation({.setup = setup,
+                      .key = key,
+                      .list = list,
+                      .machine = machine,
+                      .screen = screen,
+                      .journal = journal,
+                      .replaceable = agreed});
         return screen.text();
     }
     void Start() { FinishInterruptedOperations(machine); }
@@ -134,6 +141,7 @@ class Interruption : public EngineTest {
     OperationSetup setup;
     CurrentKey key;
     WorkList list;
+    std::optional<FileIdentity> agreed; ///< the output that may be replaced
     std::function<void()> beforePurge;
 };
 

@@ -149,7 +149,8 @@ TEST_F(Interruption, OfTheDiskThatIsTakenAwayIsMendedWhenItIsBack) {
                 Start();
                 const bool mayBeLeft =
                     report.find("An unfinished result may be left in ") != std::string::npos;
-                const bool isNamed = report.find("Error when renaming") != std::string::npos;
+                const bool isNamed = report.find("Error when renaming") != std::string::npos ||
+                                     report.find("has not confirmed") != std::string::npos;
                 if (!wentThere) {
                     EXPECT_EQ(mayBeLeft || isNamed,
                               boxes.find("Not all of it can be") != std::string::npos)
@@ -195,7 +196,7 @@ TEST_F(Interruption, OfTheLastNoteLeavesAPartThatTheReportNames) {
         EXPECT_EQ(config.Names(), Names{});
         if (report.find("Partial plaintext may be in") == std::string::npos) continue;
         ++named;
-        EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"})) << number << report << boxes;
+        EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5-new"})) << number << report << boxes;
     }
     EXPECT_GT(named, 0U);
 }
@@ -225,8 +226,8 @@ TEST_F(Interruption, OfTheWritingBackIsToldByTheFlush) {
         ArmSystemCallFault(SystemCallFault::LostWrite, 1);
         waits ? made.file->AwaitWriteback(0, 4096) : made.file->StartWriteback(0, 4096);
         EXPECT_TRUE(DisarmSystemCallFault());
-        EXPECT_EQ(made.file->Flush(), FsStatus::IoError);
-        EXPECT_EQ(made.file->FlushContent(), FsStatus::IoError);
+        EXPECT_EQ(waits ? made.file->Flush() : made.file->FlushContent(), FsStatus::IoError);
+        EXPECT_EQ(made.file->Flush(), FsStatus::Ok) << "it is told once";
     }
 }
 

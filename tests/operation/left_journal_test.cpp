@@ -222,9 +222,9 @@ TEST_F(Interference, WithWhatWasWrittenIsFoundByReadingItBack) {
     PrepareFor(Ways[0]);
     // The seal of the block is damaged after it was written and before it is read back.
     Disk().Before(FsCall::FlushFolder, 2, [this] {
-        std::string sealed = folder.Read("a.zr5");
+        std::string sealed = folder.Read("a.zr5-new");
         sealed.back() = static_cast<char>(sealed.back() ^ 1);
-        folder.Write("a.zr5", sealed);
+        folder.Write("a.zr5-new", sealed);
     });
     EXPECT_NE(Run().find("Write error."), std::string::npos);
     EXPECT_EQ(folder.Read("a"), "content");
@@ -239,8 +239,8 @@ TEST_F(Interference, UnderTheNameOfTheResultReplacesNothing) {
             PrepareFor(way);
             bool isTaken = false;
             Disk().BeforeAny(number, [&] {
-                isTaken = !folder.Has("a.zr5") && folder.Read("a") == input;
-                if (isTaken) folder.Write("a.zr5", Foreign);
+                isTaken = !folder.Has("a.zr5-new") && folder.Read("a") == input;
+                if (isTaken) folder.Write("a.zr5-new", Foreign);
             });
             const std::string report = Run();
             if (!Disk().AllMet()) break;
@@ -257,8 +257,8 @@ TEST_F(Interference, UnderTheNameOfTheResultReplacesNothing) {
 TEST_F(Interference, WithTheVerifiedResultKeepsTheOriginal) {
     PrepareFor(Ways[0]);
     beforePurge = [&] { // a box may stand there for hours
-        folder.Remove("a.zr5");
-        folder.Write("a.zr5", Foreign);
+        folder.Remove("a.zr5-new");
+        folder.Write("a.zr5-new", Foreign);
     };
     EXPECT_EQ(Process(Direction::Encrypt).engineResult, EngineResult::WriteError);
     EXPECT_EQ(folder.Read("a"), original);
@@ -310,9 +310,9 @@ TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
     folder.Write("a", damaged);
     const FileResult result = Process(Direction::Decrypt);
     EXPECT_EQ(result.engineResult, EngineResult::OneDamagedBlock);
-    EXPECT_EQ(result.outputPath, folder / "a.zr5");
+    EXPECT_EQ(result.outputPath, folder / "a.zr5-new");
     EXPECT_EQ(folder.Read("a"), damaged);
-    EXPECT_EQ(folder.Read("a.zr5"), std::string(65'536, '\0') + original.substr(65'536));
+    EXPECT_EQ(folder.Read("a.zr5-new"), std::string(65'536, '\0') + original.substr(65'536));
 }
 
 } // namespace

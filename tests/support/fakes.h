@@ -121,7 +121,7 @@ class FakeKit : public FileKit {
     bool new_file_creatable(const std::string&) override { return true; }
     std::optional<std::string> new_filepath_extension(const std::string& path) override {
         if (!findsName) return std::nullopt;
-        return path + ".zr5";
+        return path + ".zr5-new";
     }
     std::optional<std::string> gt(std::int16_t number) override {
         const auto found = texts.find(number);

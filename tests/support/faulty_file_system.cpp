@@ -51,6 +51,12 @@ class FaultyFile : public OpenFile {
         return disk_.StatusFor(FsCall::CopyAttributes,
                                [&] { return inner_->CopyAttributesFrom(source); });
     }
+    FsStatus TakeModeFrom(const OpenFile& source) override {
+        return disk_.StatusFor(FsCall::CopyAttributes,
+                               [&] { return inner_->TakeModeFrom(source); });
+    }
+    ByteRange NextData(std::uint64_t offset) const override { return inner_->NextData(offset); }
+    bool HasRoomToOverwrite() const override { return inner_->HasRoomToOverwrite(); }
     std::optional<FileInfo> Info() const override {
         return disk_.Fails(FsCall::FileInfo) ? std::nullopt : inner_->Info();
     }

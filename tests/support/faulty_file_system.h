@@ -94,6 +94,7 @@ class FaultyFileSystem : public FileSystem {
     FsStatus Remove(const std::string& path) override {
         return StatusFor(FsCall::Remove, [&] { return inner_.Remove(path); });
     }
+    bool MayRemove(const std::string& path) override { return inner_.MayRemove(path); }
     FsStatus FlushFolderOf(const std::string& path) override {
         return StatusFor(FsCall::FlushFolder, [&] { return inner_.FlushFolderOf(path); });
     }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +22,7 @@ enum class Direction { Encrypt, Decrypt };
 enum class EngineResult : std::int16_t {
     Success = 0,
     NotInitialised = -1, ///< no key, no memory, or the library failed
+    Stopped = -2,        ///< by `EngineHooks::stopped`
     InputNotFound = -3,
     InputNotOpened = -4,
     OutputNotOpened = -5,
@@ -56,9 +58,10 @@ enum class EngineResult : std::int16_t {
     return result <= EngineResult::ReadErrorPartial;
 }
 
-/// Who is told while an engine works on a file; both may be left out.
+/// Who is told while an engine works on a file, and asked; all may be left out.
 struct EngineHooks {
     ProgressFunction progress = {};
+    std::function<bool()> stopped = {}; ///< asked after every piece; true undoes the work
     OutputObserver* observer = nullptr;
 };
 

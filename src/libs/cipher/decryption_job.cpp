@@ -22,13 +22,16 @@ EngineResult WriteAll(JobContext& job, SealedReader& reader, PendingOutput& outp
         if (written != EngineResult::Success) return written;
         if (piece.isCutShort) return EngineResult::ReadError;
         job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
+        if (job.IsStopped()) return EngineResult::Stopped;
     }
     return EngineResult::Success;
 }
 
 /// Reading or writing failed on the way: what was recovered before is kept, if anything was.
 EngineResult KeepPart(EngineResult stoppedBy, PendingOutput& output, const OpenFile& input) {
-    if (stoppedBy == EngineResult::DiskFull || output.WrittenBytes() == 0) return stoppedBy;
+    const bool keeps =
+        stoppedBy == EngineResult::ReadError || stoppedBy == EngineResult::WriteError;
+    if (!keeps || output.WrittenBytes() == 0) return stoppedBy;
     if (output.CommitPart(input) != FsStatus::Ok) return stoppedBy;
     return stoppedBy == EngineResult::ReadError ? EngineResult::ReadErrorPartial
                                                 : EngineResult::WriteErrorPartial;
@@ -48,7 +51,8 @@ EngineResult RunDecryption(JobContext& job) {
     EngineResult result = reader.ReadHeader(info->lengthBytes);
     if (result != EngineResult::Success) return result;
 
-    PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer);
+    PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer,
+                         {.overwrites = true, .progress = job.hooks.progress});
     result = ResultOfOutput(output.Begin(reader.Layout().plainBytes));
     if (result != EngineResult::Success) return result;
     result = WriteAll(job, reader, output);

@@ -40,6 +40,7 @@ EngineResult SealAll(JobContext& job, OpenFile& input, std::uint64_t lengthBytes
         filled = 0;
         done += piece.size();
         job.ShowProgress(done, lengthBytes);
+        if (job.IsStopped()) return EngineResult::Stopped;
     }
     return EngineResult::Success;
 }
@@ -116,6 +117,7 @@ EngineResult RunVerification(JobContext& job) {
     while (result == EngineResult::Success && !reader.IsAtEnd()) {
         result = CompareNext(job, reader, *plain.file);
         job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
+        if (job.IsStopped()) return EngineResult::Stopped;
     }
     return result;
 }

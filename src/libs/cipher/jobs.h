@@ -27,6 +27,7 @@ struct JobContext {
     std::string inputPath;
     std::string outputPath;
 
+    [[nodiscard]] bool IsStopped() const { return hooks.stopped && hooks.stopped(); }
     void ShowProgress(std::uint64_t done, std::uint64_t total) const {
         if (hooks.progress) hooks.progress(done, total);
     }

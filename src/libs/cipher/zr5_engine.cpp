@@ -72,10 +72,9 @@ class Zr5Engine final : public CipherEngine {
     EngineResult Run(const std::string& inputPath, const std::string& outputPath,
                      const EngineHooks& hooks, const Job& run) {
         try {
-            JobContext job{fileSystem_,     random_,
-                           masters_,        plain_.bytes(),
-                           sealed_.bytes(), {Throttled(clock_, hooks.progress), hooks.observer},
-                           inputPath,       outputPath};
+            JobContext job{fileSystem_,     random_, masters_,  plain_.bytes(),
+                           sealed_.bytes(), hooks,   inputPath, outputPath};
+            job.hooks.progress = Throttled(clock_, hooks.progress);
             return run(job);
         } catch (const std::bad_alloc&) {
             return EngineResult::NotInitialised;

@@ -50,18 +50,26 @@ enum class PurgeMode { OverwriteAndDelete, DeleteOnly };
 
 enum class PurgeResult {
     Done,
+    NotOverwritten, ///< it is gone, but not all of its content was overwritten first
+    // Nothing was done to the file:
     NotOpened,
-    HasSeveralNames, ///< the others would lose their content with it; nothing was done
-    NotOverwritten,  ///< at all, or not to its end
+    HasSeveralNames, ///< the others would lose their content with it
+    NotRemovable,    ///< its folder, or what it is marked as, does not let it go
+    NoRoom,          ///< on a disk that writes elsewhere than where the old content stands
+    NotAllowed,      ///< `PurgeHooks::beforeOverwriting` said no
+    // It was overwritten, unless it was to be deleted only:
     NotRemoved,
+    NameTaken, ///< by another file, which was left alone
 };
+
+/// Whether the file has gone.
+[[nodiscard]] constexpr bool HasGone(PurgeResult result) noexcept {
+    return result == PurgeResult::Done || result == PurgeResult::NotOverwritten;
+}
 
 /// Told which file is going to be overwritten, and with what. False: it must not be.
 using BeforeOverwriting =
     std::function<bool(const FileInfo& file, std::span<const std::byte> firstBytes)>;
-/// So many of the first bytes it is told, or all of a shorter file.
-inline constexpr std::size_t OverwriteHeadBytes = 32;
-
 /// Who is told while a file is purged; both may be left out.
 struct PurgeHooks {
     ProgressFunction progress = {};           ///< called after each piece
@@ -107,17 +115,18 @@ class FileKit {
                                     const MeasureProgress& progress) = 0;
     /// The randomness of a short buffer: Shannon entropy divided by log2(min(length, 256)); 0 to 1.
     [[nodiscard]] virtual double randomness_measure(std::span<const std::byte> bytes) = 0;
-    /// Overwrites the whole file once with random bytes, flushes it to the disk and deletes it; or
-    /// only deletes it. On plain disks the old content is gone then; on SSDs, in journals,
-    /// snapshots and backups older copies can survive. A file with several names is never
-    /// overwritten, and nothing is deleted but what was overwritten.
+    /// Overwrites the whole file once with random bytes (Overwriting), brings that to the disk and
+    /// deletes the file; or only deletes it. Before the first byte is overwritten it is made sure
+    /// that the file can go; from then on it goes, whatever fails, so that no half-destroyed file
+    /// keeps its name. A file with several names is never overwritten, and nothing is deleted but
+    /// what was overwritten.
     [[nodiscard]] virtual PurgeResult purge_file(const std::string& path, PurgeMode mode,
                                                  const PurgeHooks& hooks) = 0;
     /// Whether a new file of this name can be made. Makes nothing.
     [[nodiscard]] virtual bool new_file_creatable(const std::string& path) = 0;
-    /// A name that is free beside `path`: with ".zr5" appended, then ".zr5-2" to ".zr5-999"; where
-    /// the file system would find that too long, the end of the name gives way. nullopt when all
-    /// are taken.
+    /// A name that is free beside `path`: with ".zr5-new" appended, then ".zr5-new-2" to
+    /// ".zr5-new-999"; where the file system would find that too long, the end of the name gives
+    /// way. nullopt when all are taken.
     [[nodiscard]] virtual std::optional<std::string>
     new_filepath_extension(const std::string& path) = 0;
     /// The program text of this number.

@@ -8,7 +8,7 @@
 
 namespace zr5 {
 
-/// As `purge_file`. A file that has taken the overwritten one's name meanwhile is not deleted.
+/// As `purge_file`.
 [[nodiscard]] PurgeResult PurgeFile(FileSystem& fileSystem, RandomSource& random,
                                     const std::string& path, PurgeMode mode,
                                     const PurgeHooks& hooks = {});

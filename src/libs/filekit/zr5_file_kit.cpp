@@ -119,7 +119,7 @@ class Zr5FileKit final : public FileKit {
         const std::size_t longest = fileSystem_.LongestName(path);
         for (int number = 1; number <= LastNameNumber; ++number) {
             const std::string suffix =
-                number == 1 ? std::string(".zr5") : ".zr5-" + std::to_string(number);
+                number == 1 ? std::string(".zr5-new") : ".zr5-new-" + std::to_string(number);
             std::string candidate =
                 parts.folder + CutTo(parts.name, longest - suffix.size()) + suffix;
             if (!fileSystem_.Info(candidate)) return candidate;

@@ -39,6 +39,13 @@ struct FileInfo {
     std::uint64_t linkCount = 1;
     FileIdentity identity;
     std::int64_t modifiedNs = 0; ///< time of the last change of the content
+    std::int64_t changedNs = 0;  ///< of the last change of anything; nobody can set it back
+};
+
+/// A stretch of a file.
+struct ByteRange {
+    std::uint64_t offset = 0;
+    std::uint64_t lengthBytes = 0;
 };
 
 /// One name in a folder; what a link leads to is not asked.
@@ -77,6 +84,16 @@ class OpenFile {
     /// of `source`. What the file system does not know or permit is left out; NoSpace and
     /// IoError are reported.
     [[nodiscard]] virtual FsStatus CopyAttributesFrom(const OpenFile& source) = 0;
+    /// Gives this file the mode of `source`, less what the user's mask keeps from new files.
+    [[nodiscard]] virtual FsStatus TakeModeFrom(const OpenFile& source) = 0;
+    /// The first stretch at or after `offset` that takes room on the disk; what lies between such
+    /// stretches are holes. Empty when there is no more. A file system that knows no holes gives
+    /// all the rest.
+    [[nodiscard]] virtual ByteRange NextData(std::uint64_t offset) const = 0;
+    /// Whether the content can be overwritten for all that is known of the room: where the file
+    /// system writes elsewhere than where the old content stands (copy on write), so much must be
+    /// free as the content takes.
+    [[nodiscard]] virtual bool HasRoomToOverwrite() const = 0;
     /// Says that `lengthBytes` from `offset` on were written and are wanted on the disk soon.
     /// A hint: nothing waits for it.
     virtual void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) = 0;
@@ -121,6 +138,8 @@ class FileSystem {
     [[nodiscard]] virtual FsStatus RenameReplacing(const std::string& from,
                                                    const std::string& to) = 0;
     [[nodiscard]] virtual FsStatus Remove(const std::string& path) = 0;
+    /// Whether Remove may succeed, by all that its folder says.
+    [[nodiscard]] virtual bool MayRemove(const std::string& path) = 0;
     /// Returns when the names in the folder that holds `path` are on the disk.
     [[nodiscard]] virtual FsStatus FlushFolderOf(const std::string& path) = 0;
     /// Whether files can be made in the folder that holds `path`.
@@ -135,7 +154,8 @@ class FileSystem {
     ListFolder(const std::string& path) = 0;
     /// The path with every link resolved; empty when nothing is there.
     [[nodiscard]] virtual std::optional<std::string> CanonicalPath(const std::string& path) = 0;
-    /// The free bytes that this user may fill on the drive that holds `path`.
+    /// The free bytes that this user may fill on the drive that holds `path`; the largest number
+    /// where the file system does not tell its size.
     [[nodiscard]] virtual std::optional<std::uint64_t> FreeBytes(const std::string& path) = 0;
     /// The longest name, in bytes, that the folder that holds `path` accepts.
     [[nodiscard]] virtual std::size_t LongestName(const std::string& path) = 0;

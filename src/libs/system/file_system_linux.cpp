@@ -40,7 +40,10 @@ class LinuxFileSystem final : public FileSystem {
         if (fstat(descriptor, &raw) != 0 || (raw.st_mode & S_IWUSR) != 0) return opened;
         if (fchmod(descriptor, (raw.st_mode & 07777U) | S_IWUSR) != 0)
             return opened; // not its owner
-        opened = Open(path, O_WRONLY | O_NONBLOCK);
+        // The file that was found, whatever has its name by now.
+        const std::string same = "/proc/self/fd/" + std::to_string(descriptor);
+        const int writable = Retrying([&] { return open(same.c_str(), O_WRONLY | O_CLOEXEC); });
+        if (writable >= 0) opened = {FsStatus::Ok, MakeOpenFile(writable)};
         static_cast<void>(fchmod(descriptor, raw.st_mode & 07777U));
         return opened;
     }
@@ -83,7 +86,11 @@ class LinuxFileSystem final : public FileSystem {
         }
         if (errno != EINVAL && errno != ENOSYS) return StatusOf(errno);
         // A file system without that call: a second name is never given to a taken one.
-        if (link(from.c_str(), to.c_str()) == 0) return Remove(from);
+        if (link(from.c_str(), to.c_str()) == 0) {
+            const FsStatus removed = Remove(from);
+            if (removed != FsStatus::Ok) unlink(to.c_str());
+            return removed;
+        }
         if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS) return StatusOf(errno);
         if (Info(to)) return FsStatus::AlreadyExists;
         return RenameReplacing(from, to);
@@ -95,13 +102,35 @@ class LinuxFileSystem final : public FileSystem {
 
     FsStatus Remove(const std::string& path) override { return StatusOfCall(unlink(path.c_str())); }
 
+    bool MayRemove(const std::string& path) override {
+        const std::string folder = FolderOf(path);
+        if (access(folder.c_str(), W_OK | X_OK) != 0) return false;
+        struct statx held {};
+        if (statx(AT_FDCWD, folder.c_str(), 0, STATX_BASIC_STATS, &held) != 0) return false;
+        if ((held.stx_attributes & STATX_ATTR_APPEND) != 0) return false;
+        struct statx file {};
+        if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS, &file) != 0) {
+            return false;
+        }
+        constexpr std::uint64_t Fixed = STATX_ATTR_APPEND | STATX_ATTR_IMMUTABLE;
+        if ((file.stx_attributes & Fixed) != 0) return false;
+        // In a sticky folder files are removed by their owner and by the folder's.
+        const uid_t user = geteuid();
+        return (held.stx_mode & S_ISVTX) == 0 || user == 0 || user == held.stx_uid ||
+               user == file.stx_uid;
+    }
+
     FsStatus FlushFolderOf(const std::string& path) override {
-        const int folder = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        // A folder that may be written but not read cannot be asked to flush.
-        if (folder < 0) return errno == EACCES ? FsStatus::Ok : StatusOf(errno);
-        const int result = Retrying([&] { return fsync(folder); });
+        int flushed = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        // A folder that may be written but not read can be flushed with all its disk only.
+        const bool withDisk = flushed < 0 && errno == EACCES;
+        if (withDisk) {
+            flushed = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        }
+        if (flushed < 0) return StatusOf(errno);
+        const int result = Retrying([&] { return withDisk ? syncfs(flushed) : fsync(flushed); });
         const int error = result == 0 ? 0 : errno;
-        close(folder);
+        close(flushed);
         return error == EINVAL ? FsStatus::Ok : StatusOf(error); // EINVAL: has no such thing
     }
 
@@ -152,7 +181,7 @@ class LinuxFileSystem final : public FileSystem {
     std::optional<std::uint64_t> FreeBytes(const std::string& path) override {
         struct statvfs room {};
         if (statvfs(path.c_str(), &room) != 0) return std::nullopt;
-        return std::uint64_t{room.f_bavail} * room.f_frsize;
+        return FreeBytesOf(room);
     }
 
     std::size_t LongestName(const std::string& path) override {

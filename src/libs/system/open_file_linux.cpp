@@ -1,12 +1,14 @@
 #include "libs/system/open_file_linux.h"
 
+#include "libs/system/file_attributes_linux.h"
+
 #include <algorithm>
+#include <array>
 #include <fcntl.h>
-#include <string>
-#include <sys/statvfs.h>
-#include <sys/xattr.h>
+#include <limits>
+#include <sys/vfs.h>
 #include <unistd.h>
-#include <vector>
+#include <utility>
 
 namespace zr5 {
 namespace {
@@ -18,53 +20,20 @@ std::int64_t Nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-/// Whether a failed attribute call means that the disk is at fault, and not merely that this
-/// file system does not know the attribute or this user may not set it.
-bool IsRealFailure(int error) {
-    const FsStatus status = StatusOf(error);
-    return status == FsStatus::NoSpace || error == EIO;
-}
-
-/// The access list that a new file inherits from its folder, where `from` has none of its own.
-void DropInheritedAccessList(int from, int to) {
-    constexpr const char* AccessList = "system.posix_acl_access";
-    if (fgetxattr(from, AccessList, nullptr, 0) < 0) fremovexattr(to, AccessList);
-}
-
-FsStatus CopyExtendedAttributes(int from, int to) {
-    DropInheritedAccessList(from, to);
-    const auto failure = [] { return IsRealFailure(errno) ? StatusOf(errno) : FsStatus::Ok; };
-    const ssize_t listLength = flistxattr(from, nullptr, 0);
-    if (listLength < 0) return failure();
-    std::vector<char> names(static_cast<std::size_t>(listLength));
-    const ssize_t filled = flistxattr(from, names.data(), names.size());
-    if (filled < 0) return failure();
-    std::vector<char> value;
-    for (const char* name = names.data(); name < names.data() + filled;
-         name += std::char_traits<char>::length(name) + 1) {
-        const ssize_t size = fgetxattr(from, name, nullptr, 0);
-        value.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-        const ssize_t got = size < 0 ? size : fgetxattr(from, name, value.data(), value.size());
-        FsStatus status = FsStatus::Ok;
-        // With no room given, the length is asked for and nothing is read.
-        value.resize(std::min(value.size(), static_cast<std::size_t>(std::max<ssize_t>(got, 0))));
-        if (got < 0 || fsetxattr(to, name, value.data(), value.size(), 0) != 0) status = failure();
-        if (status != FsStatus::Ok) return status;
-    }
-    return FsStatus::Ok;
-}
-
-/// The mode of `source` for a file that belongs to `own`: set-id bits were given by the owner
-/// and must not make the file run as another one, and another group than the source's gets no
-/// more than everybody has.
-mode_t ModeFor(const struct stat& own, const struct stat& source) {
-    mode_t mode = source.st_mode & 07777U;
-    if (own.st_uid != source.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
-    if (own.st_gid != source.st_gid) {
-        const mode_t othersAsGroup = (mode & static_cast<mode_t>(S_IRWXO)) << 3U;
-        mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG) | othersAsGroup;
-    }
-    return mode;
+/// The room that these file systems need to overwrite a file is not that which it takes: they
+/// write everything elsewhere first. (Numbers from the manual page statfs(2).)
+bool WritesElsewhere(int descriptor) {
+    constexpr std::array<std::uint32_t, 5> CopyOnWrite = {
+        0x9123683E, // btrfs
+        0x2FC12FC1, // ZFS
+        0xCA451A4E, // bcachefs
+        0xF2F52010, // F2FS
+        0x3434,     // NILFS
+    };
+    struct statfs system {};
+    if (fstatfs(descriptor, &system) != 0) return false;
+    return std::ranges::find(CopyOnWrite, static_cast<std::uint32_t>(system.f_type)) !=
+           CopyOnWrite.end();
 }
 
 class LinuxFile final : public OpenFile {
@@ -97,6 +66,7 @@ class LinuxFile final : public OpenFile {
             const std::size_t piece = std::min(from.size(), LargestTransfer);
             const ssize_t put = Retrying([&] { return write(descriptor_, from.data(), piece); });
             if (put < 0) return StatusOf(errno);
+            if (put == 0) return FsStatus::IoError; // or it would be asked for ever
             from = from.subspan(static_cast<std::size_t>(put));
         }
         return FsStatus::Ok;
@@ -108,10 +78,7 @@ class LinuxFile final : public OpenFile {
             Retrying([&] { return fallocate(descriptor_, 0, 0, static_cast<off_t>(lengthBytes)); });
         if (result == 0) return FsStatus::Ok;
         if (errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL) return StatusOf(errno);
-        struct statvfs room {};
-        if (fstatvfs(descriptor_, &room) != 0) return FsStatus::Ok;
-        return std::uint64_t{room.f_bavail} * room.f_frsize < lengthBytes ? FsStatus::NoSpace
-                                                                          : FsStatus::Ok;
+        return FreeBytes() < lengthBytes ? FsStatus::NoSpace : FsStatus::Ok;
     }
 
     FsStatus Truncate(std::uint64_t lengthBytes) override {
@@ -125,13 +92,11 @@ class LinuxFile final : public OpenFile {
     }
 
     FsStatus Flush() override {
-        const FsStatus status = StatusOfCall(Retrying([&] { return fsync(descriptor_); }));
-        return status == FsStatus::Ok ? awaited_ : status;
+        return Flushed(StatusOfCall(Retrying([&] { return fsync(descriptor_); })));
     }
 
     FsStatus FlushContent() override {
-        const FsStatus status = StatusOfCall(Retrying([&] { return fdatasync(descriptor_); }));
-        return status == FsStatus::Ok ? awaited_ : status;
+        return Flushed(StatusOfCall(Retrying([&] { return fdatasync(descriptor_); })));
     }
 
     void ForgetCached(std::uint64_t offset, std::uint64_t lengthBytes) override {
@@ -146,26 +111,35 @@ class LinuxFile final : public OpenFile {
     }
 
     FsStatus CopyAttributesFrom(const OpenFile& source) override {
-        const int from = static_cast<int>(source.NativeHandle());
+        return CopyAttributes(static_cast<int>(source.NativeHandle()), descriptor_);
+    }
+
+    FsStatus TakeModeFrom(const OpenFile& source) override {
+        return CopyModeLessMask(static_cast<int>(source.NativeHandle()), descriptor_);
+    }
+
+    ByteRange NextData(std::uint64_t offset) const override {
         struct stat raw {};
-        if (fstat(from, &raw) != 0) return StatusOf(errno);
-        struct stat own {};
-        if (fstat(descriptor_, &own) != 0) return StatusOf(errno);
-        if (own.st_uid != raw.st_uid || own.st_gid != raw.st_gid) {
-            // The owner first: changing it takes set-id bits away. The group alone may be
-            // permitted where the owner is not.
-            if (fchown(descriptor_, raw.st_uid, raw.st_gid) != 0 &&
-                fchown(descriptor_, static_cast<uid_t>(-1), raw.st_gid) != 0 &&
-                IsRealFailure(errno)) {
-                return StatusOf(errno);
-            }
-            if (fstat(descriptor_, &own) != 0) return StatusOf(errno);
-        }
-        const FsStatus status = CopyExtendedAttributes(from, descriptor_);
-        if (status != FsStatus::Ok) return status;
-        const mode_t mode = ModeFor(own, raw);
-        if (fchmod(descriptor_, mode) != 0 && IsRealFailure(errno)) return StatusOf(errno);
-        return FsStatus::Ok;
+        if (fstat(descriptor_, &raw) != 0 || static_cast<off_t>(offset) >= raw.st_size) return {};
+        const ByteRange rest{offset, static_cast<std::uint64_t>(raw.st_size) - offset};
+        const off_t position = lseek(descriptor_, 0, SEEK_CUR);
+        const off_t data = lseek(descriptor_, static_cast<off_t>(offset), SEEK_DATA);
+        if (data < 0) return errno == ENXIO ? ByteRange{} : rest;
+        const off_t hole = lseek(descriptor_, data, SEEK_HOLE);
+        lseek(descriptor_, position, SEEK_SET);
+        if (hole < 0) return rest;
+        return {static_cast<std::uint64_t>(data), static_cast<std::uint64_t>(hole - data)};
+    }
+
+    bool HasRoomToOverwrite() const override {
+        // The system's own books grow, too, while it writes elsewhere.
+        constexpr std::uint64_t Books = std::uint64_t{1} << 20U;
+        constexpr std::uint64_t BooksPart = 64;
+        constexpr std::uint64_t CountedBytes = 512; // of a block in st_blocks
+        struct stat raw {};
+        if (!WritesElsewhere(descriptor_) || fstat(descriptor_, &raw) != 0) return true;
+        const std::uint64_t taken = static_cast<std::uint64_t>(raw.st_blocks) * CountedBytes;
+        return FreeBytes() >= taken + taken / BooksPart + Books;
     }
 
     void StartWriteback(std::uint64_t offset, std::uint64_t lengthBytes) override {
@@ -184,6 +158,18 @@ class LinuxFile final : public OpenFile {
     static constexpr std::size_t LeastReadAheadFor = std::size_t{1} << 20U;
     static constexpr off_t ReadAheadStep = off_t{128} << 10U; // the system may cut longer ones
     static constexpr off_t MostReadAhead = off_t{16} << 20U;
+
+    /// Of a flush that ended with `status`: a failure since the last one counts as its own, once.
+    FsStatus Flushed(FsStatus status) {
+        const FsStatus awaited = std::exchange(awaited_, FsStatus::Ok);
+        return status == FsStatus::Ok ? awaited : status;
+    }
+
+    [[nodiscard]] std::uint64_t FreeBytes() const {
+        struct statvfs room {};
+        return fstatvfs(descriptor_, &room) == 0 ? FreeBytesOf(room)
+                                                 : std::numeric_limits<std::uint64_t>::max();
+    }
 
     /// A failure that is told here is not told again when the file is flushed.
     void Synchronize(std::uint64_t offset, std::uint64_t lengthBytes, unsigned flags) {
@@ -246,7 +232,13 @@ FileInfo InfoFrom(const struct stat& raw) {
     info.linkCount = raw.st_nlink;
     info.identity = {raw.st_dev, raw.st_ino};
     info.modifiedNs = Nanoseconds(raw.st_mtim);
+    info.changedNs = Nanoseconds(raw.st_ctim);
     return info;
+}
+
+std::uint64_t FreeBytesOf(const struct statvfs& room) {
+    if (room.f_blocks == 0) return std::numeric_limits<std::uint64_t>::max();
+    return std::uint64_t{room.f_bavail} * room.f_frsize;
 }
 
 std::unique_ptr<OpenFile> MakeOpenFile(int descriptor) {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 namespace zr5 {
 
@@ -30,6 +31,9 @@ auto Retrying(Call call) {
 }
 
 [[nodiscard]] FileInfo InfoFrom(const struct stat& raw);
+
+/// What this user may fill; the largest number where the file system does not tell its size.
+[[nodiscard]] std::uint64_t FreeBytesOf(const struct statvfs& room);
 
 /// A file on an open descriptor, which it closes.
 [[nodiscard]] std::unique_ptr<OpenFile> MakeOpenFile(int descriptor);

@@ -1,5 +1,6 @@
 #include "libs/system/safe_file.h"
 
+#include "libs/system/overwriting.h"
 #include "libs/system/paths.h"
 #include "libs/system/text_encoding.h"
 
@@ -23,15 +24,31 @@ FsStatus OfNaming(FsStatus status) {
 } // namespace
 
 PendingOutput::PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
-                             OutputObserver* observer)
+                             OutputObserver* observer, Discarding discarding)
     : fileSystem_(fileSystem),
       random_(random),
       outputPath_(std::move(outputPath)),
-      observer_(observer) {}
+      observer_(observer),
+      discarding_(std::move(discarding)) {}
 
 PendingOutput::~PendingOutput() {
-    part_.reset();
-    if (!partPath_.empty()) static_cast<void>(fileSystem_.Remove(partPath_));
+    if (!partPath_.empty()) Discard();
+}
+
+/// A part is overwritten under its own name, by which it is found again if that is interrupted; an
+/// output has to give up its name first, under which nobody must find half of it.
+void PendingOutput::Discard() {
+    const auto named = fileSystem_.Info(partPath_);
+    const auto own = part_->Info();
+    if (named && own && named->identity != own->identity) return; // somebody else's
+    const auto overwrite = [this] {
+        static_cast<void>(Overwriting(random_, writtenBytes_).Run(*part_, discarding_.progress));
+    };
+    const bool overwrites = discarding_.overwrites && named;
+    const bool isOutput = partPath_ == outputPath_;
+    if (overwrites && !isOutput) overwrite();
+    const FsStatus removed = fileSystem_.Remove(partPath_);
+    if (overwrites && isOutput && removed == FsStatus::Ok) overwrite();
 }
 
 /// A short hidden name in the output's folder: as likely to exist already as a guess of 64 bits
@@ -48,11 +65,13 @@ std::string PendingOutput::NewPartPath() {
 FsStatus PendingOutput::Begin(std::uint64_t lengthBytes) {
     if (const auto existing = fileSystem_.Info(outputPath_)) {
         if (existing->kind != FileKind::Regular ||
-            (observer_ != nullptr && !observer_->MayReplace()) ||
-            fileSystem_.OpenForOverwriting(outputPath_).status != FsStatus::Ok) {
+            (observer_ != nullptr && !observer_->MayReplace(*existing))) {
             return FsStatus::NotPermitted;
         }
-        replaces_ = true;
+        OpenResult opened = fileSystem_.OpenForOverwriting(outputPath_);
+        if (opened.status != FsStatus::Ok) return FsStatus::NotPermitted;
+        replaced_ = std::move(opened.file);
+        replacedInfo_ = *existing;
     }
     const FsStatus status = MakePart();
     return status == FsStatus::Ok ? OfWriting(part_->Reserve(lengthBytes)) : status;
@@ -81,13 +100,25 @@ FsStatus PendingOutput::Write(std::span<const std::byte> bytes) {
     return FsStatus::Ok;
 }
 
+FsStatus PendingOutput::TakeAttributes(const OpenFile& source) {
+    if (observer_ != nullptr && observer_->StandsForSource()) {
+        return part_->CopyAttributesFrom(source);
+    }
+    return Replaces() ? part_->CopyAttributesFrom(*replaced_) : part_->TakeModeFrom(source);
+}
+
 FsStatus PendingOutput::TakeName() {
-    return replaces_ ? fileSystem_.RenameReplacing(partPath_, outputPath_)
-                     : fileSystem_.RenameWithoutReplacing(partPath_, outputPath_);
+    const auto existing = fileSystem_.Info(outputPath_);
+    if (!existing) return fileSystem_.RenameWithoutReplacing(partPath_, outputPath_);
+    const bool isSame = Replaces() && existing->identity == replacedInfo_.identity;
+    if (!isSame && (observer_ == nullptr || !observer_->MayReplace(*existing))) {
+        return FsStatus::NotPermitted;
+    }
+    return fileSystem_.RenameReplacing(partPath_, outputPath_);
 }
 
 FsStatus PendingOutput::Commit(const OpenFile& source, Extent extent) {
-    const FsStatus status = part_->CopyAttributesFrom(source);
+    const FsStatus status = TakeAttributes(source);
     return status == FsStatus::Ok ? CommitPrivate(extent) : OfWriting(status);
 }
 
@@ -102,7 +133,7 @@ FsStatus PendingOutput::CommitPrivate(Extent extent) {
     if (status != FsStatus::Ok) return OfNaming(status);
     // From here on the file stands under its own name. If its name cannot be brought to the
     // disk, a new output is taken back; one that was replaced cannot be.
-    partPath_ = replaces_ ? std::string{} : outputPath_;
+    partPath_ = Replaces() ? std::string{} : outputPath_;
     status = fileSystem_.FlushFolderOf(outputPath_);
     if (status != FsStatus::Ok) return OfWriting(status);
     partPath_.clear();
@@ -114,13 +145,21 @@ FsStatus PendingOutput::CommitPart(const OpenFile& source) {
     return status == FsStatus::Ok ? Commit(source, Extent::Part) : OfWriting(status);
 }
 
+void PendingOutput::OverwriteReplaced() {
+    const auto info = Replaces() ? replaced_->Info() : std::nullopt;
+    if (!info || info->linkCount != 0) return;
+    static_cast<void>(Overwriting(random_, info->lengthBytes).Run(*replaced_));
+}
+
 FsStatus WriteSafely(FileSystem& fileSystem, RandomSource& random, const std::string& path,
                      std::span<const std::byte> content, IfThere ifThere) {
-    PendingOutput file(fileSystem, random, path);
+    PendingOutput file(fileSystem, random, path, nullptr, {.overwrites = true});
     FsStatus status = file.Begin(content.size());
     if (file.Replaces() && ifThere == IfThere::Refuse) return FsStatus::AlreadyExists;
     if (status == FsStatus::Ok) status = file.Write(content);
-    return status == FsStatus::Ok ? file.CommitPrivate() : status;
+    if (status == FsStatus::Ok) status = file.CommitPrivate();
+    if (status == FsStatus::Ok) file.OverwriteReplaced();
+    return status;
 }
 
 FirstBytes ReadFirstBytes(FileSystem& fileSystem, const std::string& path, std::size_t most) {

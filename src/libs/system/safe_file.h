@@ -3,6 +3,7 @@
 // Files that must not be lost by halves: made beside their place, brought to the disk and renamed
 // into it. The results of the cipher are made so, and small files such as keyfiles and setups.
 
+#include "libs/system/clock.h"
 #include "libs/system/file_system.h"
 #include "libs/system/random.h"
 #include "libs/system/secret.h"
@@ -25,14 +26,22 @@ enum class Extent {
 class OutputObserver {
   public:
     virtual ~OutputObserver() = default;
-    /// Whether a file that has the output's name already may be replaced.
-    [[nodiscard]] virtual bool MayReplace() const = 0;
+    /// Whether `existing`, which has the output's name already, may be replaced.
+    [[nodiscard]] virtual bool MayReplace(const FileInfo& existing) = 0;
+    /// Whether the output is going to stand for its source, and so is to have all its attributes.
+    [[nodiscard]] virtual bool StandsForSource() const = 0;
     /// A file is about to be made at `partPath`.
     [[nodiscard]] virtual bool WillMake(const std::string& partPath) = 0;
     /// There it is.
     virtual void HasMade() = 0;
     /// It is on the disk and about to take the output's name.
     [[nodiscard]] virtual bool WillName(const FileInfo& info, Extent extent) = 0;
+};
+
+/// What becomes of an output that is not completed.
+struct Discarding {
+    bool overwrites = false; ///< it holds what nobody else must read
+    ProgressFunction progress = {};
 };
 
 /// An output under construction: a part beside the output path that takes its name only when it
@@ -44,8 +53,8 @@ class PendingOutput {
   public:
     /// `observer` may be null.
     PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
-                  OutputObserver* observer = nullptr);
-    /// Removes what was not committed.
+                  OutputObserver* observer = nullptr, Discarding discarding = {});
+    /// Discards what was not committed.
     ~PendingOutput();
     PendingOutput(const PendingOutput&) = delete;
     PendingOutput& operator=(const PendingOutput&) = delete;
@@ -55,31 +64,40 @@ class PendingOutput {
     [[nodiscard]] FsStatus Begin(std::uint64_t lengthBytes);
     /// Appends.
     [[nodiscard]] FsStatus Write(std::span<const std::byte> bytes);
-    /// Gives the part the attributes of `source`, brings it to the disk and gives it its name:
-    /// an output that was there at `Begin` is replaced in one step, one that appeared since is
-    /// not. (One that was replaced stays so when only the flush of its folder fails.)
+    /// Gives the part its attributes, brings it to the disk and gives it its name: an output that
+    /// was there at `Begin` is replaced in one step, one that appeared since is not. (One that was
+    /// replaced stays so when only the flush of its folder fails.) A replaced output's attributes
+    /// stay; one that stands for its source gets all of that one's, any other the mode less the
+    /// user's mask.
     [[nodiscard]] FsStatus Commit(const OpenFile& source, Extent extent = Extent::Whole);
     /// As Commit, for a result that ends early: the reserved rest is cut off.
     [[nodiscard]] FsStatus CommitPart(const OpenFile& source);
     /// As Commit, for a file without a source: only its owner may read it (0600).
     [[nodiscard]] FsStatus CommitPrivate(Extent extent = Extent::Whole);
 
+    /// After a commit: overwrites what was replaced, unless it has other names.
+    void OverwriteReplaced();
+
     /// Whether `Begin` found an output, which `Commit` is going to replace.
-    [[nodiscard]] bool Replaces() const { return replaces_; }
+    [[nodiscard]] bool Replaces() const { return replaced_ != nullptr; }
     [[nodiscard]] std::uint64_t WrittenBytes() const { return writtenBytes_; }
 
   private:
     [[nodiscard]] std::string NewPartPath();
     [[nodiscard]] FsStatus MakePart();
+    [[nodiscard]] FsStatus TakeAttributes(const OpenFile& source);
     [[nodiscard]] FsStatus TakeName();
+    void Discard();
 
     FileSystem& fileSystem_;
     RandomSource& random_;
     std::string outputPath_;
     OutputObserver* observer_;
+    Discarding discarding_;
     std::string partPath_; ///< empty while there is no such file
     std::unique_ptr<OpenFile> part_;
-    bool replaces_ = false;
+    std::unique_ptr<OpenFile> replaced_; ///< what had the output's name at `Begin`
+    FileInfo replacedInfo_;
     std::uint64_t writtenBytes_ = 0;
     Writeback writeback_;
 };
@@ -88,7 +106,8 @@ enum class IfThere { Replace, Refuse };
 
 /// Writes `content` as a file that only its owner may read (0600) and returns when it is on the
 /// disk under its name. On any failure nothing of it is left, and a file that was there is
-/// untouched (except that one is already replaced when only the flush of the folder fails).
+/// untouched (except that one is already replaced when only the flush of the folder fails). What
+/// is left of a failure is overwritten before it goes, and so is a file that was replaced.
 /// AlreadyExists when the name is taken and `ifThere` refuses that; otherwise as PendingOutput,
 /// with NotPermitted when the name is taken meanwhile.
 [[nodiscard]] FsStatus WriteSafely(FileSystem& fileSystem, RandomSource& random,

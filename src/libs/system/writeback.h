@@ -12,13 +12,15 @@ namespace zr5 {
 
 class Writeback {
   public:
-    /// To be told of everything that is appended to `file`, from its beginning on.
+    explicit Writeback(std::uint64_t offset = 0)
+        : begun_(offset), written_(offset), started_(offset) {}
+    /// To be told of everything that is written to `file` without a gap, from `offset` on.
     void Wrote(OpenFile& file, std::uint64_t bytes) {
         written_ += bytes;
         while (written_ - started_ >= Step) {
             file.StartWriteback(started_, Step);
             started_ += Step;
-            if (started_ > MostWaiting) {
+            if (started_ - begun_ > MostWaiting) {
                 const std::uint64_t oldest = started_ - MostWaiting - Step;
                 file.AwaitWriteback(oldest, Step);
                 file.ForgetCached(oldest, Step);
@@ -30,8 +32,9 @@ class Writeback {
     static constexpr std::uint64_t Step = std::uint64_t{8} << 20U;
     static constexpr std::uint64_t MostWaiting = 8 * Step;
 
-    std::uint64_t written_ = 0;
-    std::uint64_t started_ = 0;
+    std::uint64_t begun_;
+    std::uint64_t written_;
+    std::uint64_t started_;
 };
 
 } // namespace zr5

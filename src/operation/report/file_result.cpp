@@ -46,12 +46,13 @@ std::string ReasonText(EngineResult result) {
                ContinuationLine("Decryption key is incorrect or ciphertext is corrupt.");
     case EngineResult::DiskFull:
         return "Write error: disk full.";
-    case EngineResult::NotInitialised:
-        return UnknownError(result) + ContinuationLine("There is not enough memory for the key.");
+    case EngineResult::Stopped:
     case EngineResult::Success:
     case EngineResult::OneDamagedBlock:
     case EngineResult::NineDamagedBlocks:
         break;
+    case EngineResult::NotInitialised:
+        return UnknownError(result) + ContinuationLine("There is not enough memory for the key.");
     }
     return UnknownError(result);
 }
@@ -60,6 +61,44 @@ std::string EngineText(EngineResult result, const std::string& output) {
     std::string text = ReasonText(result);
     if (IsPartial(result)) text += ContinuationLine("Partial plaintext may be in " + output + ".");
     return text;
+}
+
+std::string RemarkText(Remark remark) {
+    switch (remark) {
+    case Remark::None:
+        return {};
+    case Remark::NotOverwritten:
+        return "The old content was not overwritten completely before it was removed.";
+    case Remark::NotFlushed:
+        return "The disk has not confirmed the new name.  After a power failure, start this "
+               "program again: it sees to it.";
+    case Remark::NotNoted:
+        return "The file is unchanged: the last step could not be noted first.";
+    case Remark::NotWritable:
+        return "The file is unchanged: it cannot be overwritten.";
+    case Remark::NotRemovable:
+        return "The file is unchanged: it cannot be removed from its folder.";
+    case Remark::HasSeveralNames:
+        return "The file is unchanged: it has other names (hard links), which show the same "
+               "content.";
+    case Remark::NoRoom:
+        return "The file is unchanged: the disk has no room to overwrite it.";
+    case Remark::Changed:
+        return "The file was changed meanwhile and is left as it is.";
+    case Remark::Unreadable:
+        return "The file cannot be read any more, so the result could not be compared with it.";
+    case Remark::Vanished:
+        return "The file itself has vanished.";
+    case Remark::NameTaken:
+        return "Another file has taken its name and is left as it is.";
+    case Remark::NotNamed:
+        return "The file itself is gone: the result is the only copy.";
+    case Remark::NotRemoved:
+        return "The file was overwritten but cannot be removed: the result is the only copy.";
+    case Remark::OutputAppeared:
+        return "A file of this name has appeared meanwhile and is left as it is.";
+    }
+    std::abort();
 }
 
 std::string ResultIsIn(const std::string& output, Direction direction) {
@@ -83,8 +122,10 @@ bool FileResult::NamesOutput() const {
     return IsProcessed() || (outcome == Outcome::EngineFailed && IsPartial(engineResult));
 }
 
-std::string ResultText(const FileResult& result, const std::string& inputPath, Direction direction,
-                       std::uint64_t outputBytes) {
+namespace {
+
+std::string OutcomeText(const FileResult& result, const std::string& inputPath, Direction direction,
+                        std::uint64_t outputBytes) {
     const auto verb = [direction](const char* word) { return VerbForm(direction, word); };
     const std::string output = DisplayName(result.outputPath);
     switch (result.outcome) {
@@ -113,6 +154,15 @@ std::string ResultText(const FileResult& result, const std::string& inputPath, D
         return EngineText(result.engineResult, output);
     }
     std::abort();
+}
+
+} // namespace
+
+std::string ResultText(const FileResult& result, const std::string& inputPath, Direction direction,
+                       std::uint64_t outputBytes) {
+    const std::string text = OutcomeText(result, inputPath, direction, outputBytes);
+    if (result.remark == Remark::None) return text;
+    return text + ContinuationLine(RemarkText(result.remark));
 }
 
 } // namespace zr5

@@ -22,6 +22,29 @@ enum class Outcome {
     EngineFailed, ///< `FileResult::engineResult` says why
 };
 
+/// What else there is to say of a file.
+enum class Remark {
+    None,
+    // The result has its name:
+    NotOverwritten, ///< not all of the old content was overwritten before it went
+    NotFlushed,     ///< the disk has not confirmed the new name
+    // The result has not, and the file that was worked on is as it was:
+    NotNoted, ///< the last step could not be noted in the journal
+    NotWritable,
+    NotRemovable,
+    HasSeveralNames,
+    NoRoom,     ///< to overwrite it
+    Changed,    ///< is no longer what was read
+    Unreadable, ///< any more, so that the result could not be compared with it
+    // The same, but the file that was worked on:
+    Vanished,
+    NameTaken,  ///< went, and another file has its name
+    NotNamed,   ///< went
+    NotRemoved, ///< was overwritten and is still there
+    // There is no result:
+    OutputAppeared, ///< a file that the user has not agreed to replace
+};
+
 struct FileResult {
     Outcome outcome = Outcome::Done;
     EngineResult engineResult = EngineResult::Success;
@@ -30,6 +53,7 @@ struct FileResult {
     std::string outputPath = {};
     /// What may be left of the result of a failed operation; empty when nothing can be.
     std::string leftPath = {};
+    Remark remark = Remark::None;
 
     /// Done, or failed as `result` says.
     [[nodiscard]] static FileResult OfEngine(EngineResult result, std::string outputPath);
@@ -42,7 +66,8 @@ struct FileResult {
 /// Begins each line of the report that goes on with a file's entry.
 inline constexpr const char* ContinuationIndent = "              ";
 
-/// What the report says of a file. `outputBytes` is the length of a result that is there.
+/// What the report says of a file, the remark included. `outputBytes` is the length of a result
+/// that is there.
 [[nodiscard]] std::string ResultText(const FileResult& result, const std::string& inputPath,
                                      Direction direction, std::uint64_t outputBytes);
 

@@ -72,6 +72,11 @@ void ReportScreen::StopPressed() {
     NotifyState();
 }
 
+void ReportScreen::StopAtOnce() {
+    stopsAtOnce_ = true;
+    StopPressed();
+}
+
 bool ReportScreen::MayClose() {
     closesAfterRun_ = IsRunning();
     StopPressed();

@@ -70,6 +70,8 @@ class ReportScreen {
 
     // What the user does.
     void StopPressed();
+    /// The program is to end: the run stops within the file.
+    void StopAtOnce();
     /// The window is to be closed. False while a run goes on: it is stopped, and the window closes
     /// when it has ended (`ClosesNow`).
     [[nodiscard]] bool MayClose();
@@ -96,6 +98,8 @@ class ReportScreen {
     void RandomnessBufferFull();
     [[nodiscard]] bool ReportsFiles() const { return !perFileReportingOff_; }
     [[nodiscard]] bool StopRequested() const { return stopRequested_; }
+    /// Whether the file that is being written is to be undone.
+    [[nodiscard]] bool StopsAtOnce() const { return stopsAtOnce_; }
     /// Between two files: waits while the user has paused.
     void PauseStep();
     /// The operation, or a part of it, is about so many files and bytes; the time left is told of
@@ -122,6 +126,7 @@ class ReportScreen {
     State state_ = State::Idle;
     Direction operation_ = Direction::Encrypt;
     bool stopRequested_ = false;
+    bool stopsAtOnce_ = false; ///< for good: the program ends
     bool closesAfterRun_ = false;
     bool pauseRequested_ = false;
     bool perFileReportingOff_ = false;

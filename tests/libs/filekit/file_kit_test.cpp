@@ -1,6 +1,7 @@
 #include "libs/filekit/purge.h"
 #include "support/child_process.h"
 #include "support/fixtures.h"
+#include "support/mounted_disk.h"
 
 #include <filesystem>
 #include <sys/stat.h>
@@ -91,30 +92,65 @@ TEST_F(Kit, PurgesByOverwritingAllBeforeTheNameGoes) {
     }
 }
 
-TEST_F(Kit, PurgesOnlyWhatItIsAllowedTo) {
+TEST_F(Kit, PurgesOnlyWhatItMay) {
     for (const char* content : {"content", ""}) { // an empty file, too, is asked about
         folder.Write("file", content);
         const auto refuse = [](const FileInfo&, std::span<const std::byte>) { return false; };
         EXPECT_EQ(Purge("file", PurgeMode::OverwriteAndDelete, {{}, refuse}),
-                  PurgeResult::NotOverwritten);
+                  PurgeResult::NotAllowed);
         EXPECT_EQ(folder.Read("file"), content);
     }
     disk.Reset();
     EXPECT_EQ(Purge("file", PurgeMode::DeleteOnly), PurgeResult::Done);
     EXPECT_EQ(disk.WrittenBytes(), 0U);
-    EXPECT_EQ(folder.Names(), Names{});
-}
-
-TEST_F(Kit, PurgesNothingThatHasOtherNamesOrIsNoFile) {
     folder.Write("file", "content");
     fs::create_hard_link(folder / "file", folder / "hard");
     folder.MakeSpecials("file");
     const Names before = folder.Names();
     for (const char* name : {"file", "hard", "link", "folder", "pipe", "none"})
-        EXPECT_NE(Purge(name), PurgeResult::Done) << name;
-    EXPECT_NE(Purge("folder", PurgeMode::DeleteOnly), PurgeResult::Done);
+        EXPECT_FALSE(HasGone(Purge(name))) << name;
+    EXPECT_FALSE(HasGone(Purge("folder", PurgeMode::DeleteOnly)));
     EXPECT_EQ(folder.Names(), before);
     EXPECT_EQ(folder.Read("file"), "content");
+}
+
+TEST_F(Kit, BeginsNoPurgeThatItsFolderOrItsDiskWillNotLetEnd) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, to act as two users and to mount disks";
+    const std::string content(1'000'000, 'A');
+    const std::string path = folder.Write("theirs", content);
+    ASSERT_EQ(chmod(path.c_str(), 0666), 0);
+    ASSERT_EQ(chmod(folder.Path().c_str(), 01777), 0); // as /tmp is
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Purge("theirs") == PurgeResult::NotRemovable; }));
+    EXPECT_EQ(folder.Read("theirs"), content);
+
+    const MountedDisk copying("btrfs", 256 * MiB);
+    if (!copying.IsMounted()) GTEST_SKIP() << "no btrfs can be made and mounted here";
+    const std::string file = copying.folder.Write("file", std::string(80 * MiB, 'A'));
+    fs::create_directory(copying.folder / "filler");
+    for (unsigned i = 0; system->FreeBytes(file).value() > 70 * MiB; ++i) {
+        copying.folder.Write("filler/" + std::to_string(i), PatternBytes(8 * MiB, i));
+        sync(); // only then is it counted
+    }
+    EXPECT_EQ(kit->purge_file(file, PurgeMode::OverwriteAndDelete, {}), PurgeResult::NoRoom);
+    EXPECT_EQ(copying.folder.Read("file"), std::string(80 * MiB, 'A'));
+    copying.folder.Remove("filler");
+    sync();
+    EXPECT_EQ(kit->purge_file(file, PurgeMode::OverwriteAndDelete, {}), PurgeResult::Done);
+}
+
+TEST_F(Kit, LeavesHolesAloneWhileItOverwrites) {
+    const std::string path = folder.Write("file", std::string(5000, 'A'));
+    const std::uint64_t length = 64 * MiB;
+    fs::resize_file(path, length);
+    const OpenResult watching = system->OpenForReading(path);
+    disk.Reset();
+    EXPECT_EQ(Purge("file"), PurgeResult::Done);
+    EXPECT_LT(disk.WrittenBytes(), MiB);
+    std::vector<std::byte> begin(5000);
+    ASSERT_EQ(watching.file->Read(begin).count, begin.size());
+    EXPECT_EQ(
+        std::string(reinterpret_cast<const char*>(begin.data()), begin.size()).find("AAAAAAAA"),
+        std::string::npos);
 }
 
 TEST_F(Kit, PurgesAWriteProtectedFileOnlyOfItsOwner) {
@@ -136,40 +172,53 @@ TEST_F(Kit, PurgesAWriteProtectedFileOnlyOfItsOwner) {
     }
 }
 
-TEST_F(Kit, SaysWhenAPurgeFailedAndKeepsTheName) {
-    for (const FsCall kind :
-         {FsCall::Open, FsCall::FileInfo, FsCall::Write, FsCall::Flush, FsCall::Remove}) {
+TEST_F(Kit, LeavesAFileWholeOrTakesItsNameWhicheverCallFails) {
+    using enum PurgeResult;
+    for (const auto& [kind, result] :
+         {std::pair{FsCall::Open, NotOpened}, std::pair{FsCall::FileInfo, NotOpened},
+          std::pair{FsCall::Write, NotOverwritten}, std::pair{FsCall::Flush, NotOverwritten},
+          std::pair{FsCall::Remove, NotRemoved}}) {
         SCOPED_TRACE(static_cast<int>(kind));
-        folder.Write("file", std::string(1000, 'A'));
+        const std::string content(1000, 'A');
+        folder.Write("file", content);
         disk.Reset();
         disk.Fail(kind, 1);
-        EXPECT_NE(Purge("file"), PurgeResult::Done);
+        EXPECT_EQ(Purge("file"), result);
         EXPECT_TRUE(disk.AllMet());
-        EXPECT_EQ(folder.Read("file").size(), 1000U);
+        EXPECT_NE(folder.Has("file"), HasGone(result));
+        EXPECT_TRUE(result != NotOpened || folder.Read("file") == content);
     }
+    folder.Write("file", "old");
+    disk.Reset();
+    disk.Before(FsCall::Flush, 1, [&] {
+        folder.Remove("file");
+        folder.Write("file", "of somebody else");
+    });
+    EXPECT_EQ(Purge("file"), NameTaken);
+    EXPECT_EQ(folder.Read("file"), "of somebody else");
 }
 
 TEST_F(Kit, FindsAFreeNameBesideAFileUntilEveryNameIsTaken) {
-    EXPECT_EQ(NewName("a.zr5"), "a.zr5.zr5");
-    EXPECT_EQ(NewName("a"), "a.zr5");
-    folder.Write("a.zr5", "");
-    EXPECT_EQ(NewName("a"), "a.zr5-2");
-    fs::create_symlink(folder / "nowhere", folder / "a.zr5-2"); // taken, too
+    EXPECT_EQ(NewName("a.zr5"), "a.zr5.zr5-new");
+    EXPECT_EQ(NewName("a"), "a.zr5-new");
+    folder.Write("a.zr5-new", "");
+    EXPECT_EQ(NewName("a"), "a.zr5-new-2");
+    fs::create_symlink(folder / "nowhere", folder / "a.zr5-new-2"); // taken, too
     for (int i = 3; i <= 999; ++i)
-        fs::create_directory(folder / "a.zr5-" + std::to_string(i));
+        fs::create_directory(folder / "a.zr5-new-" + std::to_string(i));
     EXPECT_FALSE(kit->new_filepath_extension(folder / "a"));
-    folder.Remove("a.zr5-999");
-    EXPECT_EQ(NewName("a"), "a.zr5-999");
+    folder.Remove("a.zr5-new-999");
+    EXPECT_EQ(NewName("a"), "a.zr5-new-999");
 }
 
 TEST_F(Kit, ShortensALongNameBetweenItsCharacters) {
-    EXPECT_EQ(NewName(std::string(252, 'x')), std::string(251, 'x') + ".zr5");
-    EXPECT_EQ(NewName(std::string(248, 'x') + "\xE2\x82\xAC" + "yyyy"),
-              std::string(248, 'x') + "\xE2\x82\xAC.zr5");
-    EXPECT_EQ(NewName(std::string(250, 'x') + "\xE2\x82\xAC"), std::string(250, 'x') + ".zr5");
-    EXPECT_EQ(NewName(std::string(255, '\x80')), std::string(251, '\x80') + ".zr5");
-    folder.Write(std::string(251, 'x') + ".zr5", "");
-    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(249, 'x') + ".zr5-2");
+    EXPECT_EQ(NewName(std::string(248, 'x')), std::string(247, 'x') + ".zr5-new");
+    EXPECT_EQ(NewName(std::string(244, 'x') + "\xE2\x82\xAC" + "yyyy"),
+              std::string(244, 'x') + "\xE2\x82\xAC.zr5-new");
+    EXPECT_EQ(NewName(std::string(246, 'x') + "\xE2\x82\xAC"), std::string(246, 'x') + ".zr5-new");
+    EXPECT_EQ(NewName(std::string(255, '\x80')), std::string(247, '\x80') + ".zr5-new");
+    folder.Write(std::string(247, 'x') + ".zr5-new", "");
+    EXPECT_EQ(NewName(std::string(255, 'x')), std::string(245, 'x') + ".zr5-new-2");
 }
 
 TEST_F(Kit, KnowsWhereANewFileCanBeMade) {

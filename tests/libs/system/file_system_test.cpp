@@ -5,6 +5,7 @@
 #include "libs/cipher/engine_fixture.h"
 #include "support/child_process.h"
 #include "support/fixtures.h"
+#include "support/mounted_disk.h"
 
 #include <array>
 #include <filesystem>
@@ -123,13 +124,27 @@ std::string AttributeOf(const std::string& path, const char* name) {
     return length < 0 ? "(none)" : std::string(value.data(), static_cast<std::size_t>(length));
 }
 
+/// Says that an output stands for its source, or may replace what was there.
+struct Observer final : OutputObserver {
+    bool isInPlace = true;
+    bool MayReplace(const FileInfo& /*existing*/) override { return true; }
+    [[nodiscard]] bool StandsForSource() const override { return isInPlace; }
+    bool WillMake(const std::string& /*partPath*/) override { return true; }
+    void HasMade() override {}
+    bool WillName(const FileInfo& /*info*/, Extent /*extent*/) override { return true; }
+};
+
 class Attributes : public EngineTest {
   protected:
-    /// `plain` becomes `sealed`, and that `back`.
-    void GoThroughBoth() const {
-        ASSERT_EQ(Encrypt("plain", "sealed"), Success);
-        ASSERT_EQ(Decrypt("sealed", "back"), Success);
+    /// `plain` becomes `sealed`, and that `back`, as in place.
+    void GoThroughBoth() {
+        Engine().operation_initialization(Key, Direction::Encrypt);
+        const EngineHooks hooks{.observer = &observer};
+        ASSERT_EQ(Engine().encrypt_file(folder / "plain", folder / "sealed", hooks), Success);
+        Engine().operation_initialization(Key, Direction::Decrypt);
+        ASSERT_EQ(Engine().decrypt_file(folder / "sealed", folder / "back", hooks), Success);
     }
+    Observer observer;
 };
 
 TEST_F(Attributes, ModeAndExtendedOnesGoThroughBothDirections) {
@@ -166,6 +181,13 @@ TEST_F(Attributes, AccessListsGoThroughBothDirections) {
     EXPECT_EQ(AttributeOf(folder / "sealed", Name), list);
     EXPECT_EQ(AttributeOf(folder / "back", Name), list);
 
+    // Without the list its mask would be the group's.
+    const MountedDisk noLists("ramfs", "");
+    if (noLists.IsMounted()) {
+        EXPECT_EQ(EncryptPath(plain, noLists.folder / "sealed"), Success);
+        EXPECT_EQ(ModeOf(noLists.folder / "sealed"), 0600U);
+    }
+
     // What a folder gives to new files must not make the result readable for more people.
     ASSERT_EQ(
         setxattr(folder.Path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0),
@@ -173,6 +195,26 @@ TEST_F(Attributes, AccessListsGoThroughBothDirections) {
     removexattr(plain.c_str(), Name);
     ASSERT_EQ(Encrypt("plain", "private"), Success);
     EXPECT_EQ(AttributeOf(folder / "private", Name), AttributeOf(plain, Name));
+}
+
+TEST_F(Attributes, OfAnotherFileAreNoWiderThanItsPlaceAllows) {
+    const std::string plain = folder.Write("plain", "content");
+    const mode_t mask = umask(0077);
+    for (const auto& [source, there, result] :
+         {std::tuple{0644U, 0U, 0600U}, std::tuple{0644U, 0600U, 0600U},
+          std::tuple{0600U, 0640U, 0640U}, std::tuple{04755U, 0U, 0700U}}) {
+        SCOPED_TRACE(testing::Message() << std::oct << source << " over " << there);
+        folder.Remove("out");
+        ASSERT_EQ(chmod(plain.c_str(), source), 0);
+        if (there != 0) {
+            ASSERT_EQ(chmod(folder.Write("out", "old").c_str(), there), 0);
+            setxattr((folder / "out").c_str(), "user.origin", "its own", 7, 0);
+        }
+        ASSERT_EQ(Encrypt("plain", "out"), Success);
+        EXPECT_EQ(ModeOf(folder / "out"), result);
+        EXPECT_EQ(AttributeOf(folder / "out", "user.origin"), there != 0 ? "its own" : "(none)");
+    }
+    umask(mask);
 }
 
 TEST_F(Attributes, NobodyElseReadsTheResultBeforeItIsDone) {
@@ -200,7 +242,10 @@ TEST_F(Attributes, AnotherOwnersRightsAreNotLentToWhatIsOurs) {
     const std::string plain = folder.Write("plain", "content");
     ASSERT_EQ(chmod(plain.c_str(), 06754), 0);
     ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
-    EXPECT_TRUE(AsOrdinaryUser({}, [&] { return Encrypt("plain", "sealed") == Success; }));
+    EXPECT_TRUE(AsOrdinaryUser({}, [&] {
+        GoThroughBoth();
+        return folder.Has("back");
+    }));
     EXPECT_EQ(StatOf(folder / "sealed").st_uid, 65534U);
     EXPECT_EQ(ModeOf(folder / "sealed"), 0744U)
         << "neither set-id bits for the wrong user nor rights of one group for another";

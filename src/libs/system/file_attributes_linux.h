@@ -1,0 +1,19 @@
+#pragma once
+
+// Owner, mode, access lists and extended attributes of one file for another: what a result gets of
+// the file that it comes from.
+
+#include "libs/system/file_system.h"
+
+namespace zr5 {
+
+/// Whether a failed attribute call, which left `error` in errno, means that the disk is at fault,
+/// and not merely that this file system does not know the attribute or this user may not set it.
+[[nodiscard]] bool IsRealFailure(int error);
+
+/// As `OpenFile::CopyAttributesFrom`; both are open descriptors.
+[[nodiscard]] FsStatus CopyAttributes(int from, int to);
+/// As `OpenFile::TakeModeFrom`.
+[[nodiscard]] FsStatus CopyModeLessMask(int from, int to);
+
+} // namespace zr5
