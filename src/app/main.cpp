@@ -2,13 +2,14 @@
 
 #include "app/program.h"
 #include "app/system_machine.h"
-#include "libs/system/secret.h"
+#include "libs/system/process.h"
 #include "ui/appearance.h"
 #include "ui/qt_user_port.h"
 
 #include <filesystem>
 #include <QApplication>
 #include <QFile>
+#include <QSocketNotifier>
 #include <QStandardPaths>
 
 namespace {
@@ -35,5 +36,18 @@ int main(int argc, char** argv) {
     Program program(machine.For(
         user, NativePath(QCoreApplication::applicationFilePath()),
         NativePath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))));
-    return program.Start() ? QApplication::exec() : 1;
+    const auto end = [&] {
+        user.EndQuestions();
+        program.EndFromOutside();
+    };
+    const EndRequests requests;
+    QSocketNotifier asked(requests.Descriptor(), QSocketNotifier::Read);
+    asked.setEnabled(requests.Descriptor() >= 0);
+    QObject::connect(&asked, &QSocketNotifier::activated, [&] {
+        asked.setEnabled(false);
+        end();
+    });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, end); // of the session
+    if (!program.Start()) return 1;
+    return program.HasEnded() ? 0 : QApplication::exec();
 }

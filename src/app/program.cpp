@@ -21,9 +21,13 @@ struct Program::Parts {
           operations(desk, key, machine),
           randomness(desk, machine),
           window({machine, desk, setups, key, operations, randomness, [this] { OpenManual(); },
-                  [this](const std::string& caption) {
-                      return QuitProgram(machine, desk, setups, key, caption);
-                  }}) {}
+                  [this](const std::string& caption) { return Quit(caption); }}) {}
+
+    bool Quit(const std::string& caption) {
+        if (!isEnded) return QuitProgram(machine, desk, setups, key, caption);
+        ForgetKey(machine, key);
+        return true;
+    }
 
     /// The maker's page, too, is the manual that comes with the program.
     void OpenManual() {
@@ -37,6 +41,7 @@ struct Program::Parts {
     SetupStore setups;
     Operations operations;
     RandomnessReport randomness;
+    bool isEnded = false; ///< from outside
     MainWindow window;
 };
 
@@ -56,6 +61,16 @@ bool Program::Start() {
                                 window.show();
                             }};
     return StartProgram(parts_->machine, parts_->desk, parts_->setups, parts_->key, steps);
+}
+
+void Program::EndFromOutside() {
+    parts_->isEnded = true;
+    parts_->operations.RequestStopAtOnce();
+    parts_->window.close(); // or, while something runs, afterwards
+}
+
+bool Program::HasEnded() const {
+    return parts_->isEnded;
 }
 
 QWidget& Program::Window() {

@@ -25,6 +25,12 @@ class Program {
     /// said so.
     [[nodiscard]] bool Start();
 
+    /// Ends the program as by Quit, but without questions: a file that is being written is undone,
+    /// a replacement that has begun is finished.
+    void EndFromOutside();
+    /// Whether that was asked for.
+    [[nodiscard]] bool HasEnded() const;
+
     [[nodiscard]] QWidget& Window();
     [[nodiscard]] const CurrentKey& Key() const;
 

@@ -89,11 +89,15 @@ bool StartProgram(Machine& machine, SetupDesk& desk, SetupStore& setups, Current
     return true;
 }
 
+void ForgetKey(Machine& machine, CurrentKey& key) {
+    EraseKey(key, machine.engine);
+    machine.engine.deallocate_buffers();
+}
+
 bool QuitProgram(Machine& machine, const SetupDesk& desk, const SetupStore& setups, CurrentKey& key,
                  const std::string& caption) {
     if (!UserWantsToQuit(machine, desk, key, caption)) return false;
-    EraseKey(key, machine.engine);
-    machine.engine.deallocate_buffers();
+    ForgetKey(machine, key);
     OfferToWipe(machine, setups.NextRunSetupPath());
     return true;
 }

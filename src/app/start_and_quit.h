@@ -37,6 +37,9 @@ struct WindowSteps {
 [[nodiscard]] bool StartProgram(Machine& machine, SetupDesk& desk, SetupStore& setups,
                                 CurrentKey& key, const WindowSteps& window);
 
+/// The steps of quitting that need no answer: nothing of a key stays in memory.
+void ForgetKey(Machine& machine, CurrentKey& key);
+
 /// Runs the steps of quitting. False when the user wants to stay; nothing has changed then.
 /// `caption` titles the question.
 [[nodiscard]] bool QuitProgram(Machine& machine, const SetupDesk& desk, const SetupStore& setups,

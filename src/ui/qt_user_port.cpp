@@ -90,7 +90,23 @@ QtUserPort::QtUserPort() {
     KeepNoHistory();
 }
 
+void QtUserPort::EndQuestions() {
+    questionsEnded_ = true;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<QDialog*>(window);
+        if (dialog == nullptr || !dialog->isVisible() || !dialog->isModal()) continue;
+        if (auto* question = dynamic_cast<QuestionBox*>(dialog)) {
+            question->LeaveByDefault();
+        } else {
+            dialog->reject();
+        }
+    }
+}
+
 Answer QtUserPort::Ask(const MessageBox& box) {
+    if (questionsEnded_) {
+        return box.mustBeAnswered ? box.defaultButton : AnswerThatChangesNothing(box.buttons);
+    }
     QuestionBox window(QApplication::activeWindow(), box.mustBeAnswered);
     window.setWindowTitle(TitleOf(box));
     window.setText(ToQt(box.text));
@@ -108,6 +124,7 @@ Answer QtUserPort::Ask(const MessageBox& box) {
 }
 
 std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
+    if (questionsEnded_) return std::nullopt;
     NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
     const bool saves = picker.kind == FilePicker::Kind::Save;
     dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -122,6 +139,7 @@ std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
 }
 
 std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
+    if (questionsEnded_) return std::nullopt;
     NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);

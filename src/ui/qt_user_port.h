@@ -26,11 +26,16 @@ class QtUserPort final : public UserPort {
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 
+    /// The program is to end: whatever stands open is left, and from now on every question has the
+    /// answer that changes nothing, without being shown. One that must be answered has its default.
+    void EndQuestions();
+
   private:
     [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
 
     MessageBoxDresser dresser_;
+    bool questionsEnded_ = false;
     /// By the title of the picker, where the user was last with it: somebody who saves a setup is
     /// not to be led to the keyfile.
     QHash<QString, QString> lastFolders_;

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QSpacerItem>
 #include <QTreeView>
@@ -75,6 +76,14 @@ bool MessageBoxDresser::eventFilter(QObject* watched, QEvent* event) {
         if (auto* box = qobject_cast<QMessageBox*>(watched)) Dress(*box);
     }
     return QObject::eventFilter(watched, event);
+}
+
+void QuestionBox::LeaveByDefault() {
+    if (mustBeAnswered_) {
+        done(standardButton(defaultButton()));
+    } else {
+        reject();
+    }
 }
 
 void QuestionBox::done(int button) {

@@ -25,6 +25,8 @@ class QuestionBox final : public QMessageBox {
   public:
     QuestionBox(QWidget* parent, bool mustBeAnswered)
         : QMessageBox(parent), mustBeAnswered_(mustBeAnswered) {}
+    /// Closes the box without the user: by its default button where it must be answered.
+    void LeaveByDefault();
     void done(int button) override;
     void reject() override;
 

@@ -1,8 +1,11 @@
 
 #include "app/end_to_end_fixture.h"
+#include "libs/system/process.h"
 
+#include <csignal>
 #include <fstream>
 #include <map>
+#include <poll.h>
 
 namespace zr5::test {
 namespace {
@@ -51,6 +54,28 @@ TEST_F(EndToEnd, StaysAliveDuringALargeFileAndFinishesItWhenStopped) {
     EXPECT_GT(seen, 2) << "the engine must let the interface react while it works";
     EXPECT_GT(seenDuringPurge, 2) << "and so must the overwriting of the input";
     user.onEvents = nullptr;
+}
+
+TEST_F(EndToEnd, EndsWithinAFileWhenThatIsAskedFromOutside) {
+    folder.Write("large.odg", "");
+    std::filesystem::resize_file(folder / "large.odg", std::uintmax_t{400} << 20U);
+    TypeKey();
+    ChooseInput("large.odg");
+    const EndRequests requests;
+    pollfd asked{requests.Descriptor(), POLLIN, 0};
+    int seen = 0;
+    user.onEvents = [&] {
+        QWidget* report = TopWindow("frmReport");
+        const bool works = report != nullptr && Control(*report, "prgFile").isVisible();
+        if (works && ++seen == 2) raise(SIGTERM);
+        if (!program->HasEnded() && poll(&asked, 1, 0) == 1) program->EndFromOutside();
+    };
+    EXPECT_EQ(Perform().find("-> "), std::string::npos);
+    user.onEvents = nullptr;
+    EXPECT_FALSE(Main().isVisible());
+    EXPECT_FALSE(program->Key().IsHeld());
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"large.odg"});
+    EXPECT_EQ(std::ifstream(folder / "large.odg").get(), 0) << "untouched";
 }
 
 TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {

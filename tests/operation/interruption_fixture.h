@@ -70,6 +70,7 @@ class Interruption : public EngineTest {
     }
     std::string Run() {
         ReportScreen screen(user, clock);
+        running = &screen;
         OperationJournal journal(Disk());
         RunOperation({.setup = setup,
                       .key = key,
@@ -143,6 +144,7 @@ class Interruption : public EngineTest {
     WorkList list;
     std::optional<FileIdentity> agreed; ///< the output that may be replaced
     std::function<void()> beforePurge;
+    ReportScreen* running = nullptr; ///< of the last run
 };
 
 } // namespace zr5::test

@@ -231,6 +231,30 @@ TEST_F(Interruption, OfTheWritingBackIsToldByTheFlush) {
     }
 }
 
+TEST_F(Interruption, FromOutsideUndoesAFileOrFinishesItsReplacement) {
+    unsigned undone = 0;
+    unsigned finished = 0;
+    original = PatternBytes(2'200'000);
+    for (const Way& way : Ways) {
+        for (unsigned number = 1;; ++number) {
+            PrepareFor(way);
+            Disk().BeforeAny(number, [&] { running->StopAtOnce(); });
+            const std::string report = Run();
+            if (!Disk().AllMet()) break;
+            Disk().Reset();
+            const bool isDone = report.find("-> ") != std::string::npos;
+            ++(isDone ? finished : undone);
+            ASSERT_TRUE(NothingIsLost(way)) << number << report;
+            const bool isThere = !way.elsewhere || other.Has("a");
+            EXPECT_EQ(isThere && OutputIsComplete(way), isDone) << number << report;
+            EXPECT_EQ(Unnamed({}), Names{}) << number << report;
+            EXPECT_EQ(config.Names(), Names{}) << number << report;
+        }
+    }
+    EXPECT_GT(undone, 50U);
+    EXPECT_GT(finished, 20U);
+}
+
 TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
     unsigned kills = 0;
     for (const std::size_t length : {1U, 70'000U}) {

@@ -51,11 +51,4 @@ class SecretBytes {
     std::size_t size_ = 0;
 };
 
-/// Switches core dumps of this process off and keeps other processes of the user from reading
-/// its memory. Called once, first thing in the program.
-void ForbidCoreDumps() noexcept;
-
-/// Makes a file that grows past the limit of the process a write error, in place of its end.
-void SurviveFileSizeLimit() noexcept;
-
 } // namespace zr5

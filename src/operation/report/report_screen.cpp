@@ -96,7 +96,7 @@ void ReportScreen::CopyPressed(const std::string& selection) {
 void ReportScreen::BeginRun(Direction operation) {
     operation_ = operation;
     text_.Clear();
-    stopRequested_ = false;
+    stopRequested_ = stopsAtOnce_;
     pauseRequested_ = false;
     perFileReportingOff_ = false;
     closesAfterRun_ = false;
@@ -223,7 +223,7 @@ std::string ReportScreen::ProgressText() const {
 }
 
 void ReportScreen::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
-    if (view_ == nullptr) return;
+    if (view_ == nullptr || stopsAtOnce_) return;
     time_.Pause([&] { view_->ShowPurgeWarning(warning, path); });
 }
 
