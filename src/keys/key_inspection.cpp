@@ -49,6 +49,12 @@ void AppendCharacter(std::string& line, std::uint8_t byte) {
     AppendUtf8(line, CodePage1252Character(byte));
 }
 
+/// A text that is wiped however its owner is left.
+struct WipedText {
+    std::string text;
+    ~WipedText() { Wipe(std::as_writable_bytes(std::span(text))); }
+};
+
 } // namespace
 
 KeyInspection::KeyInspection(const InspectedKey& key, FileKit& fileKit)
@@ -73,7 +79,8 @@ std::string_view KeyInspection::Part(std::size_t row) const {
 
 SecretBytes KeyInspection::Row(std::size_t row) const {
     constexpr std::size_t WidestCell = 4;
-    std::string line;
+    WipedText wiped;
+    std::string& line = wiped.text;
     line.reserve(BytesInARow * WidestCell); // never moved, so that there is one copy to wipe
     for (const char character : Part(row)) {
         const auto byte = static_cast<std::uint8_t>(character);
@@ -90,9 +97,7 @@ SecretBytes KeyInspection::Row(std::size_t row) const {
             break;
         }
     }
-    SecretBytes secret = SecretBytes::CopyOf(line);
-    Wipe(std::as_writable_bytes(std::span(line)));
-    return secret;
+    return SecretBytes::CopyOf(line);
 }
 
 std::string KeyInspection::LayoutNote() const {

@@ -2,6 +2,7 @@
 
 // The calls through which the program reaches its cipher, and what they answer.
 
+#include "libs/cipher/zr5_format.h"
 #include "libs/system/clock.h"
 #include "libs/system/file_system.h"
 #include "libs/system/random.h"
@@ -96,9 +97,11 @@ class CipherEngine {
                                                    const EngineHooks& hooks) = 0;
 };
 
-/// The engine for file format 1 (docs/format.md). It keeps references to all three.
+/// The engine for file format 1 (docs/format.md). It keeps references to all three. With another
+/// `cost` than the format's, its files are for nobody else.
 [[nodiscard]] std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,
-                                                             RandomSource& random);
+                                                             RandomSource& random,
+                                                             Argon2Cost cost = FormatCost);
 
 /// Whether a file begins like one that this engine has encrypted. No proof, but other files do
 /// not begin so in practice.

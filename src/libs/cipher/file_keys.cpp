@@ -11,13 +11,19 @@ void MasterKeys::SetKey(std::string_view key) {
     ++generation_;
 }
 
+void MasterKeys::Clear() {
+    entries_.clear();
+    key_.Clear();
+    ++generation_;
+}
+
 const SecretBytes* MasterKeys::For(const RunSalt& salt) {
     const auto known = std::ranges::find(entries_, salt, &Entry::salt);
     if (known != entries_.end()) {
         std::rotate(known, known + 1, entries_.end());
         return &entries_.back().master;
     }
-    SecretBytes master = DeriveMaster(key_.bytes(), salt);
+    SecretBytes master = DeriveMaster(key_.bytes(), salt, cost_);
     if (master.empty()) return nullptr;
     if (entries_.size() == MostEntries) entries_.erase(entries_.begin());
     entries_.push_back({salt, std::move(master)});

@@ -17,6 +17,9 @@ using RunSalt = std::array<std::byte, RunSaltBytes>;
 /// One slow key derivation serves every file of a run: masters are remembered in locked memory.
 class MasterKeys {
   public:
+    explicit MasterKeys(Argon2Cost cost) : cost_(cost) {}
+    /// As SetKey with nothing, and the memory of the key is given back.
+    void Clear();
     /// Takes over a key; another one than before wipes every master. Empty: forget everything.
     void SetKey(std::string_view key);
     [[nodiscard]] bool HasKey() const { return !key_.empty(); }
@@ -35,6 +38,7 @@ class MasterKeys {
     /// Files of more runs than this in turn cost a derivation each.
     static constexpr std::size_t MostEntries = 16;
 
+    Argon2Cost cost_;
     SecretBytes key_;
     unsigned generation_ = 0;
     std::vector<Entry> entries_; ///< the latest used last

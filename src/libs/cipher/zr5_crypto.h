@@ -17,18 +17,11 @@ namespace zr5 {
 inline constexpr std::size_t KeyBytes = 32;
 using Tag256 = std::array<std::byte, 32>;
 
-/// What Argon2id spends on one derivation; the format's version fixes it.
-struct Argon2Cost {
-    std::uint64_t passes;
-    std::size_t memoryBytes;
-};
-inline constexpr Argon2Cost FormatCost{3, std::size_t{64} << 20U};
-
 /// Argon2id (RFC 9106), one lane, version 1.3: 32 bytes from a key of any length and a salt of
 /// RunSaltBytes. Empty when the memory is not to be had.
 [[nodiscard]] SecretBytes DeriveMaster(std::span<const std::byte> key,
                                        std::span<const std::byte, RunSaltBytes> salt,
-                                       Argon2Cost cost = FormatCost);
+                                       Argon2Cost cost);
 
 /// HKDF-SHA256 (RFC 5869), extract and expand; fills `output`. False when the library failed.
 [[nodiscard]] bool Hkdf(std::span<const std::byte> secret, std::span<const std::byte> salt,

@@ -10,8 +10,8 @@ namespace {
 
 class Zr5Engine final : public CipherEngine {
   public:
-    Zr5Engine(FileSystem& fileSystem, Clock& clock, RandomSource& random)
-        : fileSystem_(fileSystem), clock_(clock), random_(random) {}
+    Zr5Engine(FileSystem& fileSystem, Clock& clock, RandomSource& random, Argon2Cost cost)
+        : fileSystem_(fileSystem), clock_(clock), random_(random), masters_(cost) {}
 
     bool allocate_buffers() override {
         try {
@@ -91,7 +91,7 @@ class Zr5Engine final : public CipherEngine {
     }
 
     void ForgetOperation() {
-        masters_ = MasterKeys{};
+        masters_.Clear();
         runSalt_.reset();
         direction_.reset();
     }
@@ -118,8 +118,8 @@ bool BeginsLikeEncrypted(FileSystem& fileSystem, const std::string& path) {
 }
 
 std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,
-                                               RandomSource& random) {
-    return std::make_unique<Zr5Engine>(fileSystem, clock, random);
+                                               RandomSource& random, Argon2Cost cost) {
+    return std::make_unique<Zr5Engine>(fileSystem, clock, random, cost);
 }
 
 } // namespace zr5

@@ -19,6 +19,13 @@ inline constexpr std::size_t HeaderTagAt = FileSaltAt + FileSaltBytes;
 inline constexpr std::size_t HeaderBytes = HeaderTagAt + HeaderTagBytes;
 static_assert(HeaderBytes == 84);
 
+/// What Argon2id spends on one derivation; the format's version fixes it.
+struct Argon2Cost {
+    std::uint64_t passes;
+    std::size_t memoryBytes;
+};
+inline constexpr Argon2Cost FormatCost{3, std::size_t{64} << 20U};
+
 inline constexpr std::size_t PlainBlockBytes = 65536;
 inline constexpr std::size_t TagBytes = 16;
 inline constexpr std::size_t SealedBlockBytes = PlainBlockBytes + TagBytes;

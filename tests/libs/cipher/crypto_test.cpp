@@ -1,10 +1,12 @@
 #include "keys/classification.h"
+#include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
+#include <openssl/evp.h>
 #include <string>
 
 namespace zr5::test {
@@ -23,6 +25,12 @@ TEST(Crypto, ComputesItsKnownAnswersAndCountsBlocksInSixtyFourBits) {
     ASSERT_TRUE(cipher.Seal(number, false, plain, sealed));
     EXPECT_TRUE(cipher.Open(number, false, sealed, opened));
     EXPECT_FALSE(cipher.Open(number & 0xFFFFFFFFU, false, sealed, opened));
+}
+
+TEST(Crypto, ComputesMd5WhereOnlyApprovedAlgorithmsAreToBeHad) {
+    ASSERT_EQ(EVP_default_properties_enable_fips(nullptr, 1), 1);
+    EXPECT_EQ(MD5Digest("abc")[0], 0x90);
+    ASSERT_EQ(EVP_default_properties_enable_fips(nullptr, 0), 1);
 }
 
 TEST(Secrets, HaveOneOwnerAndLeaveNothing) {
