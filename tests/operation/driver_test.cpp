@@ -114,6 +114,28 @@ TEST_F(DriverTest, ReportsWhyAFileCouldNotBeReplaced) {
     EXPECT_EQ(folder.Names(), (std::set<std::string>{"n.odg", "n.odg.zr5-new"}));
 }
 
+TEST_F(DriverTest, LeavesAFolderAloneThatWasExchanged) {
+    namespace fs = std::filesystem;
+    for (const char* name : {"box", "box/sub", "elsewhere"})
+        fs::create_directory(folder / name);
+    for (const char* name : {"box/a", "box/sub/b", "box/sub/c", "elsewhere/b", "elsewhere/c"})
+        folder.Write(name, "abc");
+    for (const char* name : {"box/", "box/sub/"})
+        list.AddFolder(WorkItem::Kind::Folder, folder / name, *disk.IdentityOf(folder / name));
+    for (const char* name : {"box/a", "box/sub/b", "box/sub/c"})
+        Add(name);
+    engine.onFile = [&](const std::string& input, const std::string& output) {
+        std::ofstream(output) << "result";
+        if (input != folder / "box/sub/b") return;
+        fs::rename(folder / "box/sub", folder / "away");
+        fs::create_directory_symlink(folder / "elsewhere", folder / "box/sub");
+    };
+    const std::string report = Run();
+    EXPECT_NE(report.find("no longer the one that was listed"), std::string::npos) << report;
+    for (const char* name : {"elsewhere/b", "elsewhere/c", "away/b", "away/c"})
+        EXPECT_EQ(folder.Read(name), "abc") << name << report;
+}
+
 TEST_F(DriverTest, WritesFoldersAndProhibitedFoldersAndEveryNameOnOneLine) {
     folder.Write("a\nb\xFF.odg", "abc");
     setup.InputMode = InputSource::FilesInAFolder;

@@ -255,6 +255,50 @@ TEST_F(Interruption, FromOutsideUndoesAFileOrFinishesItsReplacement) {
     EXPECT_GT(finished, 20U);
 }
 
+TEST_F(Interruption, BySomebodyElseIsToldAndLosesNothing) {
+    const auto newOutput = [this] {
+        other.Remove("a");
+        other.Write("a", "of somebody else");
+    };
+    const auto rewrite = [this] { // the time of the last change says nothing
+        const auto time = std::filesystem::last_write_time(folder / "a");
+        folder.Write("a", std::string(original.size(), 'x'));
+        std::filesystem::last_write_time(folder / "a", time);
+    };
+    const auto remove = [this] { folder.Remove("a"); };
+    struct Case {
+        Way way;
+        FsCall call;
+        unsigned number;
+        std::function<void()> act;
+        std::string remark;
+        Names left; ///< of both folders together
+    };
+    constexpr const char* Appeared = "has appeared meanwhile";
+    for (const Case& each :
+         {Case{Ways[0], FsCall::FlushFolder, 2, remove, "has vanished", {"a.zr5-new"}},
+          Case{Ways[0], FsCall::FlushFolder, 2, rewrite, "Write error.", {"a"}},
+          Case{Ways[1], FsCall::FlushFolder, 2, rewrite, "was changed", {"a", "a.zr5-new"}},
+          Case{Ways[2], FsCall::Create, 1, newOutput, Appeared, {"a"}},
+          Case{Ways[2], FsCall::Rename, 1, newOutput, "Unable to open", {"a"}},
+          Case{Ways[4], FsCall::Flush, 1, newOutput, Appeared, {"a"}},
+          Case{Ways[5], FsCall::CopyAttributes, 1, newOutput, Appeared, {"a"}}}) {
+        PrepareFor(each.way);
+        Disk().Before(each.call, each.number, each.act);
+        const std::string report = Run();
+        EXPECT_NE(report.find(each.remark), std::string::npos) << report;
+        Names left = folder.Names();
+        left.merge(other.Names());
+        EXPECT_EQ(left, each.left) << report;
+        if (each.way.elsewhere) {
+            EXPECT_EQ(other.Read("a"), "of somebody else") << report;
+        }
+        EXPECT_TRUE(left.count("a.zr5-new") == 0 || each.way.direction == Direction::Decrypt ||
+                    Decrypted(folder / "a.zr5-new") == original);
+        EXPECT_EQ(config.Names(), Names{});
+    }
+}
+
 TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
     unsigned kills = 0;
     for (const std::size_t length : {1U, 70'000U}) {
