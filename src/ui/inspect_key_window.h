@@ -4,6 +4,7 @@
 
 #include "keys/key_inspection.h"
 #include "keys/key_windows.h"
+#include "ui/unspoken_text.h"
 #include "util/machine.h"
 
 #include <array>
@@ -42,6 +43,7 @@ class InspectKeyWindow final : public QDialog {
     void WipeRows();
     [[nodiscard]] int RowWidth() const;
 
+    UnspokenText unspoken_{*this};
     KeyInspection& rules_;
     std::array<QRadioButton*, 3> options_;
     std::array<QLabel*, KeyInspection::Rows> places_{};

@@ -1,9 +1,10 @@
 #pragma once
 
 // The text box into which a key is typed. It shows what the dialog's rules hold, keeps nothing
-// that could be undone, and overwrites its text when it goes.
+// that could be undone, tells no listener what is typed, and overwrites its text when it goes.
 
 #include "libs/system/secret.h"
+#include "ui/unspoken_text.h"
 
 #include <functional>
 #include <QLineEdit>
@@ -43,6 +44,7 @@ class KeyBox final : public QLineEdit {
     void OfferPasting(const QPoint& place);
     void OverwriteText();
 
+    UnspokenText unspoken_{*this};
     Edit edit_;
     Entry entry_;
     bool marked_ = false; ///< some of the text was once marked

@@ -3,6 +3,7 @@
 
 #include "app/program.h"
 #include "app/system_machine.h"
+#include "support/listening_desktop.h"
 #include "support/scripted_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
@@ -210,6 +211,11 @@ int InChild(bool withDisplay) {
         int code = 0;
         try {
             keepsFreedMemory = true;
+            // What carries events to a screen reader makes copies.
+            ListenToEvents([](QAccessibleEvent* event) {
+                const QString told = ToldBy(*event);
+                const QByteArray copy = told.toUtf8();
+            });
             UseKey(NewSecret(), withDisplay);
         } catch (const std::exception& failure) {
             std::cerr << failure.what() << '\n';

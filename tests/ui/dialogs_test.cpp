@@ -1,4 +1,5 @@
 #include "operation/operation_fixture.h"
+#include "support/listening_desktop.h"
 #include "support/window_driver.h"
 #include "ui/confirm_window.h"
 #include "ui/graphic_window.h"
@@ -122,6 +123,32 @@ TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOkAndBackA
     EXPECT_TRUE(IsShown(window, "cmdOK"));
     QTest::keyClick(&second, Qt::Key_Return);
     EXPECT_EQ(window.result(), QDialog::Accepted);
+}
+
+TEST(KeyWindows, TellNoListenerWhatIsTyped) {
+    static QString told;
+    ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(*event); });
+    KeyboardWithDisplay shownRules{Direction::Encrypt, CurrentKey{}};
+    KeyDialogWithDisplay shown{shownRules};
+    ScriptedUser user;
+    KeyboardWithoutDisplay maskedRules{Direction::Encrypt};
+    KeyDialogWithoutDisplay masked{maskedRules, user};
+    auto& first = Control<QLineEdit>(masked, "txbKey(0)");
+    QLineEdit other;
+    for (QLineEdit* box : {&Control<QLineEdit>(shown, "txbKey"), &first,
+                           &Control<QLineEdit>(masked, "txbKey(1)"), &other}) {
+        EXPECT_FALSE(told.contains(QLatin1Char('Z'))) << told.toStdString();
+        QTest::keyClicks(box, QString(20, QLatin1Char('Z')));
+        QTest::keyClick(box, Qt::Key_Backspace);
+        box->setText(QString(30, QLatin1Char('Z')));
+    }
+    EXPECT_TRUE(told.contains(QLatin1String("ZZ"))) << "what is no key is told";
+    EXPECT_TRUE(told.contains(QStringLiteral("Checksum")));
+    QAccessibleInterface& asked = *QAccessible::queryAccessibleInterface(&first);
+    for (const auto text : {QAccessible::Name, QAccessible::Description, QAccessible::Value})
+        EXPECT_FALSE(asked.text(text).contains(QLatin1Char('Z')));
+    EXPECT_EQ(asked.textInterface()->text(0, 20), QString());
+    QAccessible::installUpdateHandler(nullptr);
 }
 
 class KeyFromKeyboard : public OperationTest {};
