@@ -125,7 +125,8 @@ Answer QtUserPort::Ask(const MessageBox& box) {
 
 std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
     if (questionsEnded_) return std::nullopt;
-    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
+    PickerIcons icons;
+    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title), icons);
     const bool saves = picker.kind == FilePicker::Kind::Save;
     dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     // A name that the toolkit cannot spell may be typed with escapes, so it must not be asked
@@ -135,12 +136,14 @@ std::optional<std::string> QtUserPort::PickFile(const FilePicker& picker) {
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilter(NameFilter(picker.filter));
     if (!saves) dialog.setLabelText(QFileDialog::Accept, QFileDialog::tr("&Open"));
+    dialog.Suggest(ToQt(picker.suggestedName));
     return Run(dialog, picker.startFolder);
 }
 
 std::optional<std::string> QtUserPort::PickFolder(const FolderPicker& picker) {
     if (questionsEnded_) return std::nullopt;
-    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title));
+    PickerIcons icons;
+    NamePicker dialog(QApplication::activeWindow(), ToQt(picker.title), icons);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return Run(dialog, picker.startFolder);
@@ -153,7 +156,7 @@ std::optional<std::string> QtUserPort::Run(NamePicker& dialog, const std::string
                             ? lastFolder
                             : QFile::decodeName(QByteArray::fromStdString(startFolder)));
     if (dialog.exec() != QDialog::Accepted || dialog.Chosen().isEmpty()) return std::nullopt;
-    lastFolder = QFileInfo(dialog.Chosen()).absolutePath();
+    lastFolder = dialog.directory().absolutePath();
     return QFile::encodeName(dialog.Chosen()).toStdString();
 }
 

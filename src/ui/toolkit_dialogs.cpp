@@ -1,15 +1,20 @@
 #include "ui/toolkit_dialogs.h"
 
 #include "ui/labels.h"
+#include "ui/widgets.h"
 
 #include <algorithm>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QDir>
 #include <QEvent>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,6 +22,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSpacerItem>
+#include <QStyle>
 #include <QTreeView>
 
 namespace zr5 {
@@ -65,6 +71,14 @@ void Dress(QMessageBox& box) {
     grid->addItem(new QSpacerItem(TitleWidth(box), 0), lastRow, 0, 1, grid->columnCount());
 }
 
+/// The name box of the toolkit's own picker, which `picker` becomes: a desktop's picker cannot be
+/// relied on to take what was typed.
+QLineEdit& OwnNameBox(QFileDialog& picker) {
+    constexpr const char* Name = "fileNameEdit";
+    picker.setOption(QFileDialog::DontUseNativeDialog);
+    return Checked<QLineEdit>(picker.findChild<QWidget*>(QLatin1String(Name)), Name);
+}
+
 } // namespace
 
 MessageBoxDresser::MessageBoxDresser() {
@@ -107,31 +121,91 @@ void QuestionBox::keyPressEvent(QKeyEvent* event) {
     if (MayClose() || !event->matches(QKeySequence::Cancel)) QMessageBox::keyPressEvent(event);
 }
 
-NamePicker::NamePicker(QWidget* parent, const QString& title) : QFileDialog(parent, title) {
-    // The list of the toolkit's own picker, which cuts sizes and dates.
-    const auto* list = findChild<QTreeView*>(QStringLiteral("treeView"));
-    if (list == nullptr) return;
-    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+PickerIcons::PickerIcons()
+    : folder_(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
+      link_(QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon)),
+      file_(QApplication::style()->standardIcon(QStyle::SP_FileIcon)) {}
+
+QIcon PickerIcons::icon(const QFileInfo& entry) const {
+    if (entry.isSymLink()) return link_; // first: all else would ask what it leads to
+    return entry.isDir() ? folder_ : file_;
+}
+
+QString PickerIcons::type(const QFileInfo& entry) const {
+    if (entry.isSymLink()) return QStringLiteral("Link");
+    if (entry.isDir()) return QStringLiteral("Folder");
+    const QString suffix = entry.suffix();
+    return suffix.isEmpty() ? QStringLiteral("File") : suffix + QStringLiteral(" file");
+}
+
+/// The toolkit lists a folder before it can be given icons: here one that holds nothing to look
+/// into.
+NamePicker::NamePicker(QWidget* parent, const QString& title, PickerIcons& icons)
+    : QFileDialog(parent, title, QDir::rootPath()), box_(OwnNameBox(*this)) {
+    setIconProvider(&icons);
+    SetUpList();
+    SetUpNameBox();
+}
+
+/// The toolkit marks in the list, after each key, the names of the path as far as it is typed, and
+/// writes what is marked into the box where that has not the focus of the desktop.
+void NamePicker::SetUpNameBox() {
+    disconnect(&box_, &QLineEdit::textChanged, this, nullptr);
+    connect(&box_, &QLineEdit::textChanged, this, [this] {
+        markedFolder_.clear();
+        const auto* row = findChild<QDialogButtonBox*>();
+        for (QAbstractButton* button : row->buttons())
+            if (row->buttonRole(button) == QDialogButtonBox::AcceptRole) button->setEnabled(true);
+    });
+}
+
+void NamePicker::SetUpList() {
+    auto& list = Checked<QTreeView>(findChild<QWidget*>(QStringLiteral("treeView")), "treeView");
+    list.header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list.header()->setSectionResizeMode(0, QHeaderView::Stretch);
     resize(PickerSize);
+    connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this, &list] {
+        const QModelIndexList marked = list.selectionModel()->selectedRows();
+        const QString path = marked.empty()
+                                 ? QString()
+                                 : marked.front().data(QFileSystemModel::FilePathRole).toString();
+        markedFolder_ = QFileInfo(path).isDir() ? path : QString();
+    });
 }
 
-QString NamePicker::Chosen() const {
-    return literal_.isEmpty() ? selectedFiles().value(0) : literal_;
+void NamePicker::Suggest(const QString& name) {
+    box_.setText(name);
 }
 
+/// The picker's own acceptance takes what is marked in the list before what is typed, and reads
+/// quotes as the ends of several names.
 void NamePicker::accept() {
-    // The box of the toolkit's own picker; a desktop's picker has none and reads no quotes.
-    const auto* box = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    if (box == nullptr || !box->text().contains(QLatin1Char('"'))) {
-        QFileDialog::accept();
-        return;
-    }
-    const QString path = directory().absoluteFilePath(box->text());
+    const QString typed = box_.text();
+    const bool picksFile = fileMode() != Directory;
+    if (typed == QLatin1String("..")) return Enter(directory().absoluteFilePath(typed));
+    if (picksFile && !markedFolder_.isEmpty()) return Enter(markedFolder_);
+    if (picksFile && typed.isEmpty()) return;
+    const QString path = TypedPath();
+    if (picksFile && QFileInfo(path).isDir()) return Enter(path);
     if (!MayReplace(path)) return;
-    literal_ = path;
-    // The picker's own acceptance is what reads the quotes.
+    chosen_ = path;
     QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
+}
+
+QString NamePicker::TypedPath() const {
+    QString typed = box_.text();
+    const bool atHome = typed == QLatin1String("~") || typed.startsWith(QLatin1String("~/"));
+    if (atHome && !QFileInfo::exists(directory().absoluteFilePath(typed)))
+        typed.replace(0, 1, QDir::homePath());
+    const QString path = QDir::cleanPath(directory().absoluteFilePath(typed));
+    const bool meansFolder = typed.endsWith(QLatin1Char('/')) && !path.endsWith(QLatin1Char('/'));
+    return meansFolder ? path + QLatin1Char('/') : path;
+}
+
+void NamePicker::Enter(const QString& folder) {
+    setDirectory(QDir::cleanPath(folder));
+    markedFolder_.clear();
+    box_.clear();
 }
 
 bool NamePicker::MayReplace(const QString& path) {

@@ -3,8 +3,12 @@
 // Whatever a name holds, the toolkit's own dialogs show it whole and take it as it is.
 
 #include <QFileDialog>
+#include <QFileIconProvider>
+#include <QIcon>
 #include <QMessageBox>
 #include <QObject>
+
+class QLineEdit;
 
 namespace zr5 {
 
@@ -41,21 +45,45 @@ class QuestionBox final : public QMessageBox {
     bool isAnswered_ = false;
 };
 
-/// The toolkit's picker reads quotes as the ends of several names. Here a typed or chosen name
-/// that holds one is what it says, and the list cuts nothing but names.
+/// Icons and types of a picker's entries, from kind and name alone. The toolkit's own look into
+/// each file, and wait for good where that is a pipe or a device.
+class PickerIcons final : public QFileIconProvider {
+  public:
+    PickerIcons();
+    using QFileIconProvider::icon;
+    /// Called from a thread of the toolkit too.
+    [[nodiscard]] QIcon icon(const QFileInfo& entry) const override;
+    [[nodiscard]] QString type(const QFileInfo& entry) const override;
+
+  private:
+    QIcon folder_, link_, file_;
+};
+
+/// A picker of one file or folder. What stands in its name box is what is chosen, whether or not it
+/// exists, however the toolkit completes it and whatever is marked in the list for that; a folder
+/// that stands there is entered where a file is asked for. The list cuts nothing but names.
 class NamePicker final : public QFileDialog {
   public:
-    NamePicker(QWidget* parent, const QString& title);
+    /// `icons` outlives the picker.
+    NamePicker(QWidget* parent, const QString& title, PickerIcons& icons);
+    /// Writes a name for a file into the box.
+    void Suggest(const QString& name);
     /// The path that was accepted.
-    [[nodiscard]] QString Chosen() const;
+    [[nodiscard]] const QString& Chosen() const { return chosen_; }
 
   protected:
     void accept() override;
 
   private:
+    void SetUpList();
+    void SetUpNameBox();
+    [[nodiscard]] QString TypedPath() const;
+    void Enter(const QString& folder);
     [[nodiscard]] bool MayReplace(const QString& path);
 
-    QString literal_;
+    QLineEdit& box_;
+    QString markedFolder_; ///< was marked in the list after the box had been changed last
+    QString chosen_;
 };
 
 } // namespace zr5

@@ -47,6 +47,7 @@ struct FilePicker {
     std::string filter;
     std::string startFolder; ///< empty: where the user was with this title; home at first
     bool asksBeforeOverwriting = false; ///< the picker's own question, for Kind::Save
+    std::string suggestedName{};        ///< stands in the name box at first
 };
 
 struct FolderPicker {
@@ -58,7 +59,8 @@ class UserPort {
   public:
     virtual ~UserPort() = default;
     virtual Answer Ask(const MessageBox& box) = 0;
-    /// The native path chosen; empty when the user cancelled.
+    /// The native path chosen, which need not exist: what stood in the name box, in the folder
+    /// shown unless it was a whole path. Empty when the user cancelled. No picker opens a file.
     [[nodiscard]] virtual std::optional<std::string> PickFile(const FilePicker& picker) = 0;
     [[nodiscard]] virtual std::optional<std::string> PickFolder(const FolderPicker& picker) = 0;
     /// Lets the interface repaint and react to the user.

@@ -1,11 +1,16 @@
 #include "ui/qt_user_port.h"
 
 #include "support/temporary_folder.h"
+#include "util/paths.h"
 
+#include <array>
+#include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +20,9 @@
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace zr5 {
 namespace {
@@ -103,11 +111,20 @@ class Pickers : public testing::Test {
     void TypeInNext(const std::string& name) {
         InNext<QFileDialog>([name](QFileDialog& dialog) {
             EXPECT_EQ(dialog.windowTitle(), "Pick");
-            auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
-            ASSERT_NE(box, nullptr);
-            box->setText(QString::fromStdString(name));
-            QTest::keyClick(box, Qt::Key_Return);
+            TypeInto(dialog, name + "\n");
         });
+    }
+    /// Key by key, also into what completes the name; "\n" is Enter.
+    static void TypeInto(QFileDialog& dialog, const std::string& keys) {
+        auto* box = dialog.findChild<QLineEdit*>("fileNameEdit");
+        ASSERT_NE(box, nullptr);
+        for (const char key : keys) {
+            QWidget* popup = QApplication::activePopupWidget();
+            QTest::keyClick(popup != nullptr ? popup : box, key == '\n' ? '\r' : key);
+        }
+    }
+    std::string PickFolder(const std::string& start) {
+        return user.PickFolder({.title = "Pick", .startFolder = start}).value_or("");
     }
     std::optional<std::string> Pick(FilePicker::Kind kind) {
         return user.PickFile({.kind = kind,
@@ -127,8 +144,13 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
         TypeInNext(name);
         EXPECT_EQ(Pick(FilePicker::Kind::Open), folder / name);
     }
-    TypeInNext("new.zr5");
-    EXPECT_EQ(Pick(FilePicker::Kind::Save), folder / "new.zr5");
+    TypeInNext("");
+    EXPECT_EQ(user.PickFile({.kind = FilePicker::Kind::Save,
+                             .title = "Pick",
+                             .filter = {},
+                             .startFolder = folder.Path(),
+                             .suggestedName = "new.zr5"}),
+              folder / "new.zr5");
     const QDir here(QString::fromStdString(folder.Path()));
     for (const char* other : {"Pick", "Setup"}) {
         InNext<QFileDialog>([&](QFileDialog& dialog) {
@@ -138,6 +160,54 @@ TEST_F(Pickers, LetEveryNameThroughAlsoOneThatDoesNotExist) {
         picker.title = other;
         EXPECT_EQ(user.PickFile(picker), std::nullopt);
     }
+}
+
+TEST_F(Pickers, ChooseWhatStandsInTheNameBoxWhateverCompletesIt) {
+    for (const char* sub : {"box/b", "box/bb", "p/q", "p/r"})
+        std::filesystem::create_directories(folder / sub);
+    const std::string other = folder / "p/r";
+    for (const auto& [start, typed, chosen] : {std::array<std::string, 3>{"", "box/bb", "box/bb"},
+                                               {"", "box/b", "box/b"},
+                                               {"box", "bb", "box/bb"},
+                                               {"p/q", "p/r", "p/q/p/r"}, // which is not there
+                                               {"p/q", "../r", "p/r"},
+                                               {"box", other, "p/r"},
+                                               {"box", "..\n", ""},
+                                               {"p/q", "", "p/q"}}) {
+        TypeInNext(typed);
+        EXPECT_EQ(PickFolder(folder / start) + "/", WithTrailingSeparator(folder / chosen));
+    }
+    InNext<QFileDialog>([this](QFileDialog& dialog) {
+        auto* list = dialog.findChild<QTreeView*>("treeView");
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return list->model()->rowCount(list->rootIndex()) == 2; }));
+        TypeInto(dialog, "b");
+        const QRect row = list->visualRect(list->model()->index(1, 0, list->rootIndex()));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+    });
+    EXPECT_EQ(PickFolder(folder / "box"), folder / "box/bb") << "marked last";
+    for (const auto& [typed, chosen] :
+         {std::pair{std::string("box\nb\n"), std::string(folder / "box/b/new")},
+          {"~/", QDir::homePath().toStdString() + "/new"}}) {
+        TypeInNext(typed + "\nnew");
+        EXPECT_EQ(Pick(FilePicker::Kind::Save), chosen) << "folders on the way are entered";
+    }
+}
+
+TEST_F(Pickers, OpenNoFileForItsIcon) {
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink("pipe", folder / "link.txt");
+    folder.Write("note.txt", "x");
+    InNext<QFileDialog>([this](QFileDialog& dialog) {
+        const auto* list = dialog.findChild<QTreeView*>("treeView");
+        const auto type = [list] {
+            return list->model()->index(0, 2, list->rootIndex()).data().toString();
+        };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return type() == "txt file"; }));
+        close(open((folder / "pipe").c_str(), O_RDWR)); // frees whoever waits for it
+    });
+    EXPECT_EQ(Pick(FilePicker::Kind::Open), std::nullopt);
 }
 
 TEST_F(Pickers, LeaveNoHistory) {
