@@ -10,6 +10,29 @@ namespace zr5 {
 namespace {
 
 constexpr const char* AnyFileFilter = "Any file | *.*";
+constexpr std::string_view EncryptedExtension = ".zr5";
+
+/// The usual name for the output of `input`; empty when there is none.
+std::string UsualOutputName(const std::string& input, Direction operation) {
+    if (input.empty()) return {};
+    if (operation == Direction::Encrypt) return input + std::string(EncryptedExtension);
+    const bool isUsual =
+        input.ends_with(EncryptedExtension) && input.size() > EncryptedExtension.size();
+    return isUsual ? input.substr(0, input.size() - EncryptedExtension.size()) : std::string();
+}
+
+/// Why nothing but a folder will do; empty for a folder.
+std::string WhyNotAFolder(const std::optional<ChosenFile>& picked) {
+    if (!picked) return "does not exist.";
+    if (picked->kind == FileKind::Folder) return {};
+    return picked->kind == FileKind::Link ? WhyNotAFile(FileKind::Link) : "is no folder.";
+}
+
+/// Tells why what was picked is not taken.
+void Refuse(UserPort& user, const std::string& path, std::string_view reason,
+            const std::string& title) {
+    user.Ask(Notice(DisplayName(path) + "\r\n" + std::string(reason), title, BoxIcon::Information));
+}
 
 } // namespace
 
@@ -29,9 +52,9 @@ void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
     if (!chosen || chosen->empty()) return;
     const std::string path = MeantPath(fileSystem_, *chosen);
     const auto target = ResolveChosen(fileSystem_, path);
-    if (!target) return Refuse(path, "does not exist.", buttonCaption);
+    if (!target) return Refuse(user_, path, "does not exist.", buttonCaption);
     const std::string reason = WhyNotAFile(target->kind);
-    if (!reason.empty()) return Refuse(path, reason, buttonCaption);
+    if (!reason.empty()) return Refuse(user_, path, reason, buttonCaption);
     const PathParts parts = SplitPath(target->path);
     desk_.SetInputFile(parts.folder, parts.name);
 }
@@ -39,12 +62,16 @@ void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
 std::optional<std::string> SingleFileChoice::PickOutput(FilePicker::Kind kind) {
     const OperationSetup& setup = desk_.Setup();
     const std::size_t known = setup.Folder[OutputSide].empty() ? InputSide : OutputSide;
+    const bool saves = kind == FilePicker::Kind::Save;
     auto chosen = user_.PickFile(
         {.kind = kind,
          .title = "Specify output file for the " + VerbForm(setup.Operation, "encrypted") + " file",
          .filter = AnyFileFilter,
          .startFolder = setup.Folder[known],
-         .asksBeforeOverwriting = kind == FilePicker::Kind::Save});
+         .asksBeforeOverwriting = saves,
+         .suggestedName =
+             saves ? DisplayName(UsualOutputName(setup.FileName[InputSide], setup.Operation))
+                   : std::string()});
     if (chosen && chosen->empty()) chosen.reset();
     return chosen;
 }
@@ -63,7 +90,7 @@ bool SingleFileChoice::ChooseExistingOutput(const std::string& buttonCaption) {
     if (!chosen) return false;
     const std::string path = MeantPath(fileSystem_, *chosen);
     if (fileSystem_.Info(path)) return TakeOutput(path, Overwriting::Agreed, buttonCaption);
-    Refuse(path, "does not exist.", buttonCaption);
+    Refuse(user_, path, "does not exist.", buttonCaption);
     return false;
 }
 
@@ -81,7 +108,7 @@ bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriti
     const std::string reason =
         target ? WhyNotAFile(target->kind) : WhyNotCreatable(fileSystem_, path);
     if (!reason.empty()) {
-        Refuse(path, reason, buttonCaption);
+        Refuse(user_, path, reason, buttonCaption);
         return false;
     }
     if (SameFile(fileSystem_, outputPath, setup.FilePath(InputSide))) {
@@ -100,17 +127,14 @@ bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriti
     return true;
 }
 
-void SingleFileChoice::Refuse(const std::string& path, std::string_view reason,
-                              const std::string& title) {
-    user_.Ask(
-        Notice(DisplayName(path) + "\r\n" + std::string(reason), title, BoxIcon::Information));
-}
-
 void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked& stopped) {
     const auto chosen = user_.PickFolder(
         {.title = "Specify input folder", .startFolder = desk_.Setup().Folder[InputSide]});
     if (!chosen || chosen->empty()) return;
-    const std::string folder = WithTrailingSeparator(*chosen);
+    const std::string path = MeantPath(fileSystem_, *chosen);
+    const std::string reason = WhyNotAFolder(ResolveChosen(fileSystem_, path));
+    if (!reason.empty()) return Refuse(user_, path, reason, buttonCaption);
+    const std::string folder = WithTrailingSeparator(path);
     const std::string judged = fileSystem_.CanonicalPath(folder).value_or(folder);
     if (const auto forbidden =
             ForbiddenFolders(fileSystem_).NameOf(WithTrailingSeparator(judged))) {

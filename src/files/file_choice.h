@@ -11,7 +11,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace zr5 {
@@ -34,7 +33,8 @@ class SingleFileChoice {
     /// link becomes the file itself. A cancelled picker or a refusal changes nothing.
     void ChooseInput(const std::string& buttonCaption);
     /// The three ways to an output file; true when there is one now. A file that is the input by
-    /// another name counts as the input. The picker asks before an existing file is chosen.
+    /// another name counts as the input. The picker suggests the usual name and asks before an
+    /// existing file is chosen.
     bool ChooseOutput(const std::string& buttonCaption);
     /// The user knows that the file will be overwritten, and is not asked.
     bool ChooseExistingOutput(const std::string& buttonCaption);
@@ -46,7 +46,6 @@ class SingleFileChoice {
     [[nodiscard]] std::optional<std::string> PickOutput(FilePicker::Kind kind);
     bool TakeOutput(const std::string& path, Overwriting overwriting,
                     const std::string& buttonCaption);
-    void Refuse(const std::string& path, std::string_view reason, const std::string& title);
 
     UserPort& user_;
     FileSystem& fileSystem_;
@@ -59,8 +58,9 @@ class FolderChoice {
     FolderChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
         : user_(user), fileSystem_(fileSystem), desk_(desk) {}
 
-    /// `buttonCaption` is the title of the box that refuses a forbidden folder. A cancelled picker
-    /// or a refusal changes nothing, and neither does a search for files that `stopped` ends.
+    /// `buttonCaption` is the title of the box that refuses a forbidden folder, or what is no
+    /// folder or not there. A cancelled picker or a refusal changes nothing, and neither does a
+    /// search for files that `stopped` ends.
     void ChooseInput(const std::string& buttonCaption, const StopAsked& stopped);
 
   private:

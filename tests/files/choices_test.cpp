@@ -53,6 +53,10 @@ TEST_F(InputFolder, IsRefusedWhenItIsForbiddenOrHoldsNoFile) {
                                   BoxIcon::Information));
     Choose(folder / "sub/deep", Notice(folder.Path() + "sub/deep/ contains no files.", "No files",
                                        BoxIcon::Information));
+    for (const auto& [name, reason] :
+         {std::pair{"missing", "does not exist."}, {"sub/a", "is no folder."}})
+        Choose(folder / name, Notice((folder / name) + "\r\n" + reason, "Select input folder",
+                                     BoxIcon::Information));
     Choose(std::nullopt);
     stopped = true; // before any file was met
     Choose(folder.Path());
@@ -91,6 +95,7 @@ TEST_F(SingleFile, IsAskedForInTheWordsOfTheFunctionAndStaysWhenThePickerIsCance
         EXPECT_EQ(user.lastPicker.filter, "Any file | *.*");
         user.ExpectFile("Specify output file for the decrypted file", pick("b.txt"));
         choice.ChooseOutput(OutputButton);
+        EXPECT_EQ(user.lastPicker.suggestedName, "") << "of what is no name of the program's";
         EXPECT_EQ(InputPath(), folder / "a.txt");
         EXPECT_EQ(OutputPath(), folder / "b.txt");
         EXPECT_EQ(Text("lblSize"), "Size: 7 bytes");
@@ -122,6 +127,12 @@ TEST_F(SingleFile, IsResolvedWhenItIsALinkAndMayHaveANameThatIsNoText) {
     folder.Write("caf\\xE9", "y");
     Choose("caf\\xE9");
     EXPECT_EQ(InputPath(), folder / "caf\\xE9");
+    folder.Write("old.zr5", "z");
+    Choose("old.zr5");
+    desk.SelectFunction(Direction::Decrypt);
+    user.ExpectFile("Specify output file for the decrypted file", std::nullopt);
+    choice.ChooseOutput(OutputButton);
+    EXPECT_EQ(user.lastPicker.suggestedName, "old");
 }
 
 class OutputFile : public SingleFile {
@@ -135,6 +146,7 @@ class OutputFile : public SingleFile {
 TEST_F(OutputFile, MayBeNewOrExistAndThePickerAsksBeforeOverwriting) {
     EXPECT_EQ(OutputPath(), "");
     ChooseForOutput("new.zr5");
+    EXPECT_EQ(user.lastPicker.suggestedName, "a.txt.zr5");
     EXPECT_TRUE(user.lastPicker.asksBeforeOverwriting);
     EXPECT_EQ(user.lastPicker.startFolder, folder.Path());
     EXPECT_EQ(OutputPath(), folder / "new.zr5");
