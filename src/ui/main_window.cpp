@@ -5,6 +5,7 @@
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCloseEvent>
@@ -53,7 +54,9 @@ void ApplyControl(QWidget& widget, const ControlView& view) {
     if (label != nullptr && label->text() != text) label->setText(text);
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) button->setText(text);
     auto* box = qobject_cast<QLineEdit*>(&widget);
-    if (box != nullptr && !box->hasFocus()) box->setText(text); // a half-typed value stays
+    // A half-typed value stays, also while the window is not the active one.
+    const bool mayShow = box != nullptr && !box->isModified() && !box->hasFocus();
+    if (mayShow && box->text() != text) box->setText(text);
 }
 
 /// Reports and help that are still open go with the main window.
@@ -78,8 +81,8 @@ MainWindow::MainWindow(const MainWindowParts& parts)
     ConnectKeyPane();
     ConnectRandomnessPane();
     ConnectTextBoxes();
-    for (auto* button : findChildren<QPushButton*>())
-        button->installEventFilter(this);
+    for (auto* widget : findChildren<QWidget*>())
+        widget->installEventFilter(this);
     for (const char* name : MouseButtons)
         Find<ReleaseButton>(name).SetGuard([this] { return parts_.desk.DialogJustClosed(); });
     Apply(parts_.desk.Refresh());
@@ -179,10 +182,7 @@ void MainWindow::changeEvent(QEvent* event) {
 void MainWindow::ConnectTextBoxes() {
     for (const char* name : TextBoxes) {
         auto* box = &Find<QLineEdit>(name);
-        box->installEventFilter(this);
-        connect(box, &QLineEdit::textEdited, this, [this, box] { putBack_.remove(box); });
-        connect(box, &QLineEdit::returnPressed, this,
-                [this, box] { LeaveTextBox(*box, SetupDesk::Leaving::Speaking); });
+        connect(box, &QLineEdit::returnPressed, this, [this, box] { LeaveTextBox(*box); });
     }
 }
 
@@ -191,56 +191,60 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         if (auto* button = qobject_cast<QPushButton*>(watched)) HoverOver(*button);
     }
     if (event->type() == QEvent::FocusOut) {
-        if (auto* box = qobject_cast<QLineEdit*>(watched))
-            FocusLeft(*box, static_cast<QFocusEvent*>(event)->reason());
+        if (qobject_cast<QLineEdit*>(watched) != nullptr)
+            FocusLeft(static_cast<QFocusEvent*>(event)->reason());
     }
+    if (event->type() == QEvent::MouseButtonRelease) LeaveTextBoxesSoon();
     return QWidget::eventFilter(watched, event);
 }
 
+/// Whoever types is not to be led away by the pointer.
 void MainWindow::HoverOver(QPushButton& button) {
-    if (!button.isEnabled() || !isActiveWindow()) return;
-    hovering_ = true;
-    button.setFocus(Qt::OtherFocusReason);
-    hovering_ = false;
+    const auto* box = qobject_cast<QLineEdit*>(focusWidget());
+    const bool isTyping = box != nullptr && box->text() != ValueInForce(*box);
+    if (button.isEnabled() && isActiveWindow() && !isTyping) button.setFocus(Qt::OtherFocusReason);
 }
 
-/// Hovering never shows a box. Other ways of leaving may, but only once the focus has moved.
-void MainWindow::FocusLeft(QLineEdit& box, Qt::FocusReason reason) {
-    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
-    if (hovering_) {
-        const QString typed = box.text();
-        if (!LeaveTextBox(box, SetupDesk::Leaving::Silently)) putBack_[&box] = typed;
-        return;
-    }
-    QMetaObject::invokeMethod(
-        this, [this, &box] { LeaveTextBox(box, SetupDesk::Leaving::Speaking); },
-        Qt::QueuedConnection);
+/// A box that the refusal shows must not come between the press of a mouse button and its release:
+/// the control under it would never act.
+void MainWindow::FocusLeft(Qt::FocusReason reason) {
+    const bool stays = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    if (!stays && reason != Qt::MouseFocusReason) LeaveTextBoxesSoon();
 }
 
-/// The box shows the value in force afterwards, whether or not its text was accepted.
-bool MainWindow::LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving) {
-    if (!box.isEnabled()) return true;
+void MainWindow::LeaveTextBoxesSoon() {
+    const auto leave = [this] {
+        for (const char* name : TextBoxes)
+            if (auto& box = Find<QLineEdit>(name); &box != focusWidget()) LeaveTextBox(box);
+    };
+    QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection);
+}
+
+QString MainWindow::ValueInForce(const QLineEdit& box) const {
+    const OperationSetup& setup = parts_.desk.Setup();
+    return &box == &Find<QLineEdit>("txbFilePattern") ? ToQt(setup.FilePattern)
+                                                      : QString::number(setup.MaxNumFiles);
+}
+
+/// The box shows the value in force afterwards, whether or not its text was accepted; and already
+/// while a refusal shows, so that it is told once.
+bool MainWindow::LeaveTextBox(QLineEdit& box) {
+    if (!box.isEnabled() || box.text() == ValueInForce(box)) return true;
     const std::string text = FromQt(box.text());
-    const bool isPattern = &box == &Find<QLineEdit>("txbFilePattern");
+    box.setText(ValueInForce(box));
     SetupDesk& desk = parts_.desk;
-    const bool accepted =
-        isPattern ? desk.LeaveFilePattern(text, leaving) : desk.LeaveMaxNumFiles(text, leaving);
-    const OperationSetup& setup = desk.Setup();
-    box.setText(isPattern ? ToQt(setup.FilePattern) : QString::number(setup.MaxNumFiles));
+    constexpr auto Speaking = SetupDesk::Leaving::Speaking;
+    const bool accepted = &box == &Find<QLineEdit>("txbFilePattern")
+                              ? desk.LeaveFilePattern(text, Speaking)
+                              : desk.LeaveMaxNumFiles(text, Speaking);
+    box.setText(ValueInForce(box));
     Refresh();
     return accepted;
 }
 
-/// What hovering has put back is refused now, before anything is done with the value in force.
 bool MainWindow::LeaveTextBoxes() {
-    for (const char* name : TextBoxes) {
-        auto& box = Find<QLineEdit>(name);
-        const auto typed = putBack_.constFind(&box);
-        if (typed != putBack_.constEnd()) box.setText(typed.value());
-        putBack_.remove(&box);
-        if (!LeaveTextBox(box, SetupDesk::Leaving::Speaking)) return false;
-    }
-    return true;
+    return std::ranges::all_of(TextBoxes,
+                               [this](auto* name) { return LeaveTextBox(Find<QLineEdit>(name)); });
 }
 
 } // namespace zr5

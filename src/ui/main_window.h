@@ -68,7 +68,9 @@ class MainWindow : public QWidget {
     void Settle();
 
     // main_window_handlers.cpp: what each control leads to.
+    // A refused text is put back and told first; `Unless` then does nothing, to be asked again.
     void OnButton(const char* name, std::function<void()> act);
+    void OnButtonUnlessRefused(const char* name, std::function<void()> act);
     void ConnectOptions();
     void ConnectFiles();
     [[nodiscard]] SingleFileChoice FileChoice();
@@ -89,10 +91,12 @@ class MainWindow : public QWidget {
     void Apply(MainWindowView view);
     void ApplyPalette();
     void ConnectTextBoxes();
-    bool LeaveTextBox(QLineEdit& box, SetupDesk::Leaving leaving);
+    [[nodiscard]] QString ValueInForce(const QLineEdit& box) const;
+    bool LeaveTextBox(QLineEdit& box);
     bool LeaveTextBoxes();
+    void LeaveTextBoxesSoon();
     void HoverOver(QPushButton& button);
-    void FocusLeft(QLineEdit& box, Qt::FocusReason reason);
+    void FocusLeft(Qt::FocusReason reason);
 
     /// The control of this name; there is one.
     template <typename Widget>
@@ -108,8 +112,6 @@ class MainWindow : public QWidget {
     QTimer refreshClock_;               ///< of every second
     KeyFrame keyFrame_;
     KeyLabels keyLabels_ = NoKeyLabels();
-    bool hovering_ = false;
-    QHash<QLineEdit*, QString> putBack_; ///< what hovering has put back without a word
     bool closeAfterRun_ = false;
 };
 

@@ -36,12 +36,22 @@ void ShowHelp(MainWindow& window) {
 } // namespace
 
 void MainWindow::OnButton(const char* name, std::function<void()> act) {
-    connect(&Find<QPushButton>(name), &QPushButton::clicked, this, std::move(act));
+    connect(&Find<QPushButton>(name), &QPushButton::clicked, this, [this, act = std::move(act)] {
+        LeaveTextBoxes();
+        act();
+    });
+}
+
+void MainWindow::OnButtonUnlessRefused(const char* name, std::function<void()> act) {
+    connect(&Find<QPushButton>(name), &QPushButton::clicked, this, [this, act = std::move(act)] {
+        if (LeaveTextBoxes()) act();
+    });
 }
 
 void MainWindow::ConnectOptions() {
     const auto on = [this](const char* name, void (*select)(SetupDesk&)) {
         connect(&Find<QRadioButton>(name), &QRadioButton::clicked, this, [this, select] {
+            LeaveTextBoxes();
             select(parts_.desk);
             Refresh();
         });
@@ -77,7 +87,6 @@ void MainWindow::ConnectFiles() {
     });
     OnButton("cmdSpecifyDirectory", [this] { ChooseFolder(); });
     OnButton("cmdSpecifyFiles(0)", [this] {
-        if (!LeaveTextBoxes()) return;
         SpecifyInputFiles rules(parts_.machine.user, parts_.desk);
         SpecifyFilesWindow(rules, SpecifyInputNames, this).exec();
         Refresh();
@@ -89,15 +98,13 @@ void MainWindow::ConnectFiles() {
         SpecifyFilesWindow(rules, SpecifyOutputNames, this).exec();
         Refresh();
     });
-    OnButton("cmdListFiles", [this] {
-        if (!LeaveTextBoxes()) return;
+    OnButtonUnlessRefused("cmdListFiles", [this] {
         parts_.operations.ListFiles(Caption("cmdListFiles"));
         OperationEnded();
     });
 }
 
 void MainWindow::ChooseFolder() {
-    if (!LeaveTextBoxes()) return;
     parts_.operations.WhileOutOfUse([this](const StopAsked& stopped) {
         FolderChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
             .ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
@@ -110,15 +117,13 @@ void MainWindow::ConnectMenu() {
         keyFrame_.Open(parts_.key, keyLabels_);
         ShowPane(Pane::Key, "cmdKeyboardWithDisplay");
     });
-    OnButton("cmdDoIt", [this] { Perform(); });
+    OnButtonUnlessRefused("cmdDoIt", [this] { Perform(); });
     OnButton("cmdRandomnessReport", [this] {
         parts_.randomness.Open();
         OperationEnded();
     });
     OnButton("cmdReportScreen", [this] { parts_.operations.ViewReport(); });
-    OnButton("cmdSetup", [this] {
-        if (LeaveTextBoxes()) ShowPane(Pane::Setup, "cmdKeepSetup");
-    });
+    OnButton("cmdSetup", [this] { ShowPane(Pane::Setup, "cmdKeepSetup"); });
     OnButton("cmdHelp(0)", [this] { parts_.openManual(); });
     OnButton("cmdHelp(1)", [this] { ShowHelp(*this); });
     OnButton("cmdQuit", [this] { close(); });
@@ -127,7 +132,6 @@ void MainWindow::ConnectMenu() {
 }
 
 void MainWindow::Perform() {
-    if (!LeaveTextBoxes()) return;
     const bool ready = parts_.desk.ReadyToPerform();
     Refresh();
     if (!ready) return;

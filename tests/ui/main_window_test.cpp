@@ -96,19 +96,60 @@ TEST_F(MainWindowTest, ActsOnTheLeftButtonAndOnKeysButNotJustAfterAFilePicker) {
     EXPECT_EQ(log, (std::vector<std::string>{"manual", "manual", "manual"}));
 }
 
-TEST_F(MainWindowTest, MovesTheFocusByHoveringWithoutEverShowingABox) {
+TEST_F(MainWindowTest, MovesTheFocusByHoveringButNotFromWhereSomebodyTypes) {
     Click("optFilesInAFolder");
     auto& box = The<QLineEdit>("txbMaxNumFiles");
-    box.setFocus();
-    box.setText("3");
-    Hover("cmdSetup");
-    EXPECT_EQ(FocusName(), "cmdSetup");
-    QApplication::processEvents();
-    EXPECT_EQ(box.text(), "20") << "put back, and no box was asked for";
+    for (const bool typed : {false, true}) {
+        box.setFocus();
+        box.selectAll();
+        if (typed) QTest::keyClicks(&box, "3");
+        Hover("cmdSetup");
+        EXPECT_EQ(FocusName(), typed ? "txbMaxNumFiles" : "cmdSetup");
+    }
     Hover("cmdRandomnessReport");
-    EXPECT_EQ(FocusName(), "cmdSetup") << "a disabled button takes no focus";
+    EXPECT_EQ(box.text(), "3") << "and no box was asked for";
     user.Expect(RefusedMaxNumFilesBox());
     Click("cmdDoIt"); // the user meant 3
+    Hover("cmdHelp(0)");
+    Hover("cmdRandomnessReport");
+    EXPECT_EQ(FocusName(), "cmdHelp(0)") << "a disabled button takes no focus";
+}
+
+TEST_F(MainWindowTest, KeepsWhatIsHalfTypedWhileItIsNotTheActiveWindow) {
+    Click("optFilesInAFolder");
+    auto& box = The<QLineEdit>("txbFilePattern");
+    box.setFocus();
+    QTest::keyClicks(&box, "my f");
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    window.Refresh();
+    EXPECT_EQ(box.text(), "my f");
+    EXPECT_EQ(desk.Setup().FilePattern, "");
+}
+
+TEST_F(MainWindowTest, LetsTheControlActThatLeavesABoxWithABadValue) {
+    for (const char* control : {"optSubfolders", "optDecrypt", "cmdHelp(0)"}) {
+        Click("optFilesInAFolder");
+        QApplication::processEvents();
+        auto& box = The<QLineEdit>("txbFilePattern");
+        box.setFocus();
+        QTest::keyClicks(&box, "a<b");
+        auto& target = The<QAbstractButton>(control);
+        QTest::mousePress(&target, Qt::LeftButton, {}, {10, target.height() / 2});
+        QApplication::processEvents();
+        EXPECT_TRUE(user.asked.empty()) << "before the release";
+        user.onAsk = [](const MessageBox&) { return Answer::Ok; };
+        QTest::mouseRelease(&target, Qt::LeftButton, {}, {10, target.height() / 2});
+        QApplication::processEvents();
+        ASSERT_FALSE(user.asked.empty()) << control;
+        EXPECT_EQ(user.asked.front().title, "Invalid file pattern");
+        EXPECT_EQ(box.text(), "");
+        user.asked.clear();
+    }
+    EXPECT_TRUE(The<QRadioButton>("optDecrypt").isChecked());
+    EXPECT_EQ(log, std::vector<std::string>{"manual"});
 }
 
 TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
