@@ -107,6 +107,7 @@ class MainWindow : public QWidget {
 
     MainWindowParts parts_;
     OperationDialogs dialogs_;
+    OneButtonClicks oneButtonClicks_;
     QHash<QString, QWidget*> controls_; ///< by object name
     QTimer deafClock_;                  ///< ends the second in which the mouse buttons are deaf
     QTimer refreshClock_;               ///< of every second

@@ -157,10 +157,18 @@ QLayout* KeyStatus(QWidget* parent) {
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* lines = new QVBoxLayout;
     lines->setSpacing(2);
-    for (const char* name : {"lblKeyFrom(0)", "lblKeyFrom(1)"}) {
-        auto* line = Text(name, parent);
-        line->setWordWrap(true);
-        lines->addWidget(line);
+    constexpr struct {
+        const char* name;
+        int mostLines;
+    } statements[] = {{"lblKeyFrom(0)", 1}, {"lblKeyFrom(1)", 2}};
+    for (const auto& [name, mostLines] : statements) {
+        auto* statement = Text(name, parent);
+        statement->setWordWrap(true);
+        statement->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        // What stands below must not move under the pointer when this comes, goes or changes.
+        statement->setMinimumHeight(mostLines * statement->fontMetrics().lineSpacing());
+        KeepRoomWhenHidden(*statement);
+        lines->addWidget(statement);
     }
     lines->addStretch(1);
     row->addLayout(lines, 1);

@@ -4,6 +4,7 @@
 #include "ui/labels.h"
 #include "ui/text_edges.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QRadioButton>
 
@@ -16,6 +17,17 @@ void ReleaseButton::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     QPushButton::mouseReleaseEvent(event);
+}
+
+OneButtonClicks::OneButtonClicks() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool OneButtonClicks::eventFilter(QObject* watched, QEvent* event) {
+    if (!watched->isWidgetType()) return false;
+    if (event->type() == QEvent::MouseButtonPress) pressed_ = watched;
+    return event->type() == QEvent::MouseButtonDblClick && watched != pressed_ &&
+           qobject_cast<QAbstractButton*>(watched) != nullptr;
 }
 
 QString Indexed(const char* name, std::size_t k) {

@@ -10,6 +10,8 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QObject>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QString>
@@ -46,6 +48,19 @@ class ReleaseButton : public QPushButton {
 
   private:
     std::function<bool()> guard_;
+};
+
+/// While it lives, the second press of a double click counts only for the button that got the
+/// first: what the first click brings under the pointer is not pressed unseen.
+class OneButtonClicks final : public QObject {
+  public:
+    OneButtonClicks();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QPointer<QObject> pressed_;
 };
 
 /// Gives a control its name; returns it.

@@ -152,6 +152,24 @@ TEST_F(MainWindowTest, LetsTheControlActThatLeavesABoxWithABadValue) {
     EXPECT_EQ(log, std::vector<std::string>{"manual"});
 }
 
+TEST_F(MainWindowTest, KeepsItsButtonsInPlaceAndPressesOneByADoubleClick) {
+    const QPoint before = The("fraMenu").mapTo(&window, QPoint());
+    Click("cmdKeyFrom");
+    QApplication::processEvents();
+    EXPECT_EQ(The("fraKey").mapTo(&window, QPoint()), before);
+    bool opened = false;
+    WhenDialogOpens(window, "frmKeyboardWithDisplay", [&](QWidget& dialog) {
+        opened = true;
+        Press(dialog, "cmdCancel");
+    });
+    auto& brought = The("cmdKeyboardWithDisplay");
+    QTest::mouseDClick(&brought, Qt::LeftButton);
+    QTest::mouseRelease(&brought, Qt::LeftButton);
+    EXPECT_FALSE(opened);
+    Click("cmdKeyboardWithDisplay");
+    EXPECT_TRUE(opened);
+}
+
 TEST_F(MainWindowTest, ChecksABoxThatIsLeftByOtherWays) {
     Click("optFilesInAFolder");
     auto& box = The<QLineEdit>("txbFilePattern");
