@@ -2,18 +2,29 @@
 
 #include "libs/system/text_encoding.h"
 
+#include <algorithm>
 #include <optional>
 #include <span>
 
 namespace zr5 {
 namespace {
 
-bool ChangesTheLine(char32_t c) {
-    const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
-    const bool lineEnd = c == 0x2028 || c == 0x2029;
-    const bool direction = c == 0x061C || c == 0x200E || c == 0x200F ||
-                           (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-    return control || lineEnd || direction || c == 0xFEFF;
+struct CodePoints {
+    char32_t first, last;
+};
+
+/// What a window shows as nothing or lets act on the line: control characters, the ends of lines
+/// and paragraphs, and what Unicode calls default ignorable (DerivedCoreProperties.txt), among it
+/// all that turns the direction of the text.
+constexpr CodePoints Unseen[] = {
+    {0x0000, 0x001F}, {0x007F, 0x009F},   {0x00AD, 0x00AD},   {0x034F, 0x034F},  {0x061C, 0x061C},
+    {0x115F, 0x1160}, {0x17B4, 0x17B5},   {0x180B, 0x180F},   {0x200B, 0x200F},  {0x2028, 0x202E},
+    {0x2060, 0x206F}, {0x3164, 0x3164},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},  {0xFFA0, 0xFFA0},
+    {0xFFF0, 0xFFFB}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
+
+bool CannotBeSeen(char32_t c) {
+    return std::ranges::any_of(
+        Unseen, [c](const CodePoints& range) { return c >= range.first && c <= range.last; });
 }
 
 void AppendEscaped(std::string& text, std::string_view bytes) {
@@ -51,7 +62,7 @@ std::string Escaped(std::string_view name, IsEscaped isEscaped) {
 } // namespace
 
 std::string DisplayName(std::string_view name) {
-    return Escaped(name, [](std::size_t, char32_t codePoint) { return ChangesTheLine(codePoint); });
+    return Escaped(name, [](std::size_t, char32_t codePoint) { return CannotBeSeen(codePoint); });
 }
 
 std::string StorableName(std::string_view name) {

@@ -8,9 +8,10 @@
 
 namespace zr5 {
 
-/// `name` as UTF-8 that a window can show in one line and in one direction: every byte that is
-/// not part of valid UTF-8, every control character and every character that would turn the
-/// direction of the text is written as "\x" and two hexadecimal digits a byte.
+/// `name` as UTF-8 that a window can show in one line, in one direction and with nothing unseen in
+/// it: every byte that is not part of valid UTF-8, every control character and every character that
+/// shows as nothing or would turn the direction of the text is written as "\x" and two hexadecimal
+/// digits a byte.
 [[nodiscard]] std::string DisplayName(std::string_view name);
 
 /// `name` as UTF-8 that can be kept in a text file: only the bytes that are not part of valid

@@ -1,6 +1,7 @@
 #include "util/text.h"
 
 #include "util/code_page.h"
+#include "util/display.h"
 #include "util/durations.h"
 #include "util/paths.h"
 
@@ -111,6 +112,19 @@ TEST(PathSplit, FollowsTheShapeOfThePath) {
         EXPECT_EQ(parts.folder, folder);
         EXPECT_EQ(parts.name, name);
         EXPECT_EQ(ExtensionOf(path), extension);
+    }
+}
+
+TEST(ShownName, HidesNothingAndLeadsBackToTheFile) {
+    for (const auto& [name, shown] :
+         {std::pair{"a\u200Bb\u00AD\uFEFF.txt"sv,
+                    "a\\xE2\\x80\\x8Bb\\xC2\\xAD\\xEF\\xBB\\xBF.txt"sv},
+          {"\u2060\u2064"sv, "\\xE2\\x81\\xA0\\xE2\\x81\\xA4"sv},
+          {"cod\u202Egpj\n"sv, "cod\\xE2\\x80\\xAEgpj\\x0A"sv},
+          {"\uFE0F\U000E0041\u3164"sv, "\\xEF\\xB8\\x8F\\xF3\\xA0\\x81\\x81\\xE3\\x85\\xA4"sv},
+          {"caf\xE9 é\u00A0💾"sv, "caf\\xE9 é\u00A0💾"sv}}) {
+        EXPECT_EQ(DisplayName(name), shown);
+        EXPECT_EQ(NameFromDisplay(shown), name);
     }
 }
 
