@@ -5,6 +5,7 @@
 #include "util/code_page.h"
 #include "util/text.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace zr5 {
@@ -19,6 +20,10 @@ CurrentKey TypedKey(const SecretBytes& entry) {
     return key;
 }
 
+bool IsNoBreakBlank(char16_t character) {
+    return character == u'\u00A0' || character == u'\u2007' || character == u'\u202F';
+}
+
 bool SameKey(const SecretBytes& a, const SecretBytes& b) {
     return EqualInConstantTime(NormaliseKey(a.text()).bytes(), NormaliseKey(b.text()).bytes());
 }
@@ -28,7 +33,7 @@ bool SameKey(const SecretBytes& a, const SecretBytes& b) {
 std::optional<SecretBytes> TypedKeyBytes(std::u16string_view typed) {
     SecretBytes bytes(typed.size());
     for (std::size_t i = 0; i < typed.size(); ++i) {
-        const auto byte = CodePage1252Byte(typed[i]);
+        const auto byte = CodePage1252Byte(IsNoBreakBlank(typed[i]) ? u' ' : typed[i]);
         if (!byte) return std::nullopt;
         bytes.bytes()[i] = std::byte{*byte};
     }
@@ -38,7 +43,8 @@ std::optional<SecretBytes> TypedKeyBytes(std::u16string_view typed) {
 bool KeyEntry::Edit(std::u16string_view typed) {
     if (typed.size() > MaxKeyLength && bytes_.size() >= MaxKeyLength) return false;
     auto bytes = TypedKeyBytes(typed.substr(0, MaxKeyLength));
-    showsHint_ = !bytes;
+    hint_ = std::ranges::any_of(typed, IsNoBreakBlank) ? NoBreakBlankHint : std::string_view();
+    if (!bytes) hint_ = KeyCharacterHint;
     if (!bytes) return false;
     bytes_ = std::move(*bytes);
     return true;

@@ -24,20 +24,23 @@ enum class KeyAnswer {
 
 /// Shown under a key box that refused an edit.
 inline constexpr std::string_view KeyCharacterHint = "This character cannot be part of a key.";
+/// Shown under a key box that got a no-break blank, which looks like one that does not count.
+inline constexpr std::string_view NoBreakBlankHint = "A no-break blank is ignored like any blank.";
 
-/// What the user typed (UTF-16, composed) as bytes of code page 1252; nullopt when it holds a
-/// character that the code page lacks.
+/// What the user typed (UTF-16, composed) as bytes of code page 1252, no-break blanks as blanks;
+/// nullopt when it holds a character that the code page lacks.
 [[nodiscard]] std::optional<SecretBytes> TypedKeyBytes(std::u16string_view typed);
 
 /// What one box for a key holds.
 class KeyEntry {
   public:
     /// The box's text was changed to `typed` (UTF-16, composed). False when the change is refused:
-    /// the box keeps the entry that it had. A character that no key has lets the hint show until
-    /// the next change; of a text longer than MaxKeyLength the end is cut off, unless the box was
-    /// full already.
+    /// the box keeps the entry that it had. A character that no key has, or a no-break blank, lets
+    /// a hint show until the next change; of a text longer than MaxKeyLength the end is cut off,
+    /// unless the box was full already.
     bool Edit(std::u16string_view typed);
-    [[nodiscard]] bool ShowsHint() const { return showsHint_; }
+    /// Empty when there is nothing to say.
+    [[nodiscard]] std::string_view Hint() const { return hint_; }
     [[nodiscard]] bool IsLongEnough() const;
     /// "Checksum is 1234", of the key that the entry is.
     [[nodiscard]] std::string ChecksumLine() const;
@@ -47,7 +50,7 @@ class KeyEntry {
 
   private:
     SecretBytes bytes_;
-    bool showsHint_ = false;
+    std::string_view hint_;
 };
 
 /// The rules of `frmKeyboardWithDisplay`.

@@ -60,6 +60,11 @@ QLabel* MakeHint(std::size_t index) {
     return MakeKeyLabel(Indexed("lblHint", index), KeyCharacterHint);
 }
 
+void ShowHint(QLabel& label, std::string_view hint) {
+    if (!hint.empty()) label.setText(ToQt(hint));
+    label.setVisible(!hint.empty());
+}
+
 } // namespace
 
 KeyDialogWithDisplay::KeyDialogWithDisplay(KeyboardWithDisplay& rules, QWidget* parent)
@@ -118,7 +123,7 @@ void KeyDialogWithDisplay::Refresh() {
     for (QWidget* widget : std::initializer_list<QWidget*>{checksum_, useThisKey_, yes_, no_}) {
         widget->setVisible(acceptable);
     }
-    hint_->setVisible(entry.ShowsHint());
+    ShowHint(*hint_, entry.Hint());
 }
 
 void KeyDialogWithDisplay::End(KeyAnswer answer) {
@@ -198,7 +203,7 @@ void KeyDialogWithoutDisplay::Refresh() {
     checksum_->setVisible(longEnough);
     ok_->setVisible(rules_.ShowsOk());
     for (std::size_t i = 0; i < hints_.size(); ++i)
-        hints_[i]->setVisible(rules_.Entry(i).ShowsHint());
+        ShowHint(*hints_[i], rules_.Entry(i).Hint());
 }
 
 void KeyDialogWithoutDisplay::CompareEntries() {

@@ -53,11 +53,14 @@ TEST(KeyEntry, IsLongEnoughFromSixteenCharactersOnAndKeepsWhatAnEditMayNotChange
     EXPECT_FALSE(entry.IsLongEnough());
     EXPECT_TRUE(entry.Edit(Typed));
     EXPECT_FALSE(entry.Edit(u"abcΩ"));
-    EXPECT_TRUE(entry.ShowsHint() && entry.IsLongEnough());
+    EXPECT_TRUE(entry.Hint() == KeyCharacterHint && entry.IsLongEnough());
     EXPECT_EQ(entry.Bytes().text(), TypedBytes);
     EXPECT_EQ(entry.ChecksumLine(), "Checksum is 6304");
     EXPECT_TRUE(entry.Edit(u""));
-    EXPECT_FALSE(entry.ShowsHint() || entry.IsLongEnough());
+    EXPECT_FALSE(!entry.Hint().empty() || entry.IsLongEnough());
+    EXPECT_TRUE(entry.Edit(u"abcd\u00A0efgh\u2007ijkl\u202Fmnop"));
+    EXPECT_EQ(entry.Hint(), NoBreakBlankHint);
+    EXPECT_EQ(entry.ChecksumLine(), "Checksum is 6304") << "as with blanks";
     EXPECT_TRUE(entry.Edit(std::u16string(70, u'x'))) << "cut off";
     EXPECT_EQ(entry.Bytes().text(), std::string(64, 'x'));
     EXPECT_FALSE(entry.Edit(u"y" + std::u16string(64, u'x'))) << "the box was full";
@@ -129,7 +132,7 @@ TEST_F(WithoutDisplay, OpensTheSecondBoxAndThenOkAsTheEntriesBecomeLongEnough) {
     }
     EXPECT_EQ(dialog.Entry(0).ChecksumLine(), "Checksum is 6304");
     EXPECT_FALSE(dialog.Edit(1, u"Ω"));
-    EXPECT_TRUE(dialog.Entry(1).ShowsHint() && !dialog.Entry(0).ShowsHint());
+    EXPECT_TRUE(!dialog.Entry(1).Hint().empty() && dialog.Entry(0).Hint().empty());
     Type(u"  abcd efgh ijkl mnop ", u"ABCDEFGHIJKLMNOP  ");
     EXPECT_TRUE(dialog.EntriesMatch(user)) << "but for case and blanks";
     EXPECT_EQ(dialog.Entry(0).Bytes().text(), TypedBytes);
