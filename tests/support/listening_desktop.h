@@ -6,16 +6,13 @@
 #include <QAccessible>
 #include <stdexcept>
 
-class QPlatformAccessibility {
-  public:
+struct QPlatformAccessibility {
     void setActive(bool active);
 };
-class QPlatformIntegration {
-  public:
+struct QPlatformIntegration {
     [[nodiscard]] QPlatformAccessibility* accessibility() const;
 };
-class QGuiApplicationPrivate {
-  public:
+struct QGuiApplicationPrivate {
     static QPlatformIntegration* platform_integration;
 };
 
@@ -29,21 +26,15 @@ inline void ListenToEvents(QAccessible::UpdateHandler listen) {
 }
 
 /// The text that an event carries, or that it tells to ask for.
-inline QString ToldBy(QAccessibleEvent& event) {
-    switch (static_cast<int>(event.type())) {
-    case QAccessible::TextInserted:
-        return static_cast<QAccessibleTextInsertEvent&>(event).textInserted();
-    case QAccessible::TextRemoved:
-        return static_cast<QAccessibleTextRemoveEvent&>(event).textRemoved();
-    case QAccessible::TextUpdated: {
-        auto& update = static_cast<QAccessibleTextUpdateEvent&>(event);
-        return update.textRemoved() + update.textInserted();
-    }
-    case QAccessible::NameChanged:
-        return event.accessibleInterface()->text(QAccessible::Name);
-    default:
-        return {};
-    }
+inline QString ToldBy(QAccessibleEvent* event) {
+    if (const auto* insert = dynamic_cast<QAccessibleTextInsertEvent*>(event))
+        return insert->textInserted();
+    if (const auto* removal = dynamic_cast<QAccessibleTextRemoveEvent*>(event))
+        return removal->textRemoved();
+    if (const auto* update = dynamic_cast<QAccessibleTextUpdateEvent*>(event))
+        return update->textRemoved() + update->textInserted();
+    const bool isNamed = event->type() == QAccessible::NameChanged;
+    return isNamed ? event->accessibleInterface()->text(QAccessible::Name) : QString();
 }
 
 } // namespace zr5::test

@@ -127,40 +127,25 @@ TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOkAndBackA
 
 TEST(KeyWindows, TellNoListenerWhatIsTyped) {
     static QString told;
-    ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(*event); });
+    ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(event); });
     KeyboardWithDisplay shownRules{Direction::Encrypt, CurrentKey{}};
-    KeyDialogWithDisplay shown{shownRules};
+    const KeyDialogWithDisplay shown{shownRules};
     ScriptedUser user;
     KeyboardWithoutDisplay maskedRules{Direction::Encrypt};
-    KeyDialogWithoutDisplay masked{maskedRules, user};
-    auto& first = Control<QLineEdit>(masked, "txbKey(0)");
+    const KeyDialogWithoutDisplay masked{maskedRules, user};
     QLineEdit other;
-    for (QLineEdit* box : {&Control<QLineEdit>(shown, "txbKey"), &first,
-                           &Control<QLineEdit>(masked, "txbKey(1)"), &other}) {
+    for (QLineEdit* box :
+         {&Control<QLineEdit>(shown, "txbKey"), &Control<QLineEdit>(masked, "txbKey(0)"), &other}) {
         EXPECT_FALSE(told.contains(QLatin1Char('Z'))) << told.toStdString();
         QTest::keyClicks(box, QString(20, QLatin1Char('Z')));
-        QTest::keyClick(box, Qt::Key_Backspace);
         box->setText(QString(30, QLatin1Char('Z')));
     }
     EXPECT_TRUE(told.contains(QLatin1String("ZZ"))) << "what is no key is told";
-    EXPECT_TRUE(told.contains(QStringLiteral("Checksum")));
-    QAccessibleInterface& asked = *QAccessible::queryAccessibleInterface(&first);
+    const auto* asked =
+        QAccessible::queryAccessibleInterface(&Control<QLineEdit>(masked, "txbKey(0)"));
     for (const auto text : {QAccessible::Name, QAccessible::Description, QAccessible::Value})
-        EXPECT_FALSE(asked.text(text).contains(QLatin1Char('Z')));
-    EXPECT_EQ(asked.textInterface()->text(0, 20), QString());
+        EXPECT_FALSE(asked->text(text).contains(QLatin1Char('Z')));
     QAccessible::installUpdateHandler(nullptr);
-}
-
-class KeyFromKeyboard : public OperationTest {};
-
-TEST_F(KeyFromKeyboard, IsNotTakenWhenTheWindowIsCancelled) {
-    WhenDialogOpens(*qApp, "frmKeyboardWithoutDisplay", [](QWidget& window) {
-        for (const char* box : {"txbKey(0)", "txbKey(1)"})
-            QTest::keyClicks(&Control(window, box), Typed);
-        Press(window, "cmdCancel");
-    });
-    GetKeyFromKeyboardWithoutDisplay(nullptr, Direction::Encrypt, machine, key);
-    EXPECT_EQ(key.keyText.text(), "ABCDEFGHIJKLMNOP") << "as it was";
 }
 
 class SmallWindows : public OperationTest {};
@@ -221,10 +206,6 @@ TEST(RandomWindow, CollectsFromMousePenAndFingerOverAllOfIt) {
     expectAfterTick(1);
     QTest::touchEvent(&window, screen.get()).move(0, {44, 55}, &window);
     expectAfterTick(1);
-    EXPECT_TRUE(Control<QLabel>(window, "lblHint").isHidden());
-    for (int i = 0; i < 12; ++i)
-        expectAfterTick(0);
-    EXPECT_FALSE(Control<QLabel>(window, "lblHint").isHidden());
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_EQ(window.result(), QDialog::Rejected);
     EXPECT_EQ(rules.Take().size(), 4U) << "closed early: too few";

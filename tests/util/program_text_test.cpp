@@ -2,7 +2,6 @@
 
 #include "libs/filekit/program_text_file.h"
 #include "support/fixtures.h"
-#include "util/language_lists.h"
 
 #include <algorithm>
 #include <array>
@@ -52,12 +51,6 @@ TEST(ProgramText, IsShippedForEveryNumberInUse) {
     EXPECT_EQ(texts[50], "The output file is the same as the input file.");
     EXPECT_EQ(texts[51], "No files in the input folder or its subfolders match the file pattern.");
     EXPECT_EQ(texts[52], "No files in the input folder match the file pattern.");
-}
-
-TEST(LanguageLists, HaveStopWordsForOneProgramOnly) {
-    EXPECT_EQ(LanguageListsFor("FAREBEV").stopWordFiles[6], "stwds_en_de_es_pt_it_fr.txt");
-    EXPECT_EQ(LanguageListsFor("farebev").stopWordFiles, LanguageList{});
-    EXPECT_EQ(LanguageListsFor("zr5e").commonWordFiles[1], "cwds_de.txt");
 }
 
 TEST_F(KitTest, FetchesTexts) {
