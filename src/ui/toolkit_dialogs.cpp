@@ -24,6 +24,7 @@
 #include <QSpacerItem>
 #include <QStyle>
 #include <QTreeView>
+#include <utility>
 
 namespace zr5 {
 namespace {
@@ -71,8 +72,9 @@ void Dress(QMessageBox& box) {
     grid->addItem(new QSpacerItem(TitleWidth(box), 0), lastRow, 0, 1, grid->columnCount());
 }
 
-/// The name box of the toolkit's own picker, which `picker` becomes: a desktop's picker cannot be
-/// relied on to take what was typed.
+/// The name box of the toolkit's own picker, which `picker` becomes. A desktop's picker cannot be
+/// relied on: that of GTK searches for what is typed, can name no new file where one is opened,
+/// reads files for their icons, and remembers what was chosen.
 QLineEdit& OwnNameBox(QFileDialog& picker) {
     constexpr const char* Name = "fileNameEdit";
     picker.setOption(QFileDialog::DontUseNativeDialog);
@@ -182,11 +184,12 @@ void NamePicker::Suggest(const QString& name) {
 void NamePicker::accept() {
     const QString typed = box_.text();
     const bool picksFile = fileMode() != Directory;
-    if (typed == QLatin1String("..")) return Enter(directory().absoluteFilePath(typed));
-    if (picksFile && !markedFolder_.isEmpty()) return Enter(markedFolder_);
+    if (picksFile && !markedFolder_.isEmpty())
+        return setDirectory(std::exchange(markedFolder_, {}));
     if (picksFile && typed.isEmpty()) return;
     const QString path = TypedPath();
-    if (picksFile && QFileInfo(path).isDir()) return Enter(path);
+    const bool goesUp = typed == QLatin1String("..");
+    if (goesUp || (picksFile && QFileInfo(path).isDir())) return EnterTyped(path);
     if (!MayReplace(path)) return;
     chosen_ = path;
     QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
@@ -202,9 +205,8 @@ QString NamePicker::TypedPath() const {
     return meansFolder ? path + QLatin1Char('/') : path;
 }
 
-void NamePicker::Enter(const QString& folder) {
+void NamePicker::EnterTyped(const QString& folder) {
     setDirectory(QDir::cleanPath(folder));
-    markedFolder_.clear();
     box_.clear();
 }
 

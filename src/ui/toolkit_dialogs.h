@@ -78,7 +78,7 @@ class NamePicker final : public QFileDialog {
     void SetUpList();
     void SetUpNameBox();
     [[nodiscard]] QString TypedPath() const;
-    void Enter(const QString& folder);
+    void EnterTyped(const QString& folder);
     [[nodiscard]] bool MayReplace(const QString& path);
 
     QLineEdit& box_;
