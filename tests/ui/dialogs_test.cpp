@@ -125,6 +125,35 @@ TEST_F(WithoutDisplayWindow, LeadsFromTheFirstMaskedEntryToTheSecondToOkAndBackA
     EXPECT_EQ(window.result(), QDialog::Accepted);
 }
 
+/// Hears what the toolkit hands on to assistive technology.
+class KeyboardListener : public QObject {
+  public:
+    KeyboardListener() { qApp->installEventFilter(this); }
+    QString heard;
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress && event->spontaneous())
+            heard += static_cast<QKeyEvent*>(event)->text();
+        return false;
+    }
+};
+
+TEST(KeyWindows, TellNoListenerWhichKeysArePressed) {
+    const KeyboardListener listener;
+    KeyboardWithDisplay rules{Direction::Encrypt, CurrentKey{}};
+    KeyDialogWithDisplay window{rules};
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    for (const char letter : std::string("secret"))
+        QTest::keyClick(window.windowHandle(), letter);
+    EXPECT_EQ(Control<QLineEdit>(window, "txbKey").text(), "secret");
+    EXPECT_EQ(listener.heard, QString());
+    Control(window, "cmdCancel").setFocus();
+    QTest::keyClick(window.windowHandle(), Qt::Key_X);
+    EXPECT_FALSE(listener.heard.isEmpty());
+}
+
 TEST(KeyWindows, TellNoListenerWhatIsTyped) {
     static QString told;
     ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(event); });
