@@ -18,12 +18,6 @@ MessageBox StartupMessage() {
                   "Startup", BoxIcon::Information);
 }
 
-void LoadSetupOfLastRun(const Machine& machine, SetupDesk& desk, SetupStore& setups) {
-    const std::string path = setups.NextRunSetupPath();
-    if (!machine.fileSystem.Info(path)) return;
-    if (!setups.LoadSetup(path) || desk.CheckLabels() != 0) desk.ResetSetup();
-}
-
 bool UserWantsToQuit(const Machine& machine, const SetupDesk& desk, const CurrentKey& key,
                      const std::string& caption) {
     if (!desk.InputIsChosen()) return true;
@@ -80,7 +74,7 @@ bool StartProgram(Machine& machine, SetupDesk& desk, SetupStore& setups, Current
                                 BoxIcon::Critical));
         return false;
     }
-    LoadSetupOfLastRun(machine, desk, setups);
+    setups.LoadSetupOfLastRun();
     EraseKey(key, machine.engine);
     window.show();
     FinishInterruptedOperations(machine);

@@ -17,7 +17,8 @@ namespace zr5 {
 
 /// The program's own folder, ending in a separator: the maker's folder below `configFolder`, the
 /// user's folder for application data (the root when it is empty). Both are made when missing;
-/// where that fails the path is returned all the same, and saving there will fail.
+/// where that fails the path is returned all the same, and saving there will fail. So it is where
+/// the folder is somebody else's: whoever reads a file there asks `WhyForeignFile` first.
 [[nodiscard]] std::string MakeOwnFolder(FileSystem& fileSystem, const std::string& configFolder);
 
 /// The name of the program-text file beside an executable of this name.

@@ -4,6 +4,7 @@
 #include "setup/setup_text.h"
 #include "util/chosen_file.h"
 #include "util/display.h"
+#include "util/own_file.h"
 #include "util/paths.h"
 
 #include <optional>
@@ -19,10 +20,12 @@ constexpr std::size_t LargestSetupFile = std::size_t{256} * 1024;
 constexpr const char* OperationFileFilter = "Operation files (*.opn) | *.opn";
 constexpr std::string_view OperationFileExtension = "opn";
 
-std::optional<std::string> ReadWhole(FileSystem& fileSystem, const std::string& path) {
-    const FirstBytes read = ReadFirstBytes(fileSystem, path, LargestSetupFile + 1);
+std::optional<std::string> ReadWhole(OpenFile& file) {
+    std::string content(LargestSetupFile + 1, '\0');
+    const ReadResult read = file.Read(std::as_writable_bytes(std::span(content)));
     if (read.status != FsStatus::Ok || read.count > LargestSetupFile) return std::nullopt;
-    return std::string(read.bytes.text().substr(0, read.count));
+    content.resize(read.count);
+    return content;
 }
 
 /// The file itself where `path` is a link to one.
@@ -42,7 +45,13 @@ std::string WithOperationFileExtension(const std::string& path) {
 
 bool SetupStore::LoadSetup(const std::string& path) {
     desk_.ResetSetup();
-    const auto content = ReadWhole(machine_.fileSystem, WithoutLink(machine_.fileSystem, path));
+    const OpenResult opened =
+        machine_.fileSystem.OpenForReading(WithoutLink(machine_.fileSystem, path));
+    return opened.status == FsStatus::Ok && Take(*opened.file);
+}
+
+bool SetupStore::Take(OpenFile& file) {
+    const auto content = ReadWhole(file);
     if (!content) return false;
     SetupReading reading = ReadSetupText(*content);
     desk_.TakeOver(std::move(reading.setup));
@@ -118,8 +127,31 @@ void SetupStore::SaveAsOperationFile(const std::function<void()>& pickerClosed) 
 }
 
 void SetupStore::SaveForNextRun() {
-    if (SaveSetup(NextRunSetupPath())) return;
-    machine_.user.Ask(Notice("Cannot save setup!", "Error", BoxIcon::Exclamation));
+    std::string reason = WhyForeignFolder(machine_.fileSystem, machine_.ownFolder);
+    if (reason.empty() && SaveSetup(NextRunSetupPath())) return;
+    if (!reason.empty()) reason = "\r\n" + reason + "\r\n" + DisplayName(machine_.ownFolder);
+    machine_.user.Ask(Notice("Cannot save setup!" + reason, "Error", BoxIcon::Exclamation));
+}
+
+void SetupStore::LoadSetupOfLastRun() {
+    FileSystem& fileSystem = machine_.fileSystem;
+    const std::string path = NextRunSetupPath();
+    desk_.ResetSetup();
+    if (!fileSystem.Info(path)) return;
+    const std::string target = WithoutLink(fileSystem, path);
+    const OpenResult opened = fileSystem.OpenForReading(target);
+    const auto info = opened.file ? opened.file->Info() : fileSystem.Info(target);
+    std::string reason = WhyForeignFolder(fileSystem, machine_.ownFolder);
+    if (reason.empty() && info && info->kind == FileKind::Regular)
+        reason = WhyForeignFile(fileSystem, target, *info);
+    if (!reason.empty()) {
+        machine_.user.Ask(Notice("The setup for the next run was not loaded, because somebody else "
+                                 "may have written it:\r\n\r\n" +
+                                     DisplayName(path) + "\r\n" + reason,
+                                 "Setup", BoxIcon::Exclamation));
+        return;
+    }
+    if (!opened.file || !Take(*opened.file) || desk_.CheckLabels() != 0) desk_.ResetSetup();
 }
 
 } // namespace zr5

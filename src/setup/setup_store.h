@@ -20,6 +20,10 @@ class SetupStore {
     /// Replaces the whole setup, first by a reset one. After a failure the desk holds what could be
     /// read, with labels that say so.
     [[nodiscard]] bool LoadSetup(const std::string& path);
+    /// At the start of the program: as LoadSetup with the setup for the next run, if there is one;
+    /// the setup stays reset when it fails to load or disagrees with its labels. One that somebody
+    /// else may have written is not loaded, and a box says why.
+    void LoadSetupOfLastRun();
     /// False when the file could not be written whole (one that was there is untouched then), and
     /// when the setup disagrees with its labels or cannot be written in this format.
     [[nodiscard]] bool SaveSetup(const std::string& path);
@@ -29,6 +33,7 @@ class SetupStore {
     void LoadOperationFile(const std::function<void()>& pickerClosed,
                            const std::function<void()>& refresh);
     void SaveAsOperationFile(const std::function<void()>& pickerClosed);
+    /// Refuses a folder that is not this user's alone, where it would not be loaded either.
     void SaveForNextRun();
 
     /// Where the setup for the next run lies.
@@ -37,6 +42,8 @@ class SetupStore {
     }
 
   private:
+    [[nodiscard]] bool Take(OpenFile& file);
+
     Machine& machine_;
     SetupDesk& desk_;
 };

@@ -4,6 +4,7 @@
 #include "setup/setup_store.h"
 #include "setup/setup_text.h"
 #include "support/fixtures.h"
+#include "support/foreign_ways.h"
 
 #include <filesystem>
 
@@ -94,6 +95,31 @@ TEST_F(ProgramTest, TakesUpTheSetupOfTheLastRunUnlessItFailsToLoadOrContradictsI
         ExpectStartupMessage();
         EXPECT_TRUE(Start());
         EXPECT_EQ(InputPath(), "");
+    }
+}
+
+TEST_F(ProgramTest, NeitherBelievesNorKeepsASetupWhereSomebodyElseMayWrite) {
+    desk.SetInputFile("/in/", "a");
+    desk.RewriteLabels();
+    const std::string whole = WriteSetupText(desk.Setup()).value();
+    for (const ForeignWay& way : ForeignWays) {
+        TakeBack(folder.Path());
+        folder.Write("zr5e.opn", whole);
+        if (!MakeForeign(way, folder.Path(), "zr5e.opn")) continue;
+        const auto before = folder.Contents();
+        user.Expect(Notice("The setup for the next run was not loaded, because somebody else may "
+                           "have written it:\r\n\r\n" +
+                               nextRunPath + "\r\n" + way.reason,
+                           "Setup", BoxIcon::Exclamation));
+        ExpectStartupMessage();
+        EXPECT_TRUE(Start());
+        EXPECT_EQ(InputPath(), "") << way.reason;
+        EXPECT_EQ(folder.Contents(), before) << way.reason;
+        if (!way.ofFolder) continue;
+        user.Expect("Error",
+                    std::string("Cannot save setup!\r\n") + way.reason + "\r\n" + folder.Path());
+        setups.SaveForNextRun();
+        EXPECT_EQ(folder.Contents(), before) << way.reason;
     }
 }
 

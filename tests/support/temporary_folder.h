@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -66,6 +67,15 @@ class TemporaryFolder {
         for (const auto& entry : std::filesystem::directory_iterator(path_))
             names.insert(entry.path().filename().native());
         return names;
+    }
+    /// Every file, below this folder too, by its path, with its content.
+    [[nodiscard]] std::map<std::string, std::string> Contents() const {
+        std::map<std::string, std::string> contents;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path_)) {
+            const std::string name = entry.path().native().substr(path_.size());
+            contents[name] = entry.is_regular_file() ? Read(name) : std::string{};
+        }
+        return contents;
     }
     /// Makes what is no regular file: `folder`, `pipe`, `link` (to `target`), `dangling`.
     void MakeSpecials(std::string_view target) const {

@@ -232,6 +232,9 @@ FileInfo InfoFrom(const struct stat& raw) {
     info.linkCount = raw.st_nlink;
     info.identity = {raw.st_dev, raw.st_ino};
     info.modifiedNs = Nanoseconds(raw.st_mtim);
+    info.isOwnedByUser = raw.st_uid == geteuid();
+    // The group's bits bound what an access list gives anybody.
+    info.isWritableByOthers = (raw.st_mode & (S_IWGRP | S_IWOTH)) != 0;
     info.changedNs = Nanoseconds(raw.st_ctim);
     return info;
 }
