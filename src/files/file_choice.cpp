@@ -128,29 +128,30 @@ bool SingleFileChoice::TakeOutput(const std::string& path, Overwriting overwriti
 }
 
 void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked& stopped) {
-    const auto chosen = user_.PickFolder(
+    const auto chosen = machine_.user.PickFolder(
         {.title = "Specify input folder", .startFolder = desk_.Setup().Folder[InputSide]});
     if (!chosen || chosen->empty()) return;
-    const std::string path = MeantPath(fileSystem_, *chosen);
-    const std::string reason = WhyNotAFolder(ResolveChosen(fileSystem_, path));
-    if (!reason.empty()) return Refuse(user_, path, reason, buttonCaption);
+    FileSystem& fileSystem = machine_.fileSystem;
+    const std::string path = MeantPath(fileSystem, *chosen);
+    const std::string reason = WhyNotAFolder(ResolveChosen(fileSystem, path));
+    if (!reason.empty()) return Refuse(machine_.user, path, reason, buttonCaption);
     const std::string folder = WithTrailingSeparator(path);
-    const std::string judged = fileSystem_.CanonicalPath(folder).value_or(folder);
-    if (const auto forbidden =
-            ForbiddenFolders(fileSystem_).NameOf(WithTrailingSeparator(judged))) {
-        user_.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
+    const std::string judged = fileSystem.CanonicalPath(folder).value_or(folder);
+    if (const auto forbidden = ForbiddenFolders(machine_).NameOf(WithTrailingSeparator(judged))) {
+        machine_.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
         return;
     }
-    ConsiderateVisitor visitor(user_, stopped);
+    ConsiderateVisitor visitor(machine_.user, stopped);
     const WalkResult found = WalkFolder(
-        fileSystem_,
+        machine_,
         {.folder = folder, .pattern = AllFilesPattern, .withSubfolders = true, .limit = 1},
         visitor);
     if (found.files > 0) {
         desk_.SetInputFolder(folder);
     } else if (!found.cutShort) {
-        user_.Ask(Notice(DisplayName(folder) + " contains no files." + UnreadableNote(found),
-                         "No files", BoxIcon::Information));
+        machine_.user.Ask(
+            Notice(DisplayName(folder) + " contains no files." + UnreadableNote(found), "No files",
+                   BoxIcon::Information));
     }
 }
 

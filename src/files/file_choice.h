@@ -55,8 +55,7 @@ class SingleFileChoice {
 
 class FolderChoice {
   public:
-    FolderChoice(UserPort& user, FileSystem& fileSystem, SetupDesk& desk)
-        : user_(user), fileSystem_(fileSystem), desk_(desk) {}
+    FolderChoice(Machine& machine, SetupDesk& desk) : machine_(machine), desk_(desk) {}
 
     /// `buttonCaption` is the title of the box that refuses a forbidden folder, or what is no
     /// folder or not there. A cancelled picker or a refusal changes nothing, and neither does a
@@ -64,8 +63,7 @@ class FolderChoice {
     void ChooseInput(const std::string& buttonCaption, const StopAsked& stopped);
 
   private:
-    UserPort& user_;
-    FileSystem& fileSystem_;
+    Machine& machine_;
     SetupDesk& desk_;
 };
 

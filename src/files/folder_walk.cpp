@@ -13,8 +13,11 @@ namespace {
 
 class Walk {
   public:
-    Walk(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor)
-        : fileSystem_(fileSystem), request_(request), visitor_(visitor), forbidden_(fileSystem) {}
+    Walk(const Machine& machine, const WalkRequest& request, WalkVisitor& visitor)
+        : fileSystem_(machine.fileSystem),
+          request_(request),
+          visitor_(visitor),
+          forbidden_(machine) {}
 
     WalkResult Run() {
         const auto canonical = fileSystem_.CanonicalPath(request_.folder);
@@ -112,8 +115,8 @@ class Walk {
 
 } // namespace
 
-WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request, WalkVisitor& visitor) {
-    return Walk(fileSystem, request, visitor).Run();
+WalkResult WalkFolder(const Machine& machine, const WalkRequest& request, WalkVisitor& visitor) {
+    return Walk(machine, request, visitor).Run();
 }
 
 std::string UnreadableNote(const WalkResult& walked) {

@@ -4,7 +4,7 @@
 // they agree. Each folder's files come before its subfolders, depth first, in the order of the
 // file system; nothing is sorted.
 
-#include "libs/system/file_system.h"
+#include "util/machine.h"
 #include "util/user_port.h"
 
 #include <cstdint>
@@ -68,7 +68,7 @@ class ConsiderateVisitor : public WalkVisitor {
 
 /// Each folder is entered once. Regular files only, names that begin with a dot included. Links are
 /// neither entered nor taken, and forbidden folders are never entered.
-[[nodiscard]] WalkResult WalkFolder(FileSystem& fileSystem, const WalkRequest& request,
+[[nodiscard]] WalkResult WalkFolder(const Machine& machine, const WalkRequest& request,
                                     WalkVisitor& visitor);
 
 /// What a message that nothing was found adds when there were folders that cannot be read:

@@ -87,23 +87,40 @@ std::optional<std::string> ForbiddenOnPosix(std::string_view path) {
     return std::nullopt;
 }
 
+/// Of a folder's path, which ends in a separator.
+std::string LastComponent(std::string_view folder) {
+    folder.remove_suffix(1);
+    return SplitPath(folder).name;
+}
+
 } // namespace
 
 std::optional<std::string> ForbiddenFolderName(std::string_view path) {
     return IsWindowsShaped(path) ? ForbiddenOnWindows(path) : ForbiddenOnPosix(path);
 }
 
-ForbiddenFolders::ForbiddenFolders(FileSystem& fileSystem) : fileSystem_(fileSystem) {
+ForbiddenFolders::ForbiddenFolders(const Machine& machine)
+    : fileSystem_(machine.fileSystem),
+      ownFolder_(WithTrailingSeparator(
+          fileSystem_.CanonicalPath(machine.ownFolder).value_or(std::string{}))) {
     const auto add = [this](std::string_view name) {
         const auto identity = fileSystem_.IdentityOf("/" + std::string(name));
         if (identity) systemFolders_.emplace_back(*identity, name.substr(name.rfind('/') + 1));
     };
     std::ranges::for_each(SystemFolders, add);
     std::ranges::for_each(LibraryFolders, add);
+    if (const auto own = fileSystem_.IdentityOf(ownFolder_); own && !ownFolder_.empty())
+        systemFolders_.emplace_back(*own, LastComponent(ownFolder_));
+}
+
+std::optional<std::string> ForbiddenFolders::NameOfOwn(const std::string& path) const {
+    if (ownFolder_.empty() || !path.starts_with(ownFolder_)) return std::nullopt;
+    return LastComponent(ownFolder_);
 }
 
 std::optional<std::string> ForbiddenFolders::NameOf(const std::string& path) const {
     if (auto name = ForbiddenFolderName(path)) return name;
+    if (auto name = NameOfOwn(path)) return name;
     const auto identity = fileSystem_.IdentityOf(path);
     if (!identity) return std::nullopt;
     const auto found =
@@ -112,11 +129,14 @@ std::optional<std::string> ForbiddenFolders::NameOf(const std::string& path) con
     return found->second;
 }
 
-std::optional<std::string> ForbiddenInput(const OperationSetup& setup, FileSystem& fileSystem) {
-    if (setup.InputMode != InputSource::FilesInAFolder) return std::nullopt;
+std::optional<std::string> ForbiddenInput(const OperationSetup& setup, const Machine& machine) {
+    const bool isFolder = setup.InputMode == InputSource::FilesInAFolder;
+    if (!isFolder && setup.OutputMode != OutputTarget::OverwriteInput) return std::nullopt;
     const std::string& folder = setup.Folder[InputSide];
-    return ForbiddenFolders(fileSystem)
-        .NameOf(WithTrailingSeparator(fileSystem.CanonicalPath(folder).value_or(folder)));
+    const std::string judged =
+        WithTrailingSeparator(machine.fileSystem.CanonicalPath(folder).value_or(folder));
+    const ForbiddenFolders forbidden(machine);
+    return isFolder ? forbidden.NameOf(judged) : forbidden.NameOfOwn(judged);
 }
 
 MessageBox ForbiddenFolderBox(const std::string& name, const std::string& title) {

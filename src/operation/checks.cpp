@@ -141,7 +141,7 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
                                     "The output file is the input file."),
                              PerformCaption(setup.Operation), BoxIcon::Information));
     }
-    if (const auto forbidden = ForbiddenInput(setup, machine.fileSystem)) {
+    if (const auto forbidden = ForbiddenInput(setup, machine)) {
         return refuse(ForbiddenFolderBox(*forbidden, PerformCaption(setup.Operation)));
     }
     if (const auto question = AntiVirusQuestion(setup);

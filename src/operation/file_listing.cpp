@@ -98,12 +98,12 @@ std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingF
 void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
                const std::string& buttonCaption, const StopAsked& stopped,
                const std::function<void()>& show) {
-    if (const auto forbidden = ForbiddenInput(setup, machine.fileSystem)) {
+    if (const auto forbidden = ForbiddenInput(setup, machine)) {
         machine.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
         return;
     }
     ConsiderateVisitor first(machine.user, stopped); // only as far as the first file
-    const WalkResult found = WalkFolder(machine.fileSystem, WalkRequestFor(setup, 1), first);
+    const WalkResult found = WalkFolder(machine, WalkRequestFor(setup, 1), first);
     if (found.files == 0) {
         machine.user.Ask(Notice(NoFilesText(setup, found), buttonCaption, BoxIcon::Information));
         return;
@@ -114,8 +114,7 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
     const StopAsked screenStopped = [&screen] { return screen.StopRequested(); };
     ListingVisitor visitor(machine, screen, maximum, screenStopped);
-    const WalkResult listed =
-        WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), visitor);
+    const WalkResult listed = WalkFolder(machine, WalkRequestFor(setup, maximum + 1), visitor);
     if (screen.IsFull()) {
         machine.user.Ask(TextboxFullBox());
     }

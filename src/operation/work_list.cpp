@@ -113,7 +113,7 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAs
     }
     WalkRequest request = WalkRequestFor(setup, static_cast<std::uint64_t>(setup.MaxNumFiles) + 1);
     request.addsUpSizes = true;
-    const WalkResult walked = WalkFolder(machine.fileSystem, request, counter);
+    const WalkResult walked = WalkFolder(machine, request, counter);
     return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked), walked.totalBytes};
 }
 
@@ -125,7 +125,7 @@ ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,
     }
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
     Lister lister(machine, maximum, counted, stopped);
-    static_cast<void>(WalkFolder(machine.fileSystem, WalkRequestFor(setup, maximum + 1), lister));
+    static_cast<void>(WalkFolder(machine, WalkRequestFor(setup, maximum + 1), lister));
     return lister.Take();
 }
 

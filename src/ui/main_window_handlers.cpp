@@ -106,7 +106,7 @@ void MainWindow::ConnectFiles() {
 
 void MainWindow::ChooseFolder() {
     parts_.operations.WhileOutOfUse([this](const StopAsked& stopped) {
-        FolderChoice(parts_.machine.user, parts_.machine.fileSystem, parts_.desk)
+        FolderChoice(parts_.machine, parts_.desk)
             .ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
     });
     OperationEnded();

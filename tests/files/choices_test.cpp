@@ -27,7 +27,7 @@ class InputFolder : public DeskTest {
         choice.ChooseInput("Select input folder", [this] { return stopped; });
     }
     bool stopped = false;
-    FolderChoice choice{user, disk, desk};
+    FolderChoice choice{machine, desk};
 };
 
 TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {

@@ -2,8 +2,7 @@
 
 #include "files/file_pattern.h"
 #include "files/forbidden_folder.h"
-#include "support/faulty_file_system.h"
-#include "support/temporary_folder.h"
+#include "support/fixtures.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -45,7 +44,7 @@ class MountedTwice : public test::FaultyFileSystem {
     }
 };
 
-class FolderWalk : public testing::Test {
+class FolderWalk : public test::MachineTest {
   protected:
     void Make(const std::string& name) {
         fs::create_directories(fs::path(folder / name).parent_path());
@@ -55,7 +54,8 @@ class FolderWalk : public testing::Test {
         const std::size_t most = seen.most;
         seen = {};
         seen.most = most;
-        return WalkFolder(disk, {path, pattern, subfolders, true, limit}, seen);
+        const Machine here{user, twice, engine, kit, clock, random, "", config.Path()};
+        return WalkFolder(here, {path, pattern, subfolders, true, limit}, seen);
     }
     WalkResult Walk(std::uint64_t limit = 0) { return WalkIn(folder.Path(), limit); }
     std::set<std::string> Names() {
@@ -64,9 +64,7 @@ class FolderWalk : public testing::Test {
             names.insert(path.substr(folder.Path().size()));
         return names;
     }
-    test::TemporaryFolder folder;
-    std::unique_ptr<FileSystem> system = MakeSystemFileSystem();
-    MountedTwice disk{*system};
+    MountedTwice twice{disk};
     std::string pattern = "*.*";
     bool subfolders = true;
     Recorder seen;
@@ -121,10 +119,23 @@ TEST_F(FolderWalk, PassesForbiddenFoldersByAlsoBehindALinkToTheFolder) {
 TEST_F(FolderWalk, PassesASystemFolderByUnderAnyName) {
     Make("a");
     Make("settings/b");
-    disk.place = folder / "settings/";
+    twice.place = folder / "settings/";
     EXPECT_EQ(WalkIn(folder.Path()).files, 1U);
-    EXPECT_EQ(seen.prohibited, std::set<std::string>{disk.place});
-    EXPECT_EQ(ForbiddenFolders(disk).NameOf(disk.place), "etc");
+    EXPECT_EQ(seen.prohibited, std::set<std::string>{twice.place});
+}
+
+TEST_F(FolderWalk, PassesTheProgramsOwnFolderByAndWhatIsInIt) {
+    Make("a");
+    fs::create_directories(folder / "own/sub");
+    for (const std::string own : {"own", "own/sub"}) {
+        machine.ownFolder = folder / (own + "/");
+        Make("own/sub/zr5e.journal");
+        EXPECT_EQ(WalkFolder(machine, {folder.Path(), pattern, true}, seen).files, 1U) << own;
+        const ForbiddenFolders forbidden(machine);
+        EXPECT_EQ(forbidden.NameOf(folder / "own/sub/"), own == "own" ? "own" : "sub");
+        EXPECT_EQ(forbidden.NameOf(folder / "own-not/"), std::nullopt);
+    }
+    EXPECT_EQ(seen.prohibited, (std::set{folder / "own/", folder / "own/sub/"}));
 }
 
 TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {

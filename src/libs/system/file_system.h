@@ -39,13 +39,13 @@ struct FileInfo {
     std::uint64_t linkCount = 1;
     FileIdentity identity;
     std::int64_t modifiedNs = 0; ///< time of the last change of the content
+    std::int64_t changedNs = 0;  ///< of the last change of anything; nobody can set it back
     /// Whether it belongs to the user whose rights this process has, also where those are the
     /// administrator's.
     bool isOwnedByUser = true;
     /// Whether its mode, or its access list, lets somebody else than its owner (and the
     /// administrator) write to it; of a folder: make, rename and remove what is in it.
     bool isWritableByOthers = false;
-    std::int64_t changedNs = 0;  ///< of the last change of anything; nobody can set it back
 };
 
 /// A stretch of a file.

@@ -51,7 +51,7 @@ void ReportRandomnessOfPattern(const OperationSetup& setup, Machine& machine, Re
                               .addsUpSizes = true};
     const StopAsked never = [] { return false; };
     ConsiderateVisitor counting(machine.user, never);
-    const WalkResult found = WalkFolder(machine.fileSystem, request, counting);
+    const WalkResult found = WalkFolder(machine, request, counting);
     if (found.files == 0) {
         machine.user.Ask(Notice("There are no files in " + DisplayName(request.folder) +
                                     " matching " + DisplayName(request.pattern) + "." +
@@ -63,7 +63,7 @@ void ReportRandomnessOfPattern(const OperationSetup& setup, Machine& machine, Re
     screen.BeginRun(setup.Operation);
     screen.BeginFiles(found.files, found.totalBytes);
     PatternVisitor visitor(machine, screen);
-    static_cast<void>(WalkFolder(machine.fileSystem, request, visitor));
+    static_cast<void>(WalkFolder(machine, request, visitor));
     screen.EndRun();
 }
 
