@@ -1,18 +1,24 @@
 #include "ui/qt_user_port.h"
 
+#include "setup/identity.h"
 #include "ui/text_edges.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QSettings>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -86,9 +92,45 @@ QString NameFilter(const std::string& filter) {
 
 } // namespace
 
+/// What is being done, and a bar. The work ends it, nothing else.
+class QtUserPort::WorkWindow final : public QDialog {
+  public:
+    explicit WorkWindow(QWidget* parent) : QDialog(parent) {
+        setObjectName(QStringLiteral("frmWork"));
+        setWindowTitle(QString::fromLatin1(ProductName));
+        setWindowFlag(Qt::WindowCloseButtonHint, false);
+        setModal(true);
+        text_->setTextFormat(Qt::PlainText);
+        text_->setWordWrap(true);
+        bar_->setRange(0, Steps);
+        bar_->setAccessibleName(windowTitle());
+        auto* layout = new QVBoxLayout(this);
+        layout->addWidget(text_);
+        layout->addWidget(bar_);
+        setMinimumWidth(LeastWidth);
+    }
+    void Show(const QString& text, double part) {
+        text_->setText(text);
+        bar_->setValue(static_cast<int>(part * Steps));
+        show();
+    }
+    void reject() override {}
+
+  protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+
+  private:
+    static constexpr int Steps = 1000;
+    static constexpr int LeastWidth = 420;
+    QLabel* text_ = new QLabel(this);
+    QProgressBar* bar_ = new QProgressBar(this);
+};
+
 QtUserPort::QtUserPort() {
     KeepNoHistory();
 }
+
+QtUserPort::~QtUserPort() = default;
 
 void QtUserPort::EndQuestions() {
     questionsEnded_ = true;
@@ -166,6 +208,20 @@ void QtUserPort::ProcessEvents() {
 
 void QtUserPort::WaitForEvents() {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void QtUserPort::ShowWork(const std::string& text, std::uint64_t doneBytes,
+                          std::uint64_t totalBytes) {
+    if (!work_) work_ = std::make_unique<WorkWindow>(QApplication::activeWindow());
+    const double part =
+        totalBytes == 0 ? 0 : static_cast<double>(doneBytes) / static_cast<double>(totalBytes);
+    work_->Show(ToQt(text), part);
+    ProcessEvents();
+}
+
+void QtUserPort::EndWork() {
+    ProcessEvents(); // input that came meanwhile falls on a window that is in the way
+    work_.reset();
 }
 
 void QtUserPort::CopyToClipboard(const std::string& text) {

@@ -6,6 +6,7 @@
 #include "util/user_port.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <QHash>
 #include <QString>
@@ -18,11 +19,15 @@ namespace zr5 {
 class QtUserPort final : public UserPort {
   public:
     QtUserPort();
+    ~QtUserPort() override;
     Answer Ask(const MessageBox& box) override;
     [[nodiscard]] std::optional<std::string> PickFile(const FilePicker& picker) override;
     [[nodiscard]] std::optional<std::string> PickFolder(const FolderPicker& picker) override;
     void ProcessEvents() override;
     void WaitForEvents() override;
+    void ShowWork(const std::string& text, std::uint64_t doneBytes,
+                  std::uint64_t totalBytes) override;
+    void EndWork() override;
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 
@@ -34,7 +39,10 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
 
+    class WorkWindow;
+
     MessageBoxDresser dresser_;
+    std::unique_ptr<WorkWindow> work_; ///< while work is shown
     bool questionsEnded_ = false;
     /// By the title of the picker, where the user was last with it: somebody who saves a setup is
     /// not to be led to the keyfile.

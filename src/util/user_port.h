@@ -68,6 +68,12 @@ class UserPort {
     /// As ProcessEvents, but first sleeps until something happens; for loops that wait for the
     /// user.
     virtual void WaitForEvents() { ProcessEvents(); }
+    /// Shows what is being done and how far it is, in a window that cannot be closed, until
+    /// EndWork; called again and again. Windows are repainted meanwhile and take no input. A port
+    /// without windows shows nothing.
+    virtual void ShowWork(const std::string& /*text*/, std::uint64_t /*doneBytes*/,
+                          std::uint64_t /*totalBytes*/) {}
+    virtual void EndWork() {}
     virtual void CopyToClipboard(const std::string& text) = 0;
     /// Opens an address in the desktop's web browser. Above 32 on success, else an error code
     /// (2 not found, 8 out of memory, 31 no program for this kind of file).

@@ -55,6 +55,8 @@ class ScriptedUser : public UserPort {
     std::string clipboard;
     std::vector<MessageBox> asked; ///< every box shown, in order
     FilePicker lastPicker;
+    std::vector<std::string> shownWork; ///< the text of each showing
+    bool isWorkShown = false;
 
     Answer Ask(const MessageBox& box) override {
         asked.push_back(box);
@@ -85,6 +87,12 @@ class ScriptedUser : public UserPort {
     void ProcessEvents() override {
         if (onEvents) onEvents();
     }
+    void ShowWork(const std::string& text, std::uint64_t done, std::uint64_t total) override {
+        EXPECT_LE(done, total);
+        shownWork.push_back(text);
+        isWorkShown = true;
+    }
+    void EndWork() override { isWorkShown = false; }
     void CopyToClipboard(const std::string& text) override { clipboard = text; }
     std::int32_t OpenAddress(const std::string& address) override {
         openedAddresses.push_back(address);

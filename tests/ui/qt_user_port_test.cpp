@@ -15,12 +15,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
+#include <QWindow>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -60,6 +62,28 @@ TEST(MessageBoxes, AnswerWithTheDefaultOnEnterAndWithWhatChangesNothingOnEscape)
         InNext<QMessageBox>([](QMessageBox& window) { Press(window, Qt::Key_Escape); });
         EXPECT_EQ(user.Ask(box), onEscape);
     }
+}
+
+TEST(WorkThatTakesLong, IsShownUntilItEndsAndKeepsInputFromTheOtherWindows) {
+    QtUserPort user;
+    QPushButton behind;
+    int clicks = 0;
+    QObject::connect(&behind, &QPushButton::clicked, [&clicks] { ++clicks; });
+    behind.show();
+    user.ShowWork("Mending:\r\n/a/<b>x", 1, 4);
+    auto* window = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->findChild<QLabel*>()->text(), "Mending:\n/a/<b>x");
+    QTest::keyClick(window, Qt::Key_Escape);
+    window->close();
+    QTest::mouseClick(behind.windowHandle(), Qt::LeftButton);
+    user.ShowWork("Mending:\r\n/a/<b>x", 5'000'000'000, 10'000'000'000);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->findChild<QProgressBar*>()->value(), 500);
+    EXPECT_EQ(window->findChildren<QAbstractButton*>().size(), 0);
+    user.EndWork();
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(clicks, 0);
 }
 
 TEST(MessageBoxes, ThatMustBeAnsweredAreLeftByTheirButtonsOnly) {
