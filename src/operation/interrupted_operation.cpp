@@ -12,6 +12,8 @@ namespace {
 
 using Step = JournalRecord::Step;
 
+constexpr const char* Title = "Interrupted operation";
+
 bool Encrypts(const JournalRecord& record) {
     return record.direction == Direction::Encrypt;
 }
@@ -25,39 +27,49 @@ bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::stri
            head == std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
+/// Whether the result was made in another folder than the one that is there now; no, where it could
+/// not be looked at then.
+bool IsOtherFolder(FileSystem& fileSystem, const JournalRecord& record) {
+    if (record.outputFolder == 0) return false;
+    const std::string folder = SplitPath(record.outputPath).folder;
+    const auto identity = fileSystem.IdentityOf(folder);
+    return identity && (identity->inode != record.outputFolder ||
+                        fileSystem.VolumeOf(folder) != record.outputVolume);
+}
+
 /// A disk is missed by the folder, or where its folder stays behind empty, by the files.
 bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
     const auto isThere = [&](const std::string& path) { return fileSystem.Info(path).has_value(); };
-    const auto folderOf = [&](const std::string& path) {
-        return fileSystem.IdentityOf(SplitPath(path).folder);
+    const auto folderIsThere = [&](const std::string& path) {
+        return fileSystem.IdentityOf(SplitPath(path).folder).has_value();
     };
-    const auto outputFolder = folderOf(record.outputPath);
-    if (!outputFolder || !folderOf(record.inputPath)) return true;
+    if (!folderIsThere(record.outputPath) || !folderIsThere(record.inputPath)) return true;
     if (isThere(record.outputPath) || isThere(record.partPath)) return false;
     return !isThere(record.inputPath) ||
-           (record.step == Step::WritingElsewhere && outputFolder->inode != record.outputFolder);
+           (record.step == Step::WritingElsewhere && IsOtherFolder(fileSystem, record));
 }
 
 /// While the result was being made nothing had touched the input, so the part under its random
 /// name goes; in place the result goes, too, if it is the file that the part became.
-InterruptionEnd EndWriting(FileSystem& fileSystem, const JournalRecord& record) {
+InterruptionEnd EndWriting(Machine& machine, const JournalRecord& record) {
+    FileSystem& fileSystem = machine.fileSystem;
     const auto input = MarkAt(fileSystem, record.inputPath);
     const auto result = MarkAt(fileSystem, record.outputPath);
+    const auto part = MarkAt(fileSystem, record.partPath);
     const bool resultIsOurs = result && *result == record.output;
-    const bool partIsThere = MarkAt(fileSystem, record.partPath).has_value();
     // Without the input they may be all that is left.
-    if (!input && (partIsThere || result)) return InterruptionEnd::LeftAlone;
-    if (partIsThere && fileSystem.Remove(record.partPath) != FsStatus::Ok) {
+    if (!input && (part || result)) return InterruptionEnd::LeftAlone;
+    if (part && fileSystem.Remove(record.partPath) != FsStatus::Ok) {
         return InterruptionEnd::LeftAlone;
     }
     if (record.step == Step::WritingElsewhere) {
         if (resultIsOurs) return InterruptionEnd::Finished;
-    } else if (result && (resultIsOurs || !partIsThere)) {
+    } else if (result && (resultIsOurs || !part)) {
         const bool removed = resultIsOurs && input == record.input &&
                              fileSystem.Remove(record.outputPath) == FsStatus::Ok;
         return removed ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
     }
-    return partIsThere ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
+    return part ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
 }
 
 /// Whether the file under the input's name is the input still: untouched, or overwritten by
@@ -102,14 +114,16 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.outputPath);
+    const std::string removed = "removed";
     std::string untouched = "The program has not touched the file.";
     switch (end) {
     case InterruptionEnd::Untouched:
         return untouched;
     case InterruptionEnd::Undone:
-        if (inPlace) return untouched + " The unfinished result beside it has been removed.";
-        return untouched + " The unfinished result has been removed from the folder\r\n\r\n" +
-               DisplayName(SplitPath(record.partPath).folder);
+        if (inPlace)
+            return untouched + " The unfinished result beside it has been " + removed + ".";
+        return untouched + " The unfinished result has been " + removed +
+               " from the folder\r\n\r\n" + DisplayName(SplitPath(record.partPath).folder);
     case InterruptionEnd::Finished:
         if (inPlace) {
             return std::string("This has been completed: the file is ") +
@@ -128,6 +142,12 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
                (Encrypts(record) ? "encryption" : "decryption") +
                " is, or was, in the file\r\n\r\n" + result + part;
     }
+    case InterruptionEnd::OtherFolder:
+        return "Its folder is not the one that it was then, so nothing has been touched. If the "
+               "right one is on a disk that is not connected, answer No, connect the disk and "
+               "start the program again.\r\n\r\nForget it? Its result, which may be the only "
+               "whole copy, is or was in\r\n\r\n" +
+               result;
     case InterruptionEnd::OutOfReach:
         break;
     }
@@ -138,17 +158,30 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
                 : "An unfinished result may then be left beside\r\n\r\n" + result);
 }
 
-MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
-    constexpr const char* Title = "Interrupted operation";
+/// Whether the user may keep the journal for another start.
+bool MayBeKept(InterruptionEnd end) {
+    return end == InterruptionEnd::OutOfReach || end == InterruptionEnd::OtherFolder;
+}
+
+MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record, const std::string& path) {
     std::string text = "Vaultline ZR5 was interrupted while this file was being ";
     text += Encrypts(record) ? "encrypted" : "decrypted";
     text += ":\r\n\r\n" + DisplayName(record.inputPath) + "\r\n\r\n";
     text += WhatBecameOf(end, record);
-    if (end == InterruptionEnd::OutOfReach) {
-        return Question(std::move(text), Title, BoxIcon::Exclamation, Answer::No);
-    }
+    if (end == InterruptionEnd::OtherFolder)
+        text += "\r\n\r\nThis is noted in\r\n\r\n" + DisplayName(path);
+    if (MayBeKept(end)) return Question(std::move(text), Title, BoxIcon::Exclamation, Answer::No);
     return Notice(std::move(text), Title,
                   end == InterruptionEnd::LeftAlone ? BoxIcon::Exclamation : BoxIcon::Information);
+}
+
+/// `refused` names journals, each with the reason.
+MessageBox RefusalBox(const std::string& refused) {
+    return Notice(
+        "What an interrupted run is said to have left was not looked at, because somebody "
+        "else may have written this file:" +
+            refused + "\r\n\r\nNothing that it names was touched. Delete it if it is not yours.",
+        Title, BoxIcon::Exclamation);
 }
 
 } // namespace
@@ -156,23 +189,30 @@ MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record) {
 InterruptionEnd EndInterruptedFile(Machine& machine, OperationJournal& journal) {
     JournalRecord record = journal.Last();
     if (IsOutOfReach(machine.fileSystem, record)) return InterruptionEnd::OutOfReach;
+    if (IsOtherFolder(machine.fileSystem, record)) return InterruptionEnd::OtherFolder;
     return record.step == Step::Replacing ? EndReplacing(machine, journal, record)
-                                          : EndWriting(machine.fileSystem, record);
+                                          : EndWriting(machine, record);
 }
 
 void FinishInterruptedOperations(Machine& machine) {
+    std::string refused;
     for (int number = 1; number <= OperationJournal::MostJournals; ++number) {
         OperationJournal journal(machine.fileSystem);
-        const std::string path = OperationJournal::PathIn(machine.ownFolder);
-        if (!journal.OpenLeft(OperationJournal::Name(path, number))) continue;
+        const std::string path =
+            OperationJournal::Name(OperationJournal::PathIn(machine.ownFolder), number);
+        const LeftJournal left = journal.OpenLeft(path);
+        if (!left.whyRefused.empty())
+            refused += "\r\n\r\n" + DisplayName(path) + "\r\n" + left.whyRefused;
+        if (!left.isOpen) continue;
         const JournalRecord record = journal.Last();
         if (record.step != Step::None) {
             const InterruptionEnd end = EndInterruptedFile(machine, journal);
-            const Answer answer = machine.user.Ask(BoxFor(end, record));
-            if (end == InterruptionEnd::OutOfReach && answer != Answer::Yes) continue;
+            const Answer answer = machine.user.Ask(BoxFor(end, record, path));
+            if (MayBeKept(end) && answer != Answer::Yes) continue;
         }
         journal.Forget(); // and so closing removes it
     }
+    if (!refused.empty()) machine.user.Ask(RefusalBox(refused));
 }
 
 } // namespace zr5

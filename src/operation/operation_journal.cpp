@@ -1,7 +1,8 @@
 #include "operation/operation_journal.h"
 
-#include "libs/cipher/md5.h"
 #include "setup/identity.h"
+#include "util/own_file.h"
+#include "util/paths.h"
 
 #include <algorithm>
 #include <span>
@@ -10,134 +11,10 @@
 namespace zr5 {
 namespace {
 
-// One place: magic, sequence number, length of the record, record, MD5 of all that.
-constexpr std::string_view JournalMagic = "ZR5 journal 2\r\n";
 constexpr std::size_t PlaceBytes = 16'384;
 constexpr std::size_t Places = 2;
-constexpr std::size_t DigestBytes = std::tuple_size_v<Md5Digest>;
-
-class Writer {
-  public:
-    void Number(std::uint64_t value) {
-        for (int i = 0; i < 8; ++i) {
-            text_ += static_cast<char>(value >> (8 * i) & 0xFFU);
-        }
-    }
-    void Text(std::string_view text) {
-        Number(text.size());
-        text_ += text;
-    }
-    void Mark(const FileMark& mark) {
-        Number(mark.inode);
-        Number(mark.lengthBytes);
-        Number(static_cast<std::uint64_t>(mark.modifiedNs));
-    }
-    [[nodiscard]] const std::string& text() const { return text_; }
-
-  private:
-    std::string text_;
-};
-
-/// Takes apart what a Writer joined; asks for too much make it invalid and give nothing.
-class Reader {
-  public:
-    explicit Reader(std::string_view text) : left_(text) {}
-    std::uint64_t Number() {
-        const std::string_view bytes = Take(8);
-        std::uint64_t value = 0;
-        for (std::size_t i = 0; i < bytes.size(); ++i) {
-            value |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
-        }
-        return value;
-    }
-    std::string Text() { return std::string(Take(Number())); }
-    FileMark Mark() {
-        FileMark mark;
-        mark.inode = Number();
-        mark.lengthBytes = Number();
-        mark.modifiedNs = static_cast<std::int64_t>(Number());
-        return mark;
-    }
-    std::string_view Take(std::uint64_t count) {
-        if (count > left_.size()) valid_ = false;
-        if (!valid_) return {};
-        const std::string_view taken = left_.substr(0, static_cast<std::size_t>(count));
-        left_.remove_prefix(taken.size());
-        return taken;
-    }
-    [[nodiscard]] std::string_view left() const { return left_; }
-    [[nodiscard]] bool IsValid() const { return valid_; }
-
-  private:
-    std::string_view left_;
-    bool valid_ = true;
-};
-
-std::string DigestText(std::string_view text) {
-    const Md5Digest digest = MD5Digest(text);
-    return {digest.begin(), digest.end()};
-}
-
-std::string Encoded(const JournalRecord& record, std::uint64_t sequence) {
-    Writer fields;
-    fields.Number(static_cast<std::uint64_t>(record.step));
-    fields.Number(record.direction == Direction::Encrypt ? 1 : 0);
-    fields.Text(record.inputPath);
-    fields.Text(record.outputPath);
-    fields.Text(record.partPath);
-    fields.Mark(record.input);
-    fields.Mark(record.output);
-    fields.Number(record.outputFolder);
-    fields.Text(record.overwriteHead);
-    fields.Text(record.earlierHead);
-    Writer place;
-    place.Number(sequence);
-    place.Text(fields.text());
-    const std::string text = std::string(JournalMagic) + place.text();
-    return text + DigestText(text);
-}
-
-struct Decoded {
-    std::uint64_t sequence = 0; ///< 0: this place holds nothing whole
-    JournalRecord record;
-};
-
-Decoded Decode(std::string_view place) {
-    Decoded decoded;
-    Reader reader(place);
-    if (reader.Take(JournalMagic.size()) != JournalMagic) return {};
-    decoded.sequence = reader.Number();
-    Reader fields(reader.Take(reader.Number()));
-    const std::string_view signedPart = place.substr(0, place.size() - reader.left().size());
-    if (reader.Take(DigestBytes) != DigestText(signedPart) || !reader.IsValid()) return {};
-
-    JournalRecord& record = decoded.record;
-    const std::uint64_t step = fields.Number();
-    if (step > static_cast<std::uint64_t>(JournalRecord::Step::WritingElsewhere)) return {};
-    record.step = static_cast<JournalRecord::Step>(step);
-    record.direction = fields.Number() != 0 ? Direction::Encrypt : Direction::Decrypt;
-    record.inputPath = fields.Text();
-    record.outputPath = fields.Text();
-    record.partPath = fields.Text();
-    record.input = fields.Mark();
-    record.output = fields.Mark();
-    record.outputFolder = fields.Number();
-    record.overwriteHead = fields.Text();
-    record.earlierHead = fields.Text();
-    return fields.IsValid() ? decoded : Decoded{};
-}
 
 } // namespace
-
-FileMark MarkOf(const FileInfo& info) {
-    return {info.identity.inode, info.lengthBytes, info.modifiedNs};
-}
-
-std::optional<FileMark> MarkAt(FileSystem& fileSystem, const std::string& path) {
-    const auto info = fileSystem.Info(path);
-    if (!info || info->kind != FileKind::Regular) return std::nullopt;
-    return MarkOf(*info);
-}
 
 std::string OperationJournal::PathIn(const std::string& ownFolder) {
     return ownFolder + JournalName;
@@ -149,13 +26,17 @@ std::string OperationJournal::Name(const std::string& path, int number) {
 
 bool OperationJournal::OpenNew(const std::string& path) {
     basePath_ = path;
+    // Elsewhere the next start would not obey it.
+    if (!WhyForeignFolder(fileSystem_, SplitPath(path).folder).empty()) return false;
     for (int number = 1; number <= MostJournals; ++number) {
         path_ = Name(path, number);
         OpenResult opened = fileSystem_.OpenLocked(path_);
-        if (opened.status == FsStatus::AlreadyExists) continue;
-        if (opened.status != FsStatus::Ok) return false;
+        if (opened.status != FsStatus::Ok) {
+            if (opened.status == FsStatus::AlreadyExists || fileSystem_.Info(path_)) continue;
+            return false;
+        }
         file_ = std::move(opened.file);
-        const Content content = Read();
+        const Content content = WhyRefused().empty() ? Read() : Content::Unreadable;
         if (content == Content::Unreadable ||
             (content == Content::Record && last_.step != JournalRecord::Step::None)) {
             file_.reset(); // the next start sees to it
@@ -168,16 +49,30 @@ bool OperationJournal::OpenNew(const std::string& path) {
     return false;
 }
 
-bool OperationJournal::OpenLeft(const std::string& path) {
-    const auto info = fileSystem_.Info(path);
-    if (!info || info->kind != FileKind::Regular) return false;
-    OpenResult opened = fileSystem_.OpenLocked(path);
-    if (opened.status != FsStatus::Ok) return false;
+LeftJournal OperationJournal::OpenLeft(const std::string& path) {
+    const auto named = fileSystem_.Info(path);
+    if (!named) return {};
     path_ = path;
+    OpenResult opened = named->kind == FileKind::Regular
+                            ? fileSystem_.OpenLocked(path)
+                            : OpenResult{FsStatus::NotRegularFile, nullptr};
+    if (opened.status == FsStatus::NotPermitted || opened.status == FsStatus::NotRegularFile)
+        return {false, WhyForeignFile(fileSystem_, path, *named)};
+    if (opened.status != FsStatus::Ok) return {};
     file_ = std::move(opened.file);
-    if (Read() != Content::Unreadable) return true;
+    LeftJournal left{false, WhyRefused()};
+    if (left.whyRefused.empty() && Read() != Content::Unreadable) {
+        if (IsPlausible(last_)) return {true, {}};
+        left.whyRefused = "It names files that this program does not work on in this way.";
+    }
     file_.reset();
-    return false;
+    return left;
+}
+
+/// Of the open file, whatever has taken its name meanwhile.
+std::string OperationJournal::WhyRefused() const {
+    const auto info = file_->Info();
+    return info ? WhyForeignFile(fileSystem_, path_, *info) : "It cannot be looked at.";
 }
 
 void OperationJournal::Close() {
@@ -204,7 +99,7 @@ OperationJournal::Content OperationJournal::Read() {
         const auto raw = std::span(bytes).subspan(i * PlaceBytes, PlaceBytes);
         const std::string_view place(reinterpret_cast<const char*>(raw.data()), raw.size());
         if (place.front() != '\0' && !place.starts_with(JournalMagic)) return Content::Unreadable;
-        Decoded decoded = Decode(place);
+        DecodedRecord decoded = DecodeRecord(place);
         if (decoded.sequence <= sequence_) continue;
         sequence_ = decoded.sequence;
         last_ = std::move(decoded.record);

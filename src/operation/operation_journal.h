@@ -1,53 +1,22 @@
 #pragma once
 
 // What is known on the disk of the one file that is being worked on, so that the next start of the
-// program can finish or undo it. No key, and nothing of any content.
+// program can finish or undo it. Only a journal that nobody but this user can have written counts.
 
-#include "libs/cipher/cipher_engine.h"
 #include "libs/system/file_system.h"
+#include "operation/journal_record.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace zr5 {
 
-/// By what a file is known again: the device may have another number after a restart.
-struct FileMark {
-    std::uint64_t inode = 0;
-    std::uint64_t lengthBytes = 0;
-    std::int64_t modifiedNs = 0;
-    friend bool operator==(const FileMark&, const FileMark&) = default;
-    /// Whether it is the same file, whenever it was written to: the program does so itself, and a
-    /// server may set times of its own.
-    [[nodiscard]] bool IsSameFileAs(const FileMark& other) const {
-        return inode == other.inode && lengthBytes == other.lengthBytes;
-    }
-};
-[[nodiscard]] FileMark MarkOf(const FileInfo& info);
-/// Of the regular file at `path` itself, if there is one.
-[[nodiscard]] std::optional<FileMark> MarkAt(FileSystem& fileSystem, const std::string& path);
-
-struct JournalRecord {
-    enum class Step : std::uint8_t {
-        None,
-        Writing,          ///< the result is being made; the input has not been touched
-        Replacing,        ///< the result is complete and on the disk; the input goes
-        WritingElsewhere, ///< the result is being made in another file; the input stays
-    };
-    Step step = Step::None;
-    Direction direction = Direction::Encrypt; ///< encrypting overwrites the input before deleting
-    std::string inputPath;                    ///< the file that is worked on
-    std::string outputPath; ///< the complete result; in place until it takes the input's name
-    std::string partPath;   ///< the result while it is made
-    FileMark input;         ///< as it was read
-    FileMark output;        ///< as it was when it took its name; nothing before
-    std::uint64_t outputFolder = 0; ///< inode of the folder that the result is made in
-    std::string overwriteHead;      ///< the first bytes that the input is overwritten with
-    std::string earlierHead; ///< those with which an interrupted mending found it overwritten
-    friend bool operator==(const JournalRecord&, const JournalRecord&) = default;
+/// What became of opening a journal that was left.
+struct LeftJournal {
+    bool isOpen = false;
+    std::string whyRefused; ///< a sentence; empty where there is none, or nothing to tell of it
 };
 
 /// A file with two places that are written in turns, so that one of them is whole whenever the
@@ -69,11 +38,14 @@ class OperationJournal {
     OperationJournal& operator=(const OperationJournal&) = delete;
 
     /// Opens a journal under the first name that no other run holds and nothing stands under but
-    /// a journal with nothing unfinished; false when none can be made.
+    /// this user's journal with nothing unfinished; false when none can be made, or the next start
+    /// would not obey it because the folder is not this user's alone.
     [[nodiscard]] bool OpenNew(const std::string& path);
-    /// Opens the journal that lies under this very name for finishing what stands in it; false
-    /// when there is none, it cannot be read or is no such journal, or another run holds it.
-    [[nodiscard]] bool OpenLeft(const std::string& path);
+    /// Opens the journal that lies under this very name for finishing what stands in it. Not when
+    /// there is none, it cannot be read or is no such journal, or another run holds it; and not,
+    /// then with the reason, when somebody else may have written it (see `WhyForeignFile`) or
+    /// the record is not plausible.
+    [[nodiscard]] LeftJournal OpenLeft(const std::string& path);
     [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
     /// Removes the file, unless something stands in it that is not finished.
     void Close();
@@ -105,6 +77,7 @@ class OperationJournal {
         Unreadable, ///< or no journal of this kind
     };
     [[nodiscard]] Content Read();
+    [[nodiscard]] std::string WhyRefused() const;
     [[nodiscard]] bool Write(const JournalRecord& record, Durability durability);
     [[nodiscard]] bool WriteEmptyPlaces();
 

@@ -12,7 +12,9 @@ ResultNote::ResultNote(FileSystem& fileSystem, OperationJournal& journal, Journa
       folder_(OutputFolder()),
       replaceable_(replaceable),
       isInPlace_(record_.step != JournalRecord::Step::WritingElsewhere) {
-    if (folder_) record_.outputFolder = folder_->inode;
+    if (!folder_) return;
+    record_.outputFolder = folder_->inode;
+    record_.outputVolume = fileSystem.VolumeOf(SplitPath(record_.outputPath).folder);
 }
 
 std::optional<FileIdentity> ResultNote::OutputFolder() const {

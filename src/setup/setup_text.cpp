@@ -61,12 +61,6 @@ bool HoldsNul(std::string_view name) {
     return name.find('\0') != std::string_view::npos;
 }
 
-/// Whether `folder` is the same one whatever folder the program runs in; true for none.
-bool IsFullPath(std::string_view folder) {
-    return folder.empty() || folder.starts_with('/') || folder.starts_with("\\\\") ||
-           (IsWindowsShaped(folder) && folder.size() > 2 && IsSeparatorIn(folder, folder[2]));
-}
-
 /// Whether `name` can only mean something in `folder`, as the confirmation says.
 bool StaysIn(std::string_view folder, std::string_view name) {
     return name != "." && name != ".." &&
@@ -115,7 +109,7 @@ class SetupReader {
         const auto folder = fields_.NextText();
         if (!folder) return false;
         const std::string path = FolderFromStored(*folder);
-        if (HoldsNul(path) || !IsFullPath(path)) return false;
+        if (HoldsNul(path) || (!path.empty() && !IsFullPath(path))) return false;
         setup_.Folder[index] = path;
         const auto folderCaption = fields_.NextText();
         if (!folderCaption) return false;

@@ -19,6 +19,21 @@ std::string WithTrailingSeparator(std::string_view folder) {
     return result;
 }
 
+bool IsFullPath(std::string_view path) noexcept {
+    return path.starts_with('/') || path.starts_with("\\\\") ||
+           (IsWindowsShaped(path) && path.size() > 2 && IsSeparatorIn(path, path[2]));
+}
+
+bool ClimbsUp(std::string_view path) noexcept {
+    std::size_t start = 0;
+    for (std::size_t end = 0; end <= path.size(); ++end) {
+        if (end < path.size() && !IsSeparatorIn(path, path[end])) continue;
+        if (path.substr(start, end - start) == "..") return true;
+        start = end + 1;
+    }
+    return false;
+}
+
 bool HasForbiddenCharacter(std::string_view name, Wildcards wildcards) noexcept {
     const char* forbidden = wildcards == Wildcards::Allowed ? "\\/:<>|\"" : "\\/:<>|\"*?";
     return name.find_first_of(forbidden) != std::string_view::npos;

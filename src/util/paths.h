@@ -25,6 +25,11 @@ struct NameParts {
 /// `folder` with its separator at the end; an empty one (none chosen) stays empty.
 [[nodiscard]] std::string WithTrailingSeparator(std::string_view folder);
 
+/// Whether a path is the same one whatever folder the program runs in.
+[[nodiscard]] bool IsFullPath(std::string_view path) noexcept;
+/// Whether ".." is a component of a path.
+[[nodiscard]] bool ClimbsUp(std::string_view path) noexcept;
+
 enum class Wildcards { Refused, Allowed };
 /// Whether `name` holds a character that no file name may have: one of "\/:<>|", the double
 /// quote, or, unless they are allowed, a wildcard "*" or "?".

@@ -60,6 +60,9 @@ TEST_F(ProgramTest, EndsWhatAnInterruptedRunHasLeft) {
         record.step = JournalRecord::Step::Writing;
         record.inputPath = path;
         record.outputPath = path + ".zr5";
+        record.partPath = folder / ".zr5-0123456789abcdef.part";
+        record.outputFolder = disk.IdentityOf(folder.Path())->inode;
+        record.outputVolume = disk.VolumeOf(folder.Path());
         OperationJournal journal(disk);
         ASSERT_TRUE(journal.OpenNew(OperationJournal::PathIn(machine.ownFolder)));
         ASSERT_TRUE(journal.Note(record));

@@ -1,8 +1,10 @@
 // What the next start does with a journal that it finds.
 
 #include "operation/interruption_fixture.h"
+#include "support/foreign_ways.h"
 
 #include <filesystem>
+#include <fstream>
 
 namespace zr5::test {
 namespace {
@@ -18,7 +20,25 @@ class LeftJournal : public Interruption {
         record.partPath = folder / ".zr5-0123456789abcdef.part";
         record.input = MarkOf(*System().Info(folder / "a"));
         record.output = MarkOf(*System().Info(folder / "a.zr5"));
+        record.outputFolder = System().IdentityOf(folder.Path())->inode;
+        record.outputVolume = System().VolumeOf(folder.Path());
         record.overwriteHead = "\x01\x02 head";
+    }
+    void Leave(JournalRecord::Step step) {
+        record.step = step;
+        OperationJournal left(Disk());
+        EXPECT_TRUE(left.OpenNew(JournalPath()) && left.Note(record));
+    }
+    /// A start that finds a journal which it must not obey, and says why.
+    void StartRefusing(const std::string& reason) {
+        const auto files = folder.Contents();
+        const auto journals = config.Contents();
+        boxes.clear();
+        Start();
+        EXPECT_EQ(folder.Contents(), files) << reason;
+        EXPECT_EQ(config.Contents(), journals) << reason;
+        EXPECT_NE(boxes.find(JournalPath()), std::string::npos) << reason;
+        EXPECT_NE(boxes.find(reason), std::string::npos) << boxes;
     }
     InterruptionEnd End(JournalRecord::Step step) {
         record.step = step;
@@ -119,12 +139,8 @@ TEST_F(LeftJournal, TellsWhichFileItWas) {
 }
 
 TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
-    record.step = JournalRecord::Step::WritingElsewhere;
     const auto boxOfStart = [this](Answer answer) {
-        {
-            OperationJournal left(Disk());
-            EXPECT_TRUE(left.OpenNew(JournalPath()) && left.Note(record));
-        }
+        Leave(JournalRecord::Step::WritingElsewhere);
         std::string text;
         user.onAsk = [&](const MessageBox& box) {
             text = box.text.substr(box.text.find("a\r\n\r\n") + 5);
@@ -162,12 +178,84 @@ TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
     EXPECT_EQ(config.Names(), Names{});
 }
 
-TEST_F(LeftJournal, ThatCannotBeReadOrIsNoneStays) {
-    record.step = JournalRecord::Step::Replacing;
-    {
-        OperationJournal left(Disk());
-        ASSERT_TRUE(left.OpenNew(JournalPath()) && left.Note(record));
+TEST_F(LeftJournal, IsNotObeyedWhereSomebodyElseMayWrite) {
+    for (const ForeignWay& way : ForeignWays) {
+        TakeBack(config.Path());
+        Leave(JournalRecord::Step::Replacing);
+        if (!MakeForeign(way, config.Path(), "zr5e.journal")) continue;
+        StartRefusing(way.reason);
+        OperationJournal next(Disk());
+        EXPECT_EQ(next.OpenNew(JournalPath()), !way.ofFolder) << way.reason;
+        EXPECT_EQ(config.Has("zr5e.journal-2"), !way.ofFolder) << way.reason;
     }
+    TakeBack(config.Path());
+    folder.Write("elsewhere", "x");
+    std::filesystem::create_symlink(folder / "elsewhere", JournalPath());
+    StartRefusing("It is not a regular file.");
+}
+
+TEST_F(LeftJournal, IsNotObeyedWhenItNamesWhatTheProgramDoesNotWorkOn) {
+    using enum JournalRecord::Step;
+    const JournalRecord plausible = record;
+    const std::string elsewhere = other.Path();
+    const struct {
+        std::string JournalRecord::*path;
+        std::string value;
+        bool alsoElsewhere; ///< not in place only
+    } cases[] = {{&JournalRecord::partPath, folder / "a", true},
+                 {&JournalRecord::partPath, folder / ".zr5-0123456789abcde.part", true},
+                 {&JournalRecord::partPath, folder / ".zr5-0123456789abcdeg.part", true},
+                 {&JournalRecord::partPath, elsewhere + ".zr5-0123456789abcdef.part", true},
+                 {&JournalRecord::outputPath, elsewhere + "authorized_keys", true},
+                 {&JournalRecord::outputPath, folder / "a", false},
+                 {&JournalRecord::inputPath, elsewhere + "authorized_keys", false},
+                 {&JournalRecord::inputPath, folder / "../a", true},
+                 {&JournalRecord::inputPath, "a", true},
+                 {&JournalRecord::inputPath, (folder / "a") + std::string(1, '\0') + "b", true}};
+    for (const auto& [path, value, alsoElsewhere] : cases) {
+        for (const JournalRecord::Step step : {Writing, Replacing, WritingElsewhere}) {
+            if (step == WritingElsewhere && !alsoElsewhere) continue;
+            config.Empty();
+            record = plausible;
+            record.*path = value;
+            Leave(step);
+            StartRefusing("It names files that this program does not work on in this way.");
+        }
+    }
+}
+
+TEST_F(LeftJournal, WaitsForTheFolderThatItWasWrittenFor) {
+    using enum JournalRecord::Step;
+    const std::string in = folder / "in";
+    std::filesystem::create_directory(in);
+    std::filesystem::rename(folder / "a", in + "/a");
+    std::filesystem::rename(folder / "a.zr5", in + "/a.zr5");
+    record.inputPath = in + "/a";
+    record.outputPath = in + "/a.zr5";
+    record.partPath = folder.Write("in/.zr5-0123456789abcdef.part", "part");
+    record.outputFolder = System().IdentityOf(in)->inode;
+    std::filesystem::rename(in, folder / "was");
+    std::filesystem::copy(folder / "was", in); // no file's number will fit, nor the folder's
+    for (const JournalRecord::Step step : {Writing, Replacing, WritingElsewhere}) {
+        config.Empty();
+        Leave(step);
+        StartRefusing("Its folder is not the one that it was then");
+    }
+    std::filesystem::remove_all(in);
+    std::filesystem::rename(folder / "was", in);
+    ++record.outputVolume; // another disk at the same place
+    config.Empty();
+    Leave(Replacing);
+    StartRefusing("Its folder is not the one that it was then");
+    --record.outputVolume;
+    config.Empty();
+    Leave(Replacing);
+    Start();
+    EXPECT_EQ(folder.Read("in/a"), "result");
+}
+
+TEST_F(LeftJournal, ThatCannotBeReadOrIsNoneStays) {
+    Leave(JournalRecord::Step::Replacing);
     for (const bool byStart : {true, false}) {
         Disk().Fail(FsCall::Read, 1);
         OperationJournal next(Disk());
@@ -203,7 +291,7 @@ TEST_F(LeftJournal, KeepsTheLastWholeRecordWhenOneIsTornOrCannotBeWritten) {
     EXPECT_FALSE(writing.Note(record));
     writing.Close();
     OperationJournal reading(Disk());
-    ASSERT_TRUE(reading.OpenLeft(JournalPath()));
+    ASSERT_TRUE(reading.OpenLeft(JournalPath()).isOpen);
     EXPECT_EQ(reading.Last(), whole);
 }
 

@@ -85,6 +85,7 @@ class FaultyFileSystem : public FileSystem {
     std::optional<FileIdentity> IdentityOf(const std::string& path) override {
         return SeesNothing() ? std::nullopt : inner_.IdentityOf(path);
     }
+    std::uint64_t VolumeOf(const std::string& path) override { return inner_.VolumeOf(path); }
     FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override {
         return StatusFor(FsCall::Rename, [&] { return inner_.RenameWithoutReplacing(from, to); });
     }

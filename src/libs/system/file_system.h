@@ -137,6 +137,9 @@ class FileSystem {
     [[nodiscard]] virtual std::optional<FileInfo> Info(const std::string& path) = 0;
     /// The file that `path` leads to, links followed; empty when there is none.
     [[nodiscard]] virtual std::optional<FileIdentity> IdentityOf(const std::string& path) = 0;
+    /// A number of the file system that holds `path`, the same whenever and wherever it is mounted
+    /// again as far as it has one of its own; 0 where it has none.
+    [[nodiscard]] virtual std::uint64_t VolumeOf(const std::string& path) = 0;
     /// Renames within a folder; AlreadyExists if `to` is taken, whatever by.
     [[nodiscard]] virtual FsStatus RenameWithoutReplacing(const std::string& from,
                                                           const std::string& to) = 0;

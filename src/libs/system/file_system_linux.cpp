@@ -80,6 +80,11 @@ class LinuxFileSystem final : public FileSystem {
         return FileIdentity{raw.st_dev, raw.st_ino};
     }
 
+    std::uint64_t VolumeOf(const std::string& path) override {
+        struct statvfs volume {};
+        return statvfs(path.c_str(), &volume) == 0 ? volume.f_fsid : 0;
+    }
+
     FsStatus RenameWithoutReplacing(const std::string& from, const std::string& to) override {
         if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
             return FsStatus::Ok;

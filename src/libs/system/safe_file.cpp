@@ -10,6 +10,9 @@ namespace zr5 {
 namespace {
 
 constexpr int MostNames = 100;
+constexpr std::string_view PartPrefix = ".zr5-";
+constexpr std::string_view PartSuffix = ".part";
+constexpr std::size_t PartRandomBytes = 8;
 
 /// Of work on a part that was made: nothing but a full disk has a reason of its own.
 FsStatus OfWriting(FsStatus status) {
@@ -54,12 +57,12 @@ void PendingOutput::Discard() {
 /// A short hidden name in the output's folder: as likely to exist already as a guess of 64 bits
 /// is to be right, and never too long.
 std::string PendingOutput::NewPartPath() {
-    std::array<std::byte, 8> bytes{};
+    std::array<std::byte, PartRandomBytes> bytes{};
     random_.Fill(bytes);
-    std::string path = SplitPath(outputPath_).folder + ".zr5-";
+    std::string path = SplitPath(outputPath_).folder + std::string(PartPrefix);
     for (const std::byte byte : bytes)
         AppendHex(path, byte, HexDigits::Lower);
-    return path + ".part";
+    return path + std::string(PartSuffix);
 }
 
 FsStatus PendingOutput::Begin(std::uint64_t lengthBytes) {
@@ -149,6 +152,13 @@ void PendingOutput::OverwriteReplaced() {
     const auto info = Replaces() ? replaced_->Info() : std::nullopt;
     if (!info || info->linkCount != 0) return;
     static_cast<void>(Overwriting(random_, info->lengthBytes).Run(*replaced_));
+}
+
+bool IsPartName(std::string_view name) {
+    if (!name.starts_with(PartPrefix) || !name.ends_with(PartSuffix)) return false;
+    name.remove_prefix(PartPrefix.size());
+    return name.size() == 2 * PartRandomBytes + PartSuffix.size() &&
+           name.find_first_not_of("0123456789abcdef") == 2 * PartRandomBytes;
 }
 
 FsStatus WriteSafely(FileSystem& fileSystem, RandomSource& random, const std::string& path,

@@ -14,6 +14,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace zr5 {
 
@@ -49,6 +50,7 @@ struct Discarding {
 ///
 /// Its calls return Ok; NoSpace on a full disk; NotPermitted when no file can be made there, or
 /// what has the name must not be replaced; IoError for every other failure.
+/// Its part is called ".zr5-", 16 hexadecimal digits, ".part".
 class PendingOutput {
   public:
     /// `observer` may be null.
@@ -101,6 +103,9 @@ class PendingOutput {
     std::uint64_t writtenBytes_ = 0;
     Writeback writeback_;
 };
+
+/// Whether a file of this name, without its folder, is called as the parts are.
+[[nodiscard]] bool IsPartName(std::string_view name);
 
 enum class IfThere { Replace, Refuse };
 
