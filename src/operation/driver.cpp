@@ -133,9 +133,12 @@ class Driver {
             AppendRemark("An unfinished result may be left in " + DisplayName(result.leftPath) +
                          ".");
         }
-        if (operation_.journal.HasFailed()) {
+        if (operation_.journal.TakeFailure()) {
             const std::string path = OperationJournal::PathIn(operation_.machine.ownFolder);
-            AppendRemark("The file " + DisplayName(path) + " cannot be written.");
+            AppendRemark("The file " + DisplayName(path) +
+                         (operation_.journal.MustStop()
+                              ? " cannot be written, so the operation ends here."
+                              : " could not be written; another takes its place."));
         }
         EndLine();
     }
@@ -192,8 +195,12 @@ class Driver {
         });
     }
 
-    /// Between two files. True: the user has stopped the operation.
+    /// Between two files. True: the user has stopped the operation, or nothing may be overwritten.
     bool EndsAfter(std::uint64_t index) {
+        if (operation_.journal.MustStop()) {
+            screen_.Halt();
+            return true;
+        }
         if (index % FilesBetweenEvents == 0) {
             operation_.machine.user.ProcessEvents();
             if (screen_.StopRequested()) {

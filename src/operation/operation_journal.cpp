@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace zr5 {
@@ -81,10 +82,23 @@ void OperationJournal::Close() {
     file_.reset();
 }
 
-void OperationJournal::SetAside() {
+void OperationJournal::GoOnInAnother() {
     if (basePath_.empty()) return;
     Close();
-    hasFailed_ = !OpenNew(basePath_);
+    isSpoilt_ = false;
+    if (OpenNew(basePath_)) return;
+    mustStop_ = true;
+    hasFailed_ = true;
+}
+
+void OperationJournal::Forget() {
+    if (!file_ || (Note({}) && !isSpoilt_) || basePath_.empty()) return;
+    last_ = {}; // so closing removes what could not be written over
+    GoOnInAnother();
+}
+
+bool OperationJournal::TakeFailure() {
+    return std::exchange(hasFailed_, false);
 }
 
 /// Takes the newer of the two places. What begins otherwise than a place does is not ours.
@@ -118,9 +132,13 @@ bool OperationJournal::WriteEmptyPlaces() {
 }
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {
-    if (!file_) return true;
-    hasFailed_ = !Write(record, durability);
-    return !hasFailed_;
+    // A disk's error can stick to the open file; where nothing stands in it, another takes over.
+    if (isSpoilt_ && last_.step == JournalRecord::Step::None) GoOnInAnother();
+    if (!file_) return !mustStop_;
+    if (Write(record, durability)) return true;
+    isSpoilt_ = true;
+    hasFailed_ = true;
+    return false;
 }
 
 bool OperationJournal::Write(const JournalRecord& record, Durability durability) {

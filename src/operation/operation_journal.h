@@ -51,16 +51,21 @@ class OperationJournal {
     void Close();
     /// Leaves what stands in it to the next start and goes on in another file, if one can be made.
     /// Nothing, for a journal that was never opened.
-    void SetAside();
+    void SetAside() { GoOnInAnother(); }
 
-    /// Writes a record. False when it could not be written: then the last one still stands.
-    /// Without an open file nothing is noted, and all is well.
+    /// Writes a record. False when it could not be written: then the last one still stands, and
+    /// once nothing does the journal goes on in another file. Without an open file nothing is
+    /// noted, and all is well unless one was lost.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
     /// Notes that nothing is unfinished.
-    void Forget() { static_cast<void>(Note({})); }
-    /// Whether the last record could not be written, or a journal to go on in not be made.
-    [[nodiscard]] bool HasFailed() const { return hasFailed_; }
+    void Forget();
+    /// Whether, since this was asked last, a record could not be written or a journal to go on in
+    /// not be made.
+    [[nodiscard]] bool TakeFailure();
+    /// Whether the operation, which began with a journal, has none to go on in: nothing may be
+    /// overwritten any more.
+    [[nodiscard]] bool MustStop() const { return mustStop_; }
     /// The last record that was written whole; Step::None when there is none.
     [[nodiscard]] const JournalRecord& Last() const { return last_; }
 
@@ -78,6 +83,7 @@ class OperationJournal {
     };
     [[nodiscard]] Content Read();
     [[nodiscard]] std::string WhyRefused() const;
+    void GoOnInAnother();
     [[nodiscard]] bool Write(const JournalRecord& record, Durability durability);
     [[nodiscard]] bool WriteEmptyPlaces();
 
@@ -87,7 +93,9 @@ class OperationJournal {
     std::unique_ptr<OpenFile> file_;
     JournalRecord last_;
     std::uint64_t sequence_ = 0;
-    bool hasFailed_ = false;
+    bool isSpoilt_ = false;  ///< the open file could not be written
+    bool hasFailed_ = false; ///< and it was not told yet
+    bool mustStop_ = false;
 };
 
 } // namespace zr5
