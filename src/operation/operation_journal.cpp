@@ -78,7 +78,10 @@ std::string OperationJournal::WhyRefused() const {
 
 void OperationJournal::Close() {
     if (!file_) return;
-    if (last_.step == JournalRecord::Step::None) static_cast<void>(fileSystem_.Remove(path_));
+    if (last_.step == JournalRecord::Step::None) {
+        Erase();
+        static_cast<void>(fileSystem_.Remove(path_));
+    }
     file_.reset();
 }
 
@@ -129,6 +132,20 @@ bool OperationJournal::WriteEmptyPlaces() {
     return file_->MoveTo(0) == FsStatus::Ok && file_->Write(nothing) == FsStatus::Ok &&
            file_->Truncate(nothing.size()) == FsStatus::Ok && file_->Flush() == FsStatus::Ok &&
            fileSystem_.FlushFolderOf(path_) == FsStatus::Ok;
+}
+
+/// No path may stay readable in either place, nor in what is left of a longer record. Each place
+/// begins with a note of nothing, so that whatever of this reaches the disk says the same.
+void OperationJournal::Erase() {
+    for (std::size_t i = 0; i < Places; ++i) {
+        std::string text = Encoded({}, ++sequence_);
+        text.resize(PlaceBytes);
+        if (file_->MoveTo(sequence_ % Places * PlaceBytes) != FsStatus::Ok ||
+            file_->Write(std::as_bytes(std::span(text))) != FsStatus::Ok) {
+            return;
+        }
+    }
+    static_cast<void>(file_->FlushContent());
 }
 
 bool OperationJournal::Note(const JournalRecord& record, Durability durability) {

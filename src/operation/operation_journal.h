@@ -47,7 +47,7 @@ class OperationJournal {
     /// the record is not plausible.
     [[nodiscard]] LeftJournal OpenLeft(const std::string& path);
     [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
-    /// Removes the file, unless something stands in it that is not finished.
+    /// Overwrites and removes the file, unless something stands in it that is not finished.
     void Close();
     /// Leaves what stands in it to the next start and goes on in another file, if one can be made.
     /// Nothing, for a journal that was never opened.
@@ -84,6 +84,7 @@ class OperationJournal {
     [[nodiscard]] Content Read();
     [[nodiscard]] std::string WhyRefused() const;
     void GoOnInAnother();
+    void Erase();
     [[nodiscard]] bool Write(const JournalRecord& record, Durability durability);
     [[nodiscard]] bool WriteEmptyPlaces();
 

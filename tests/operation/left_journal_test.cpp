@@ -254,6 +254,15 @@ TEST_F(LeftJournal, WaitsForTheFolderThatItWasWrittenFor) {
     EXPECT_EQ(folder.Read("in/a"), "result");
 }
 
+TEST_F(LeftJournal, ThatIsDoneWithHoldsNoPathAnyMore) {
+    Leave(JournalRecord::Step::Writing);
+    std::ifstream open(JournalPath(), std::ios::binary);
+    Start();
+    EXPECT_EQ(config.Names(), Names{});
+    const std::string content{std::istreambuf_iterator<char>(open), {}};
+    EXPECT_EQ(content.find(folder.Path()), std::string::npos);
+}
+
 TEST_F(LeftJournal, ThatCannotBeReadOrIsNoneStays) {
     Leave(JournalRecord::Step::Replacing);
     for (const bool byStart : {true, false}) {
