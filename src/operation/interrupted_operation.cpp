@@ -4,6 +4,7 @@
 #include "util/display.h"
 #include "util/paths.h"
 
+#include <chrono>
 #include <span>
 #include <vector>
 
@@ -27,6 +28,36 @@ bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::stri
            head == std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
+/// Shows how far the work on a file is once somebody may wonder why the program does not answer.
+class WorkShown {
+  public:
+    WorkShown(const Machine& machine, const JournalRecord& record)
+        : machine_(machine),
+          text_("An interrupted operation is being put in order:\r\n\r\n" +
+                DisplayName(record.inputPath)),
+          begin_(machine.clock.Now()) {}
+    ~WorkShown() {
+        if (isShown_) machine_.user.EndWork();
+    }
+    WorkShown(const WorkShown&) = delete;
+    WorkShown& operator=(const WorkShown&) = delete;
+
+    [[nodiscard]] ProgressFunction Progress() {
+        return Throttled(machine_.clock, [this](std::uint64_t done, std::uint64_t total) {
+            if (machine_.clock.Now() - begin_ < ShownAfter) return;
+            isShown_ = true;
+            machine_.user.ShowWork(text_, done, total);
+        });
+    }
+
+  private:
+    static constexpr std::chrono::milliseconds ShownAfter{500};
+    const Machine& machine_;
+    std::string text_;
+    std::chrono::milliseconds begin_;
+    bool isShown_ = false;
+};
+
 /// Whether the result was made in another folder than the one that is there now; no, where it could
 /// not be looked at then.
 bool IsOtherFolder(FileSystem& fileSystem, const JournalRecord& record) {
@@ -49,24 +80,42 @@ bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
            (record.step == Step::WritingElsewhere && IsOtherFolder(fileSystem, record));
 }
 
+/// Removes the part. What was decrypted into it can be read until it is overwritten.
+bool RemovePart(Machine& machine, const JournalRecord& record, const ProgressFunction& progress) {
+    const PurgeMode mode = Encrypts(record) ? PurgeMode::DeleteOnly : PurgeMode::OverwriteAndDelete;
+    return machine.fileKit.purge_file(record.partPath, mode, {progress, {}}) == PurgeResult::Done;
+}
+
+/// Gives a result that is not to stay the name of the part again, under which it is known as this
+/// program's whatever its overwriting has come to, and removes it.
+bool RemoveResult(Machine& machine, const JournalRecord& record, const ProgressFunction& progress) {
+    return machine.fileSystem.RenameWithoutReplacing(record.outputPath, record.partPath) ==
+               FsStatus::Ok &&
+           RemovePart(machine, record, progress);
+}
+
 /// While the result was being made nothing had touched the input, so the part under its random
 /// name goes; in place the result goes, too, if it is the file that the part became.
 InterruptionEnd EndWriting(Machine& machine, const JournalRecord& record) {
     FileSystem& fileSystem = machine.fileSystem;
+    WorkShown shown(machine, record);
     const auto input = MarkAt(fileSystem, record.inputPath);
     const auto result = MarkAt(fileSystem, record.outputPath);
     const auto part = MarkAt(fileSystem, record.partPath);
     const bool resultIsOurs = result && *result == record.output;
     // Without the input they may be all that is left.
     if (!input && (part || result)) return InterruptionEnd::LeftAlone;
-    if (part && fileSystem.Remove(record.partPath) != FsStatus::Ok) {
+    // Where renaming takes two steps, both may be names of one file.
+    const bool partIsResult = part && result && part->inode == result->inode;
+    if (part && !(partIsResult ? fileSystem.Remove(record.partPath) == FsStatus::Ok
+                               : RemovePart(machine, record, shown.Progress()))) {
         return InterruptionEnd::LeftAlone;
     }
     if (record.step == Step::WritingElsewhere) {
         if (resultIsOurs) return InterruptionEnd::Finished;
     } else if (result && (resultIsOurs || !part)) {
         const bool removed = resultIsOurs && input == record.input &&
-                             fileSystem.Remove(record.outputPath) == FsStatus::Ok;
+                             RemoveResult(machine, record, shown.Progress());
         return removed ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
     }
     return part ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
@@ -107,14 +156,16 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
     }
     if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
     ResultNote note(fileSystem, journal, record);
-    return HasName(ReplaceInput(fileSystem, machine.fileKit, note)) ? InterruptionEnd::Finished
-                                                                    : InterruptionEnd::LeftAlone;
+    WorkShown shown(machine, record);
+    return HasName(ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress()))
+               ? InterruptionEnd::Finished
+               : InterruptionEnd::LeftAlone;
 }
 
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.outputPath);
-    const std::string removed = "removed";
+    const std::string removed = Encrypts(record) ? "removed" : "overwritten and removed";
     std::string untouched = "The program has not touched the file.";
     switch (end) {
     case InterruptionEnd::Untouched:

@@ -9,7 +9,8 @@ namespace zr5 {
 
 enum class InterruptionEnd {
     Untouched,   ///< the input is as it was, and nothing else was found
-    Undone,      ///< the input is as it was; the unfinished result was removed
+    Undone,      ///< the input is as it was; the unfinished result was removed, and overwritten
+                 ///< first if it could be read
     Finished,    ///< the result is complete and has its name
     LeftAlone,   ///< nobody can tell for certain which of the files may go, or they cannot
     OutOfReach,  ///< none of the files is to be seen, as where a disk is not connected
@@ -18,7 +19,7 @@ enum class InterruptionEnd {
 
 /// Brings about that exactly one complete file has the input's name, and removes what only the
 /// interrupted run can have made and did not complete. Touches nothing that is not proved to be
-/// this program's own.
+/// this program's own. Work that takes longer than half a second is shown.
 [[nodiscard]] InterruptionEnd EndInterruptedFile(Machine& machine, OperationJournal& journal);
 
 /// Does so for every journal that was left in the program's own folder by a run that is over, says

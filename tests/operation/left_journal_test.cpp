@@ -159,7 +159,7 @@ TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
     folder.Write(".zr5-0123456789abcdef.part", "beginning");
     EXPECT_EQ(boxOfStart(Answer::Ok),
               "The program has not touched the file. The unfinished result has been "
-              "removed from the folder\r\n\r\n" +
+              "overwritten and removed from the folder\r\n\r\n" +
                   folder.Path());
     EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5"}));
 
@@ -252,6 +252,41 @@ TEST_F(LeftJournal, WaitsForTheFolderThatItWasWrittenFor) {
     Leave(Replacing);
     Start();
     EXPECT_EQ(folder.Read("in/a"), "result");
+}
+
+TEST_F(LeftJournal, OverwritesWhatWasDecryptedAndSaysSo) {
+    using enum JournalRecord::Step;
+    for (const Direction direction : {Direction::Decrypt, Direction::Encrypt}) {
+        for (const char* name : {".zr5-0123456789abcdef.part", "a.zr5"}) {
+            folder.Remove("a.zr5");
+            folder.Write(name, "result");
+            record.output = MarkOf(*System().Info(folder / name));
+            record.direction = direction;
+            std::ifstream open(folder / name); // what stays on the disk when the name goes
+            Leave(Writing);
+            boxes.clear();
+            Start();
+            EXPECT_EQ(folder.Names(), Names{"a"});
+            const bool decrypts = direction == Direction::Decrypt;
+            EXPECT_EQ(std::string(std::istreambuf_iterator<char>(open), {}) == "result", !decrypts);
+            EXPECT_EQ(boxes.find("overwritten and removed") != std::string::npos, decrypts);
+        }
+    }
+}
+
+TEST_F(LeftJournal, ShowsWorkThatTakesLong) {
+    record.direction = Direction::Decrypt;
+    for (const int stepMs : {1, 200}) {
+        clock.step = std::chrono::milliseconds(stepMs);
+        folder.Write("a.zr5", PatternBytes(5'000'000));
+        record.output = MarkOf(*System().Info(folder / "a.zr5"));
+        Leave(JournalRecord::Step::Writing);
+        Start();
+        EXPECT_EQ(folder.Names(), Names{"a"});
+        EXPECT_FALSE(user.isWorkShown);
+        EXPECT_EQ(user.shownWork.empty(), stepMs == 1);
+    }
+    EXPECT_NE(user.shownWork.front().find(folder / "a"), std::string::npos);
 }
 
 TEST_F(LeftJournal, ThatIsDoneWithHoldsNoPathAnyMore) {
