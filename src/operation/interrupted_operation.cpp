@@ -162,6 +162,21 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
                : InterruptionEnd::LeftAlone;
 }
 
+std::string WhyItMayWait(InterruptionEnd end, const JournalRecord& record) {
+    const std::string result = DisplayName(record.outputPath);
+    const std::string why =
+        end == InterruptionEnd::OtherFolder
+            ? "Its folder is not the one that it was then, so nothing has been touched. If the "
+              "right one is on a disk"
+            : "Not all of it can be found now. If it is on a disk";
+    return why +
+           " that is not connected, answer No, connect the disk and start the program "
+           "again.\r\n\r\nForget it? " +
+           (record.step == Step::Replacing
+                ? "Its result, which may be the only whole copy, then stays in\r\n\r\n" + result
+                : "An unfinished result may then be left beside\r\n\r\n" + result);
+}
+
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.outputPath);
@@ -193,20 +208,11 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
                (Encrypts(record) ? "encryption" : "decryption") +
                " is, or was, in the file\r\n\r\n" + result + part;
     }
-    case InterruptionEnd::OtherFolder:
-        return "Its folder is not the one that it was then, so nothing has been touched. If the "
-               "right one is on a disk that is not connected, answer No, connect the disk and "
-               "start the program again.\r\n\r\nForget it? Its result, which may be the only "
-               "whole copy, is or was in\r\n\r\n" +
-               result;
     case InterruptionEnd::OutOfReach:
+    case InterruptionEnd::OtherFolder:
         break;
     }
-    return "Not all of it can be found now. If it is on a disk that is not connected, answer No, "
-           "connect the disk and start the program again.\r\n\r\nForget it? " +
-           (record.step == Step::Replacing
-                ? "Its result, which may be the only whole copy, then stays in\r\n\r\n" + result
-                : "An unfinished result may then be left beside\r\n\r\n" + result);
+    return WhyItMayWait(end, record);
 }
 
 /// Whether the user may keep the journal for another start.

@@ -56,6 +56,11 @@ TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
     setup.InputMode = InputSource::FilesInAFolder;
     setup.Folder = {"/usr/share/", "/usr/share/"};
     Refuses("A 'usr' folder cannot be selected.", "Perform the encryption", BoxIcon::Information);
+    setup.InputMode = InputSource::SingleFile;
+    setup.Folder = {"/tmp/../" + config.Path(), ""};
+    Refuses("A '" + std::filesystem::path(config.Path()).parent_path().filename().native() +
+                "' folder cannot be selected.",
+            "Perform the encryption", BoxIcon::Information);
 }
 
 TEST_F(Checks, DescribeADifferentOutput) {

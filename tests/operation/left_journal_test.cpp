@@ -25,6 +25,7 @@ class LeftJournal : public Interruption {
         record.overwriteHead = "\x01\x02 head";
     }
     void Leave(JournalRecord::Step step) {
+        config.Empty();
         record.step = step;
         OperationJournal left(Disk());
         EXPECT_TRUE(left.OpenNew(JournalPath()) && left.Note(record));
@@ -35,9 +36,8 @@ class LeftJournal : public Interruption {
         const auto journals = config.Contents();
         boxes.clear();
         Start();
-        EXPECT_EQ(folder.Contents(), files) << reason;
-        EXPECT_EQ(config.Contents(), journals) << reason;
-        EXPECT_NE(boxes.find(JournalPath()), std::string::npos) << reason;
+        EXPECT_TRUE(folder.Contents() == files && config.Contents() == journals) << reason;
+        EXPECT_NE(boxes.find(JournalPath()), std::string::npos) << boxes;
         EXPECT_NE(boxes.find(reason), std::string::npos) << boxes;
     }
     InterruptionEnd End(JournalRecord::Step step) {
@@ -180,42 +180,39 @@ TEST_F(LeftJournal, TellsOfAResultInAnotherFile) {
 
 TEST_F(LeftJournal, IsNotObeyedWhereSomebodyElseMayWrite) {
     for (const ForeignWay& way : ForeignWays) {
-        TakeBack(config.Path());
+        TakeBack(config);
         Leave(JournalRecord::Step::Replacing);
-        if (!MakeForeign(way, config.Path(), "zr5e.journal")) continue;
+        if (!MakeForeign(way, config, "zr5e.journal")) continue;
         StartRefusing(way.reason);
         OperationJournal next(Disk());
         EXPECT_EQ(next.OpenNew(JournalPath()), !way.ofFolder) << way.reason;
-        EXPECT_EQ(config.Has("zr5e.journal-2"), !way.ofFolder) << way.reason;
     }
-    TakeBack(config.Path());
-    folder.Write("elsewhere", "x");
-    std::filesystem::create_symlink(folder / "elsewhere", JournalPath());
+    TakeBack(config);
+    std::filesystem::create_symlink(folder.Write("elsewhere", "x"), JournalPath());
     StartRefusing("It is not a regular file.");
 }
 
 TEST_F(LeftJournal, IsNotObeyedWhenItNamesWhatTheProgramDoesNotWorkOn) {
     using enum JournalRecord::Step;
-    const JournalRecord plausible = record;
-    const std::string elsewhere = other.Path();
+    using Record = JournalRecord;
     const struct {
-        std::string JournalRecord::*path;
+        std::string Record::*path;
         std::string value;
-        bool alsoElsewhere; ///< not in place only
-    } cases[] = {{&JournalRecord::partPath, folder / "a", true},
-                 {&JournalRecord::partPath, folder / ".zr5-0123456789abcde.part", true},
-                 {&JournalRecord::partPath, folder / ".zr5-0123456789abcdeg.part", true},
-                 {&JournalRecord::partPath, elsewhere + ".zr5-0123456789abcdef.part", true},
-                 {&JournalRecord::outputPath, elsewhere + "authorized_keys", true},
-                 {&JournalRecord::outputPath, folder / "a", false},
-                 {&JournalRecord::inputPath, elsewhere + "authorized_keys", false},
-                 {&JournalRecord::inputPath, folder / "../a", true},
-                 {&JournalRecord::inputPath, "a", true},
-                 {&JournalRecord::inputPath, (folder / "a") + std::string(1, '\0') + "b", true}};
-    for (const auto& [path, value, alsoElsewhere] : cases) {
-        for (const JournalRecord::Step step : {Writing, Replacing, WritingElsewhere}) {
-            if (step == WritingElsewhere && !alsoElsewhere) continue;
-            config.Empty();
+        bool inPlaceOnly = false;
+    } cases[] = {{&Record::partPath, folder / "a"},
+                 {&Record::partPath, folder / ".zr5-0123456789abcde.part"},
+                 {&Record::partPath, folder / ".zr5-0123456789abcdeg.part"},
+                 {&Record::partPath, other / ".zr5-0123456789abcdef.part"},
+                 {&Record::outputPath, other / "authorized_keys"},
+                 {&Record::outputPath, folder / "a", true},
+                 {&Record::inputPath, other / "authorized_keys", true},
+                 {&Record::inputPath, folder / "../a"},
+                 {&Record::inputPath, "a"},
+                 {&Record::inputPath, (folder / "a") + std::string(1, '\0')}};
+    const Record plausible = record;
+    for (const auto& [path, value, inPlaceOnly] : cases) {
+        for (const Record::Step step : {Writing, Replacing, WritingElsewhere}) {
+            if (step == WritingElsewhere && inPlaceOnly) continue;
             record = plausible;
             record.*path = value;
             Leave(step);
@@ -226,43 +223,38 @@ TEST_F(LeftJournal, IsNotObeyedWhenItNamesWhatTheProgramDoesNotWorkOn) {
 
 TEST_F(LeftJournal, WaitsForTheFolderThatItWasWrittenFor) {
     using enum JournalRecord::Step;
-    const std::string in = folder / "in";
-    std::filesystem::create_directory(in);
-    std::filesystem::rename(folder / "a", in + "/a");
-    std::filesystem::rename(folder / "a.zr5", in + "/a.zr5");
-    record.inputPath = in + "/a";
-    record.outputPath = in + "/a.zr5";
-    record.partPath = folder.Write("in/.zr5-0123456789abcdef.part", "part");
-    record.outputFolder = System().IdentityOf(in)->inode;
-    std::filesystem::rename(in, folder / "was");
-    std::filesystem::copy(folder / "was", in); // no file's number will fit, nor the folder's
+    folder.Write(".zr5-0123456789abcdef.part", "part");
+    const std::string path = folder.Path().substr(0, folder.Path().size() - 1);
+    std::filesystem::rename(path, path + ".was");
+    std::filesystem::copy(path + ".was", path);
     for (const JournalRecord::Step step : {Writing, Replacing, WritingElsewhere}) {
-        config.Empty();
         Leave(step);
         StartRefusing("Its folder is not the one that it was then");
     }
-    std::filesystem::remove_all(in);
-    std::filesystem::rename(folder / "was", in);
-    ++record.outputVolume; // another disk at the same place
-    config.Empty();
-    Leave(Replacing);
-    StartRefusing("Its folder is not the one that it was then");
-    --record.outputVolume;
-    config.Empty();
-    Leave(Replacing);
+    std::filesystem::remove_all(path);
+    std::filesystem::rename(path + ".was", path);
+    for (const unsigned otherVolume : {1U, 0U}) { // as of another disk at the same place
+        record.outputVolume += otherVolume;
+        Leave(Replacing);
+        if (otherVolume != 0) StartRefusing("Its folder is not the one that it was then");
+        record.outputVolume -= otherVolume;
+    }
     Start();
-    EXPECT_EQ(folder.Read("in/a"), "result");
+    EXPECT_EQ(folder.Read("a"), "result");
 }
 
 TEST_F(LeftJournal, OverwritesWhatWasDecryptedAndSaysSo) {
     using enum JournalRecord::Step;
     for (const Direction direction : {Direction::Decrypt, Direction::Encrypt}) {
-        for (const char* name : {".zr5-0123456789abcdef.part", "a.zr5"}) {
+        for (const char* name : {".zr5-0123456789abcdef.part", "a.zr5", "both"}) {
             folder.Remove("a.zr5");
-            folder.Write(name, "result");
-            record.output = MarkOf(*System().Info(folder / name));
+            const std::string path = name == std::string("both") ? record.partPath : folder / name;
+            folder.Write(path.substr(folder.Path().size()), "result");
+            if (name == std::string("both")) // as where renaming takes two steps
+                std::filesystem::create_hard_link(path, record.outputPath);
+            record.output = MarkOf(*System().Info(path));
             record.direction = direction;
-            std::ifstream open(folder / name); // what stays on the disk when the name goes
+            std::ifstream open(path); // what stays on the disk when the name goes
             Leave(Writing);
             boxes.clear();
             Start();
@@ -276,7 +268,7 @@ TEST_F(LeftJournal, OverwritesWhatWasDecryptedAndSaysSo) {
 
 TEST_F(LeftJournal, ShowsWorkThatTakesLong) {
     record.direction = Direction::Decrypt;
-    for (const int stepMs : {1, 200}) {
+    for (const int stepMs : {20, 200}) {
         clock.step = std::chrono::milliseconds(stepMs);
         folder.Write("a.zr5", PatternBytes(5'000'000));
         record.output = MarkOf(*System().Info(folder / "a.zr5"));
@@ -284,7 +276,7 @@ TEST_F(LeftJournal, ShowsWorkThatTakesLong) {
         Start();
         EXPECT_EQ(folder.Names(), Names{"a"});
         EXPECT_FALSE(user.isWorkShown);
-        EXPECT_EQ(user.shownWork.empty(), stepMs == 1);
+        ASSERT_EQ(user.shownWork.empty(), stepMs == 20);
     }
     EXPECT_NE(user.shownWork.front().find(folder / "a"), std::string::npos);
 }
@@ -433,18 +425,6 @@ TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
     EXPECT_EQ(result.outcome, Outcome::NotRenamed);
     EXPECT_EQ(folder.Read("a"), "theirs");
     EXPECT_EQ(Decrypted(result.outputPath), "mine");
-}
-
-TEST_F(Interference, WithTheInputLeavesWhatCouldBeSalvagedBesideIt) {
-    original = PatternBytes(200'000);
-    std::string damaged = Sealed(original);
-    damaged[100] = static_cast<char>(damaged[100] ^ 1);
-    folder.Write("a", damaged);
-    const FileResult result = Process(Direction::Decrypt);
-    EXPECT_EQ(result.engineResult, EngineResult::OneDamagedBlock);
-    EXPECT_EQ(result.outputPath, folder / "a.zr5-new");
-    EXPECT_EQ(folder.Read("a"), damaged);
-    EXPECT_EQ(folder.Read("a.zr5-new"), std::string(65'536, '\0') + original.substr(65'536));
 }
 
 } // namespace

@@ -1,62 +1,42 @@
 #pragma once
 
-// Ways in which a file that the program reads by itself can be another user's, or be within another
-// user's reach.
+// Ways in which a file that the program reads unasked can be another user's, or within his reach.
+
+#include "support/temporary_folder.h"
 
 #include <array>
-#include <filesystem>
-#include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace zr5::test {
 
 struct ForeignWay {
     const char* reason; ///< as the program gives it
-    bool ofFolder;
-    bool (*makeForeign)(const std::string& path); ///< false: only root can
+    bool ofFolder = false;
+    mode_t mode = 0; ///< 0: it is given to another user
+    bool hasTwoNames = false;
 };
-
-inline constexpr uid_t Nobody = 65534;
-
-inline bool GiveAway(const std::string& path) {
-    return chown(path.c_str(), Nobody, Nobody) == 0;
-}
-inline bool LetAllWrite(const std::string& path) {
-    std::filesystem::permissions(path, std::filesystem::perms(0666));
-    return true;
-}
-inline bool LetGroupWrite(const std::string& path) {
-    std::filesystem::permissions(path, std::filesystem::perms(0660));
-    return true;
-}
-inline bool ShareAsTmp(const std::string& path) {
-    std::filesystem::permissions(path, std::filesystem::perms(01777));
-    return true;
-}
-inline bool GiveSecondName(const std::string& path) {
-    std::filesystem::create_hard_link(path, path + ".other");
-    return true;
-}
-
 inline constexpr std::array ForeignWays = {
-    ForeignWay{"It belongs to another user.", false, GiveAway},
-    ForeignWay{"Other users may write to it.", false, LetAllWrite},
-    ForeignWay{"Other users may write to it.", false, LetGroupWrite},
-    ForeignWay{"It has several names (hard links).", false, GiveSecondName},
-    ForeignWay{"Its folder belongs to another user.", true, GiveAway},
-    ForeignWay{"Other users may write to its folder.", true, ShareAsTmp}};
+    ForeignWay{"It belongs to another user."},
+    ForeignWay{"Other users may write to it.", false, 0602},
+    ForeignWay{"Other users may write to it.", false, 0620},
+    ForeignWay{"It has several names (hard links).", false, 0600, true},
+    ForeignWay{"Its folder belongs to another user.", true},
+    ForeignWay{"Other users may write to its folder.", true, 01777}};
 
-/// Makes the file `name` of `folder` foreign in this way; false where only root can.
-[[nodiscard]] inline bool MakeForeign(const ForeignWay& way, const std::string& folder,
-                                      const std::string& name) {
-    return way.makeForeign(way.ofFolder ? folder : folder + name);
+/// Makes `name` in `folder` foreign; false where only root can.
+[[nodiscard]] inline bool MakeForeign(const ForeignWay& way, const TemporaryFolder& folder,
+                                      const char* name) {
+    const std::string path = way.ofFolder ? folder.Path() : folder / name;
+    if (way.hasTwoNames) return link(path.c_str(), (path + ".too").c_str()) == 0;
+    return way.mode == 0 ? chown(path.c_str(), 65534, 65534) == 0
+                         : chmod(path.c_str(), way.mode) == 0;
 }
-/// Takes a folder back, and leaves nothing in it.
-inline void TakeBack(const std::string& folder) {
-    if (geteuid() == 0 && chown(folder.c_str(), 0, 0) != 0) return;
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        std::filesystem::remove_all(entry);
+/// An own folder again, and empty.
+inline void TakeBack(const TemporaryFolder& folder) {
+    EXPECT_EQ(chown(folder.Path().c_str(), geteuid(), getegid()), 0);
+    EXPECT_EQ(chmod(folder.Path().c_str(), 0700), 0);
+    folder.Empty();
 }
 
 } // namespace zr5::test
