@@ -67,23 +67,20 @@ TEST(MessageBoxes, AnswerWithTheDefaultOnEnterAndWithWhatChangesNothingOnEscape)
 TEST(WorkThatTakesLong, IsShownUntilItEndsAndKeepsInputFromTheOtherWindows) {
     QtUserPort user;
     QPushButton behind;
-    int clicks = 0;
-    QObject::connect(&behind, &QPushButton::clicked, [&clicks] { ++clicks; });
+    QObject::connect(&behind, &QPushButton::clicked, [] { ADD_FAILURE() << "clicked"; });
     behind.show();
     user.ShowWork("Mending:\r\n/a/<b>x", 1, 4);
-    auto* window = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    QWidget* window = QApplication::activeModalWidget();
     ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->findChild<QLabel*>()->text(), "Mending:\n/a/<b>x");
     QTest::keyClick(window, Qt::Key_Escape);
     window->close();
     QTest::mouseClick(behind.windowHandle(), Qt::LeftButton);
     user.ShowWork("Mending:\r\n/a/<b>x", 5'000'000'000, 10'000'000'000);
     EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->findChild<QLabel*>()->text(), "Mending:\n/a/<b>x");
     EXPECT_EQ(window->findChild<QProgressBar*>()->value(), 500);
-    EXPECT_EQ(window->findChildren<QAbstractButton*>().size(), 0);
     user.EndWork();
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    EXPECT_EQ(clicks, 0);
 }
 
 TEST(MessageBoxes, ThatMustBeAnsweredAreLeftByTheirButtonsOnly) {
