@@ -356,7 +356,7 @@ TEST_F(Interruption, OfTheProcessAtAnySystemCallIsMendedByTheNextStart) {
 }
 
 TEST_F(Interruption, OfTheMendingItselfIsMendedToo) {
-    constexpr unsigned Stride = 41; // through the run; every call of each mending
+    constexpr unsigned Stride = 29; // through the run; every call of each mending
     for (const Way& way : Ways) {
         bool killed = true;
         for (unsigned number = 1; killed; number += Stride) {
