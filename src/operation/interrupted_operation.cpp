@@ -80,10 +80,15 @@ bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
            (record.step == Step::WritingElsewhere && IsOtherFolder(fileSystem, record));
 }
 
-/// Removes the part. What was decrypted into it can be read until it is overwritten.
+/// Removes the part. What was decrypted into it can be read until it is overwritten; where that
+/// cannot be, it is better gone than there.
 bool RemovePart(Machine& machine, const JournalRecord& record, const ProgressFunction& progress) {
-    const PurgeMode mode = Encrypts(record) ? PurgeMode::DeleteOnly : PurgeMode::OverwriteAndDelete;
-    return machine.fileKit.purge_file(record.partPath, mode, {progress, {}}) == PurgeResult::Done;
+    if (!Encrypts(record)) {
+        const PurgeResult purged = machine.fileKit.purge_file(
+            record.partPath, PurgeMode::OverwriteAndDelete, {progress, {}});
+        if (HasGone(purged) || purged == PurgeResult::NameTaken) return HasGone(purged);
+    }
+    return HasGone(machine.fileKit.purge_file(record.partPath, PurgeMode::DeleteOnly, {}));
 }
 
 /// Gives a result that is not to stay the name of the part again, under which it is known as this
@@ -136,6 +141,11 @@ bool IsInput(FileSystem& fileSystem, JournalRecord& record, const FileMark& foun
     return BeginsWith(fileSystem, record.inputPath, record.earlierHead);
 }
 
+/// Whether the disk has confirmed the names in the input's folder.
+bool IsOnDisk(FileSystem& fileSystem, const JournalRecord& record) {
+    return fileSystem.FlushFolderOf(record.inputPath) == FsStatus::Ok;
+}
+
 /// The result was complete and on the disk, so it is the one that stays.
 InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, JournalRecord& record) {
     FileSystem& fileSystem = machine.fileSystem;
@@ -145,21 +155,22 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
     if (input && *input == record.output) {
         // Renamed already; where renaming takes two steps, the first name may be left.
         if (resultIsOurs) static_cast<void>(fileSystem.Remove(record.outputPath));
-        return InterruptionEnd::Finished;
+        return IsOnDisk(fileSystem, record) ? InterruptionEnd::Finished
+                                            : InterruptionEnd::LeftAlone;
     }
     if (!resultIsOurs) return InterruptionEnd::LeftAlone;
     if (!input && !fileSystem.Info(record.inputPath)) {
         const bool named =
             fileSystem.RenameWithoutReplacing(record.outputPath, record.inputPath) == FsStatus::Ok;
-        if (named) static_cast<void>(fileSystem.FlushFolderOf(record.inputPath));
-        return named ? InterruptionEnd::Finished : InterruptionEnd::LeftAlone;
+        return named && IsOnDisk(fileSystem, record) ? InterruptionEnd::Finished
+                                                     : InterruptionEnd::LeftAlone;
     }
     if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
     ResultNote note(fileSystem, journal, record);
     WorkShown shown(machine, record);
-    return HasName(ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress()))
-               ? InterruptionEnd::Finished
-               : InterruptionEnd::LeftAlone;
+    const Remark remark = ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress());
+    return HasName(remark) && remark != Remark::NotFlushed ? InterruptionEnd::Finished
+                                                           : InterruptionEnd::LeftAlone;
 }
 
 std::string WhyItMayWait(InterruptionEnd end, const JournalRecord& record) {
@@ -265,7 +276,8 @@ void FinishInterruptedOperations(Machine& machine) {
         if (record.step != Step::None) {
             const InterruptionEnd end = EndInterruptedFile(machine, journal);
             const Answer answer = machine.user.Ask(BoxFor(end, record, path));
-            if (MayBeKept(end) && answer != Answer::Yes) continue;
+            const bool wasRead = answer != Answer::Cancel; // or the program was to end meanwhile
+            if (!wasRead || (MayBeKept(end) && answer != Answer::Yes)) continue;
         }
         journal.Forget(); // and so closing removes it
     }

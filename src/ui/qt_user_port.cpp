@@ -80,6 +80,12 @@ void KeepNoHistory() {
         QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null/settings"));
 }
 
+/// Of a box that nobody has answered because the program was to end.
+Answer AnswerAtTheEnd(const MessageBox& box) {
+    if (box.mustBeAnswered) return box.defaultButton;
+    return box.buttons == BoxButtons::Ok ? Answer::Cancel : AnswerThatChangesNothing(box.buttons);
+}
+
 /// The toolkit reads "[*]" in a title as a mark of its own, and twice as itself.
 QString TitleOf(const MessageBox& box) {
     return ToQt(box.title).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
@@ -146,9 +152,7 @@ void QtUserPort::EndQuestions() {
 }
 
 Answer QtUserPort::Ask(const MessageBox& box) {
-    if (questionsEnded_) {
-        return box.mustBeAnswered ? box.defaultButton : AnswerThatChangesNothing(box.buttons);
-    }
+    if (questionsEnded_) return AnswerAtTheEnd(box);
     QuestionBox window(QApplication::activeWindow(), box.mustBeAnswered);
     window.setWindowTitle(TitleOf(box));
     window.setText(ToQt(box.text));
@@ -158,6 +162,7 @@ Answer QtUserPort::Ask(const MessageBox& box) {
     const Answer unchanged = AnswerThatChangesNothing(box.buttons);
     if (!box.mustBeAnswered) window.setEscapeButton(ButtonOf(unchanged));
     const int pressed = window.exec();
+    if (questionsEnded_) return AnswerAtTheEnd(box);
     for (const Answer answer :
          {Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel, Answer::Retry}) {
         if (pressed == ButtonOf(answer)) return answer;

@@ -31,8 +31,8 @@ class QtUserPort final : public UserPort {
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 
-    /// The program is to end: whatever stands open is left, and from now on every question has the
-    /// answer that changes nothing, without being shown. One that must be answered has its default.
+    /// The program is to end: whatever stands open is left, and from now on nothing is shown. Every
+    /// question has the answer that changes nothing; one that must be answered has its default.
     void EndQuestions();
 
   private:
