@@ -27,7 +27,7 @@ bool ResultNote::Write() {
 
 bool ResultNote::MayReplace(const FileInfo& existing) {
     const bool agreed = !isInPlace_ && existing.identity == replaceable_;
-    outputAppeared_ = outputAppeared_ || !agreed;
+    if (!agreed) remark_ = Remark::OutputAppeared;
     return agreed;
 }
 
@@ -64,9 +64,7 @@ bool ResultNote::Replacing(std::span<const std::byte> head) {
 
 FileResult ResultNote::Ended(FileResult result) {
     if (!result.NamesOutput()) result.leftPath = LeftPath();
-    if (result.outcome == Outcome::EngineFailed && outputAppeared_) {
-        result.remark = Remark::OutputAppeared;
-    }
+    if (result.outcome == Outcome::EngineFailed) result.remark = remark_;
     const bool isOutOfReach =
         result.outcome != Outcome::Done && isMade_ && OutputFolder() != folder_;
     if (!result.leftPath.empty() || isOutOfReach || result.remark == Remark::NotFlushed) {

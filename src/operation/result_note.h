@@ -33,6 +33,7 @@ class ResultNote final : public OutputObserver {
     /// A part is named by the report, and the input stays: so it is noted as a result elsewhere,
     /// that the next start must not remove.
     [[nodiscard]] bool WillName(const FileInfo& info, Extent extent) override;
+    void IsTooLarge() override { remark_ = Remark::TooLarge; }
 
     /// Whether `file` is what the engine has made.
     [[nodiscard]] bool IsResult(const FileInfo& file) const;
@@ -68,7 +69,7 @@ class ResultNote final : public OutputObserver {
     std::optional<FileInfo> read_;
     bool isInPlace_;
     bool isMade_ = false;
-    bool outputAppeared_ = false;
+    Remark remark_ = Remark::None; ///< what there is to say of a failure
 };
 
 } // namespace zr5

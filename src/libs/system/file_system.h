@@ -20,6 +20,7 @@ enum class FsStatus {
     NotPermitted,
     AlreadyExists,
     NoSpace,
+    TooLarge, ///< for one file of this disk, or by a limit of this process
     NotRegularFile,
     IoError,
 };

@@ -213,6 +213,8 @@ FsStatus StatusOf(int error) {
     case ENOSPC:
     case EDQUOT:
         return FsStatus::NoSpace;
+    case EFBIG:
+        return FsStatus::TooLarge;
     case EISDIR:
     case ELOOP: // a link where no link is followed
     case ENXIO: // a pipe that nobody reads

@@ -14,11 +14,6 @@ constexpr std::string_view PartPrefix = ".zr5-";
 constexpr std::string_view PartSuffix = ".part";
 constexpr std::size_t PartRandomBytes = 8;
 
-/// Of work on a part that was made: nothing but a full disk has a reason of its own.
-FsStatus OfWriting(FsStatus status) {
-    return status == FsStatus::Ok || status == FsStatus::NoSpace ? status : FsStatus::IoError;
-}
-
 /// Of making a file or giving it a name.
 FsStatus OfNaming(FsStatus status) {
     return status == FsStatus::Ok || status == FsStatus::NoSpace ? status : FsStatus::NotPermitted;
@@ -36,6 +31,12 @@ PendingOutput::PendingOutput(FileSystem& fileSystem, RandomSource& random, std::
 
 PendingOutput::~PendingOutput() {
     if (!partPath_.empty()) Discard();
+}
+
+/// Of work on a part that was made: nothing but a full disk has a result of its own.
+FsStatus PendingOutput::OfWriting(FsStatus status) const {
+    if (status == FsStatus::TooLarge && observer_ != nullptr) observer_->IsTooLarge();
+    return status == FsStatus::Ok || status == FsStatus::NoSpace ? status : FsStatus::IoError;
 }
 
 /// A part is overwritten under its own name, by which it is found again if that is interrupted; an

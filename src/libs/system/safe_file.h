@@ -37,6 +37,8 @@ class OutputObserver {
     virtual void HasMade() = 0;
     /// It is on the disk and about to take the output's name.
     [[nodiscard]] virtual bool WillName(const FileInfo& info, Extent extent) = 0;
+    /// No file of that length can be.
+    virtual void IsTooLarge() = 0;
 };
 
 /// What becomes of an output that is not completed.
@@ -87,6 +89,7 @@ class PendingOutput {
   private:
     [[nodiscard]] std::string NewPartPath();
     [[nodiscard]] FsStatus MakePart();
+    [[nodiscard]] FsStatus OfWriting(FsStatus status) const;
     [[nodiscard]] FsStatus TakeAttributes(const OpenFile& source);
     [[nodiscard]] FsStatus TakeName();
     void Discard();

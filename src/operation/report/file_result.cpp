@@ -95,6 +95,8 @@ std::string RemarkText(Remark remark) {
         return "The file itself is gone: the result is the only copy.";
     case Remark::NotRemoved:
         return "The file was overwritten but cannot be removed: the result is the only copy.";
+    case Remark::TooLarge:
+        return "The result would be larger than a file may be on this disk or for this user.";
     case Remark::OutputAppeared:
         return "A file of this name has appeared meanwhile and is left as it is.";
     }

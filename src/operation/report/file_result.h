@@ -43,6 +43,7 @@ enum class Remark {
     NotRemoved, ///< was overwritten and is still there
     // There is no result:
     OutputAppeared, ///< a file that the user has not agreed to replace
+    TooLarge,       ///< for one file of this disk, or by a limit of this user
 };
 
 struct FileResult {

@@ -132,6 +132,7 @@ struct Observer final : OutputObserver {
     bool WillMake(const std::string& /*partPath*/) override { return true; }
     void HasMade() override {}
     bool WillName(const FileInfo& /*info*/, Extent /*extent*/) override { return true; }
+    void IsTooLarge() override {}
 };
 
 class Attributes : public EngineTest {
