@@ -38,7 +38,7 @@ class KeyfileChoice {
     Outcome Read();
     Outcome Create();
     [[nodiscard]] bool NewKeyIsSuitable();
-    [[nodiscard]] bool UserAcceptsKey();
+    Outcome AskAboutKey();
     [[nodiscard]] bool Save();
     void SayUnsuitable();
     void Complete();
@@ -60,7 +60,8 @@ KeyfileChoice::Outcome KeyfileChoice::Run(KeyfileMode mode) {
     if (candidate_.isNewRandomKey && !CanBeCreated()) return Outcome::Abandoned;
     const Outcome obtained = candidate_.isNewRandomKey ? Create() : Read();
     if (obtained != Outcome::Accepted) return obtained;
-    if (!UserAcceptsKey()) return Outcome::Discarded;
+    const Outcome accepted = AskAboutKey();
+    if (accepted != Outcome::Accepted) return accepted;
     if (candidate_.isNewRandomKey && !Save()) {
         SayUnsuitable();
         return Outcome::Discarded;
@@ -147,17 +148,21 @@ bool KeyfileChoice::NewKeyIsSuitable() {
            !KeyIsText(buffer.text()) && KeyIsApparentlyRandom(machine_.fileKit, buffer);
 }
 
-bool KeyfileChoice::UserAcceptsKey() {
+KeyfileChoice::Outcome KeyfileChoice::AskAboutKey() {
     constexpr std::size_t LongestTitle = 60;
     constexpr std::size_t LongestFileLine = 66;
     const std::string title = ShortenPath(shown_, LongestTitle);
-    if (machine_.user.Ask(MustAnswer("Inspect the key?", title)) != Answer::Yes) return true;
-    return windows_.inspector.Inspect({.buffer = candidate_.keyBuffer,
-                                       .classLine = std::string(ClassLine(candidate_.Source())),
-                                       .fileLine = ShortenPath(shown_, LongestFileLine),
-                                       .isApparentlyRandom = candidate_.isApparentlyRandom,
-                                       .isTextKey = candidate_.isTextKey,
-                                       .isNewRandomKey = candidate_.isNewRandomKey});
+    const Answer answer = machine_.user.Ask(MustAnswer("Inspect the key?", title));
+    if (answer == Answer::Cancel) return Outcome::Abandoned;
+    if (answer != Answer::Yes) return Outcome::Accepted;
+    const bool accepts =
+        windows_.inspector.Inspect({.buffer = candidate_.keyBuffer,
+                                    .classLine = std::string(ClassLine(candidate_.Source())),
+                                    .fileLine = ShortenPath(shown_, LongestFileLine),
+                                    .isApparentlyRandom = candidate_.isApparentlyRandom,
+                                    .isTextKey = candidate_.isTextKey,
+                                    .isNewRandomKey = candidate_.isNewRandomKey});
+    return accepts ? Outcome::Accepted : Outcome::Discarded;
 }
 
 /// Whatever happens to the writing: only a keyfile that holds the key afterwards will do.

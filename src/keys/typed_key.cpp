@@ -107,8 +107,9 @@ bool KeyboardWithoutDisplay::EntriesMatch(UserPort& user) {
 }
 
 KeyAnswer KeyboardWithoutDisplay::AskToInspect(UserPort& user, KeyInspector& inspector) {
-    if (user.Ask(MustAnswer("Inspect the key?", "Key specified")) != Answer::Yes)
-        return KeyAnswer::Yes;
+    const Answer answer = user.Ask(MustAnswer("Inspect the key?", "Key specified"));
+    if (answer == Answer::Cancel) return KeyAnswer::Cancel;
+    if (answer != Answer::Yes) return KeyAnswer::Yes;
     inspected_ = true;
     const InspectedKey shown{.buffer = entries_[0].Bytes(),
                              .classLine = std::string(ClassLine(KeySource::KeyboardEntry)),

@@ -148,15 +148,16 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
         question && user.Ask(*question) != Answer::Yes) {
         return std::nullopt;
     }
+    Consent consent{.replaceable = {},
+                    .inputFolder = machine.fileSystem.IdentityOf(setup.Folder[InputSide])};
     const FileCount count = CountFiles(setup, machine, stopped);
     if (stopped()) return std::nullopt;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
-    Consent consent;
     if (setup.OutputMode == OutputTarget::SeparateOutput) {
         const std::string outputPath = setup.FilePath(OutputSide);
         if (const auto box = ProtectedOutputBox(outputPath, key, machine)) return refuse(*box);
-        consent.replaceable = machine.fileSystem.IdentityOf(outputPath);
+        consent.replaceable = machine.fileSystem.Info(outputPath);
     }
     if (!view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()))) {
         return std::nullopt;

@@ -18,7 +18,8 @@ ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key, const M
 
 /// What the user has agreed to.
 struct Consent {
-    std::optional<FileIdentity> replaceable; ///< the output that was there already
+    std::optional<FileInfo> replaceable;     ///< the output that was there already
+    std::optional<FileIdentity> inputFolder; ///< in which the input lies
 };
 
 /// Set when the operation may start: the output is not the input, the user does not shrink from

@@ -79,9 +79,7 @@ class Driver {
         const auto found = operation_.machine.fileSystem.IdentityOf(folder_->inputPath);
         if (found == folder_->identity) return true;
         if (!folderIsAnother_) {
-            screen_.AppendToReport(
-                "***  Folder is no longer the one that was listed: its files are left alone  "
-                "***\r\n");
+            screen_.AppendToReport(FolderIsAnother);
         }
         folderIsAnother_ = true;
         return false;

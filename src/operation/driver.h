@@ -9,6 +9,10 @@
 
 namespace zr5 {
 
+/// The report's line where a folder was exchanged for another one since it was shown or listed.
+inline constexpr const char* FolderIsAnother =
+    "***  Folder is no longer the one that was listed: its files are left alone  ***\r\n";
+
 /// Below this value a file does not look encrypted.
 inline constexpr double RandomnessThreshold = 0.0;
 

@@ -67,24 +67,24 @@ bool IsOfInput(EngineResult result) {
            result == EngineResult::ReadError;
 }
 
-/// A result that is not to be had goes; what can be read without the key is overwritten first.
-void Discard(Machine& machine, const ResultNote& note) {
+/// An encryption that is not to be had goes, unless it may be all that is left of its input.
+void Discard(FileSystem& fileSystem, const ResultNote& note) {
     const std::string& path = note.Record().outputPath;
-    const auto failed = machine.fileSystem.Info(path);
-    if (!failed || !note.IsResult(*failed)) return;
-    const bool isPlain = note.Record().direction == Direction::Decrypt;
-    static_cast<void>(machine.fileKit.purge_file(
-        path, isPlain ? PurgeMode::OverwriteAndDelete : PurgeMode::DeleteOnly, {}));
+    const auto failed = fileSystem.Info(path);
+    if (!failed || !note.IsResult(*failed) || !fileSystem.Info(note.Record().inputPath)) return;
+    static_cast<void>(fileSystem.Remove(path));
 }
 
 /// Reads an encryption back. One that is not what it should be goes; but where it is the input that
-/// cannot be read, the result may be all that is left of it.
+/// cannot be read, it stays.
 EngineResult Verify(const OperationContext& operation, const ResultNote& note) {
     const JournalRecord& record = note.Record();
     const EngineResult result = operation.machine.engine.verify_file(
         record.inputPath, record.outputPath,
         {.progress = operation.screen.PassProgress(), .stopped = StopOf(operation)});
-    if (result != EngineResult::Success && !IsOfInput(result)) Discard(operation.machine, note);
+    if (result != EngineResult::Success && !IsOfInput(result)) {
+        Discard(operation.machine.fileSystem, note);
+    }
     return result;
 }
 
@@ -162,9 +162,19 @@ Remark RemarkOf(PurgeResult result) {
     std::abort();
 }
 
+/// Whether the input is there and nothing has happened to it.
+Remark LookAtInput(FileSystem& fileSystem, const ResultNote& note) {
+    const auto file = fileSystem.Info(note.Record().inputPath);
+    if (!file) return Remark::Vanished;
+    return note.IsUntouched(*file) ? Remark::None : Remark::Changed;
+}
+
 /// An encrypted input needs no overwriting.
-Remark DeleteInput(FileKit& fileKit, ResultNote& note) {
+Remark DeleteInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note) {
     if (!note.Replacing({})) return Remark::NotNoted;
+    // The disk may have taken its time for the note.
+    const Remark found = LookAtInput(fileSystem, note);
+    if (found != Remark::None) return found;
     const PurgeResult result =
         fileKit.purge_file(note.Record().inputPath, PurgeMode::DeleteOnly, {});
     return HasGone(result) ? Remark::None : Remark::NotRemovable;
@@ -186,10 +196,9 @@ Remark OverwriteInput(FileKit& fileKit, ResultNote& note, const ProgressFunction
 /// None or NotOverwritten when the name is free.
 Remark PurgeInput(FileSystem& fileSystem, FileKit& fileKit, ResultNote& note,
                   const ProgressFunction& progress) {
-    const auto file = fileSystem.Info(note.Record().inputPath);
-    if (!file) return Remark::Vanished;
-    if (!note.IsUntouched(*file)) return Remark::Changed;
-    return note.Record().direction == Direction::Decrypt ? DeleteInput(fileKit, note)
+    const Remark found = LookAtInput(fileSystem, note);
+    if (found != Remark::None) return found;
+    return note.Record().direction == Direction::Decrypt ? DeleteInput(fileSystem, fileKit, note)
                                                          : OverwriteInput(fileKit, note, progress);
 }
 

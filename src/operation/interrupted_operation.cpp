@@ -82,21 +82,30 @@ bool IsOutOfReach(FileSystem& fileSystem, const JournalRecord& record) {
 
 /// Removes the part. What was decrypted into it can be read until it is overwritten; where that
 /// cannot be, it is better gone than there.
-bool RemovePart(Machine& machine, const JournalRecord& record, const ProgressFunction& progress) {
+InterruptionEnd RemovePart(Machine& machine, const JournalRecord& record,
+                           const ProgressFunction& progress) {
+    FileKit& kit = machine.fileKit;
+    PurgeResult purged = PurgeResult::NotOverwritten;
     if (!Encrypts(record)) {
-        const PurgeResult purged = machine.fileKit.purge_file(
-            record.partPath, PurgeMode::OverwriteAndDelete, {progress, {}});
-        if (HasGone(purged) || purged == PurgeResult::NameTaken) return HasGone(purged);
+        purged = kit.purge_file(record.partPath, PurgeMode::OverwriteAndDelete, {progress, {}});
+        if (purged == PurgeResult::Done) return InterruptionEnd::Undone;
+        if (purged == PurgeResult::NameTaken) return InterruptionEnd::LeftAlone;
     }
-    return HasGone(machine.fileKit.purge_file(record.partPath, PurgeMode::DeleteOnly, {}));
+    if (Encrypts(record) || !HasGone(purged)) {
+        purged = kit.purge_file(record.partPath, PurgeMode::DeleteOnly, {});
+        if (!HasGone(purged)) return InterruptionEnd::LeftAlone;
+    }
+    return Encrypts(record) ? InterruptionEnd::Undone : InterruptionEnd::UndoneReadable;
 }
 
 /// Gives a result that is not to stay the name of the part again, under which it is known as this
 /// program's whatever its overwriting has come to, and removes it.
-bool RemoveResult(Machine& machine, const JournalRecord& record, const ProgressFunction& progress) {
-    return machine.fileSystem.RenameWithoutReplacing(record.outputPath, record.partPath) ==
-               FsStatus::Ok &&
-           RemovePart(machine, record, progress);
+InterruptionEnd RemoveResult(Machine& machine, const JournalRecord& record,
+                             const ProgressFunction& progress) {
+    const FsStatus renamed =
+        machine.fileSystem.RenameWithoutReplacing(record.outputPath, record.partPath);
+    return renamed == FsStatus::Ok ? RemovePart(machine, record, progress)
+                                   : InterruptionEnd::LeftAlone;
 }
 
 /// While the result was being made nothing had touched the input, so the part under its random
@@ -110,20 +119,21 @@ InterruptionEnd EndWriting(Machine& machine, const JournalRecord& record) {
     const bool resultIsOurs = result && *result == record.output;
     // Without the input they may be all that is left.
     if (!input && (part || result)) return InterruptionEnd::LeftAlone;
-    // Where renaming takes two steps, both may be names of one file.
-    const bool partIsResult = part && result && part->inode == result->inode;
-    if (part && !(partIsResult ? fileSystem.Remove(record.partPath) == FsStatus::Ok
-                               : RemovePart(machine, record, shown.Progress()))) {
-        return InterruptionEnd::LeftAlone;
+    InterruptionEnd end = InterruptionEnd::Untouched;
+    if (part && result && part->inode == result->inode) {
+        // Where renaming takes two steps, both may be names of one file.
+        const FsStatus removed = fileSystem.Remove(record.partPath);
+        end = removed == FsStatus::Ok ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
+    } else if (part) {
+        end = RemovePart(machine, record, shown.Progress());
     }
+    if (end == InterruptionEnd::LeftAlone) return end;
     if (record.step == Step::WritingElsewhere) {
-        if (resultIsOurs) return InterruptionEnd::Finished;
-    } else if (result && (resultIsOurs || !part)) {
-        const bool removed = resultIsOurs && input == record.input &&
-                             RemoveResult(machine, record, shown.Progress());
-        return removed ? InterruptionEnd::Undone : InterruptionEnd::LeftAlone;
+        return resultIsOurs ? InterruptionEnd::Finished : end;
     }
-    return part ? InterruptionEnd::Undone : InterruptionEnd::Untouched;
+    if (!result || (!resultIsOurs && part)) return end;
+    if (!resultIsOurs || input != record.input) return InterruptionEnd::LeftAlone;
+    return RemoveResult(machine, record, shown.Progress());
 }
 
 /// Whether the file under the input's name is the input still: untouched, or overwritten by
@@ -141,9 +151,38 @@ bool IsInput(FileSystem& fileSystem, JournalRecord& record, const FileMark& foun
     return BeginsWith(fileSystem, record.inputPath, record.earlierHead);
 }
 
-/// Whether the disk has confirmed the names in the input's folder.
-bool IsOnDisk(FileSystem& fileSystem, const JournalRecord& record) {
-    return fileSystem.FlushFolderOf(record.inputPath) == FsStatus::Ok;
+/// The result has its name.
+InterruptionEnd EndNamed(FileSystem& fileSystem, const JournalRecord& record) {
+    return fileSystem.FlushFolderOf(record.inputPath) == FsStatus::Ok
+               ? InterruptionEnd::Finished
+               : InterruptionEnd::NotConfirmed;
+}
+
+/// What the last step of a replacement has come to.
+InterruptionEnd EndOf(Remark remark) {
+    switch (remark) {
+    case Remark::None:
+    case Remark::NotOverwritten:
+        return InterruptionEnd::Finished;
+    case Remark::NotFlushed:
+        return InterruptionEnd::NotConfirmed;
+    case Remark::NotNoted:
+    case Remark::NotWritable:
+    case Remark::NotRemovable:
+    case Remark::HasSeveralNames:
+    case Remark::NoRoom:
+    case Remark::NotNamed:
+    case Remark::NotRemoved:
+        return InterruptionEnd::Obstructed;
+    case Remark::Changed:
+    case Remark::Unreadable:
+    case Remark::Vanished:
+    case Remark::NameTaken:
+    case Remark::OutputAppeared:
+    case Remark::TooLarge:
+        break;
+    }
+    return InterruptionEnd::LeftAlone;
 }
 
 /// The result was complete and on the disk, so it is the one that stays.
@@ -155,34 +194,36 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
     if (input && *input == record.output) {
         // Renamed already; where renaming takes two steps, the first name may be left.
         if (resultIsOurs) static_cast<void>(fileSystem.Remove(record.outputPath));
-        return IsOnDisk(fileSystem, record) ? InterruptionEnd::Finished
-                                            : InterruptionEnd::LeftAlone;
+        return EndNamed(fileSystem, record);
     }
     if (!resultIsOurs) return InterruptionEnd::LeftAlone;
     if (!input && !fileSystem.Info(record.inputPath)) {
         const bool named =
             fileSystem.RenameWithoutReplacing(record.outputPath, record.inputPath) == FsStatus::Ok;
-        return named && IsOnDisk(fileSystem, record) ? InterruptionEnd::Finished
-                                                     : InterruptionEnd::LeftAlone;
+        return named ? EndNamed(fileSystem, record) : InterruptionEnd::Obstructed;
     }
     if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
     ResultNote note(fileSystem, journal, record);
     WorkShown shown(machine, record);
-    const Remark remark = ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress());
-    return HasName(remark) && remark != Remark::NotFlushed ? InterruptionEnd::Finished
-                                                           : InterruptionEnd::LeftAlone;
+    return EndOf(ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress()));
 }
 
 std::string WhyItMayWait(InterruptionEnd end, const JournalRecord& record) {
     const std::string result = DisplayName(record.outputPath);
-    const std::string why =
-        end == InterruptionEnd::OtherFolder
-            ? "Its folder is not the one that it was then, so nothing has been touched. If the "
-              "right one is on a disk"
-            : "Not all of it can be found now. If it is on a disk";
-    return why +
-           " that is not connected, answer No, connect the disk and start the program "
-           "again.\r\n\r\nForget it? " +
+    std::string text;
+    if (end == InterruptionEnd::Obstructed) {
+        text = "Its result is complete, but the file cannot be replaced by it now: it cannot be "
+               "overwritten or removed, or the disk has failed. Answer No, mend that and start the "
+               "program again.";
+    } else {
+        text = end == InterruptionEnd::OtherFolder
+                   ? "Its folder is not the one that it was then, or its disk is known to the "
+                     "system by another number, so nothing has been touched. If the right one is "
+                     "on a disk"
+                   : "Not all of it can be found now. If it is on a disk";
+        text += " that is not connected, answer No, connect the disk and start the program again.";
+    }
+    return text + "\r\n\r\nForget it? " +
            (record.step == Step::Replacing
                 ? "Its result, which may be the only whole copy, then stays in\r\n\r\n" + result
                 : "An unfinished result may then be left beside\r\n\r\n" + result);
@@ -196,6 +237,12 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     switch (end) {
     case InterruptionEnd::Untouched:
         return untouched;
+    case InterruptionEnd::UndoneReadable:
+        return untouched +
+               " What was decrypted of it has been removed, but could not be "
+               "overwritten: it may still lie on the disk, or have another name "
+               "(hard link). Its folder is\r\n\r\n" +
+               DisplayName(SplitPath(record.partPath).folder);
     case InterruptionEnd::Undone:
         if (inPlace)
             return untouched + " The unfinished result beside it has been " + removed + ".";
@@ -219,8 +266,12 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
                (Encrypts(record) ? "encryption" : "decryption") +
                " is, or was, in the file\r\n\r\n" + result + part;
     }
+    case InterruptionEnd::NotConfirmed:
+        return "This has been completed, but the disk has not confirmed it. The program looks at "
+               "it once more at its next start.";
     case InterruptionEnd::OutOfReach:
     case InterruptionEnd::OtherFolder:
+    case InterruptionEnd::Obstructed:
         break;
     }
     return WhyItMayWait(end, record);
@@ -228,7 +279,8 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
 
 /// Whether the user may keep the journal for another start.
 bool MayBeKept(InterruptionEnd end) {
-    return end == InterruptionEnd::OutOfReach || end == InterruptionEnd::OtherFolder;
+    return end == InterruptionEnd::OutOfReach || end == InterruptionEnd::OtherFolder ||
+           end == InterruptionEnd::Obstructed;
 }
 
 MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record, const std::string& path) {
@@ -240,7 +292,10 @@ MessageBox BoxFor(InterruptionEnd end, const JournalRecord& record, const std::s
         text += "\r\n\r\nThis is noted in\r\n\r\n" + DisplayName(path);
     if (MayBeKept(end)) return Question(std::move(text), Title, BoxIcon::Exclamation, Answer::No);
     return Notice(std::move(text), Title,
-                  end == InterruptionEnd::LeftAlone ? BoxIcon::Exclamation : BoxIcon::Information);
+                  end == InterruptionEnd::Finished || end == InterruptionEnd::Undone ||
+                          end == InterruptionEnd::Untouched
+                      ? BoxIcon::Information
+                      : BoxIcon::Exclamation);
 }
 
 /// `refused` names journals, each with the reason.
@@ -277,7 +332,8 @@ void FinishInterruptedOperations(Machine& machine) {
             const InterruptionEnd end = EndInterruptedFile(machine, journal);
             const Answer answer = machine.user.Ask(BoxFor(end, record, path));
             const bool wasRead = answer != Answer::Cancel; // or the program was to end meanwhile
-            if (!wasRead || (MayBeKept(end) && answer != Answer::Yes)) continue;
+            if (!wasRead || end == InterruptionEnd::NotConfirmed) continue;
+            if (MayBeKept(end) && answer != Answer::Yes) continue;
         }
         journal.Forget(); // and so closing removes it
     }

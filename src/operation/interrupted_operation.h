@@ -8,13 +8,16 @@
 namespace zr5 {
 
 enum class InterruptionEnd {
-    Untouched,   ///< the input is as it was, and nothing else was found
-    Undone,      ///< the input is as it was; the unfinished result was removed, and overwritten
-                 ///< first if it could be read
-    Finished,    ///< the result is complete and has its name
-    LeftAlone,   ///< nobody can tell for certain which of the files may go, or they cannot
-    OutOfReach,  ///< none of the files is to be seen, as where a disk is not connected
-    OtherFolder, ///< the folder is another one than then, by its number or its file system's
+    Untouched,      ///< the input is as it was, and nothing else was found
+    Undone,         ///< the input is as it was; the unfinished result was removed, and overwritten
+                    ///< first if it could be read
+    UndoneReadable, ///< the same, but what could be read was not overwritten
+    Finished,       ///< the result is complete and has its name
+    NotConfirmed,   ///< the same, but the disk has not confirmed the name
+    Obstructed,     ///< only the replacing is left to be done, and it cannot be now
+    LeftAlone,      ///< nobody can tell for certain which of the files may go, or they cannot
+    OutOfReach,     ///< none of the files is to be seen, as where a disk is not connected
+    OtherFolder,    ///< the folder is another one than then, by its number or its file system's
 };
 
 /// Brings about that exactly one complete file has the input's name, and removes what only the
@@ -24,7 +27,8 @@ enum class InterruptionEnd {
 
 /// Does so for every journal that was left in the program's own folder by a run that is over, says
 /// in one box for each which file it was and what became of it, and removes the journal; the user
-/// may keep that of files out of reach, or in another folder, for another start. Journals that
+/// may keep that of files out of reach, in another folder or obstructed for another start, and it
+/// stays when the box was not read or the disk has not confirmed the end. Journals that
 /// somebody else may have written stay as they are, and one box names them and says why.
 void FinishInterruptedOperations(Machine& machine);
 

@@ -24,7 +24,9 @@ struct OperationContext {
     /// Whether a file that is to be decrypted may turn out not to be encrypted.
     bool mayMeetPlaintext = true;
     /// The output that was there already when the user confirmed; no other one is replaced.
-    std::optional<FileIdentity> replaceable = std::nullopt;
+    std::optional<FileInfo> replaceable = std::nullopt;
+    /// The folder of the input that was shown to the user; another one is left alone.
+    std::optional<FileIdentity> inputFolder = std::nullopt;
 };
 
 } // namespace zr5

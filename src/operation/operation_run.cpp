@@ -87,6 +87,12 @@ OperationTotals RunFiles(const OperationContext& operation, const FileWork& work
         return {};
     }
     if (screen.StopRequested()) return {};
+    if (operation.inputFolder && operation.machine.fileSystem.IdentityOf(
+                                     operation.setup.Folder[InputSide]) != operation.inputFolder) {
+        screen.AppendAlways("\r\n" + std::string(FolderIsAnother));
+        screen.Halt();
+        return {};
+    }
     WarnOfAntiVirusIn(operation);
     if (!IsWithinTwiceTheMaximum(operation) || !HasDistinctOutputs(operation)) {
         screen.Halt();

@@ -96,7 +96,8 @@ void Operations::RunListed(const Consent& consent, std::optional<int> performanc
                                      .machine = machine_,
                                      .screen = screen_,
                                      .journal = journal,
-                                     .replaceable = consent.replaceable};
+                                     .replaceable = consent.replaceable,
+                                     .inputFolder = consent.inputFolder};
     const ListingSummary summary{0, listed.wasCutShort, listed.randomness};
     if (performances) {
         RunReliabilityTest(operation, *performances, summary);

@@ -4,8 +4,17 @@
 
 namespace zr5 {
 
+namespace {
+
+bool IsAsItWas(const FileInfo& now, const FileInfo& then) {
+    return now.identity == then.identity && now.changedNs == then.changedNs &&
+           now.lengthBytes == then.lengthBytes;
+}
+
+} // namespace
+
 ResultNote::ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record,
-                       const std::optional<FileIdentity>& replaceable)
+                       const std::optional<FileInfo>& replaceable)
     : fileSystem_(fileSystem),
       journal_(journal),
       record_(std::move(record)),
@@ -26,7 +35,8 @@ bool ResultNote::Write() {
 }
 
 bool ResultNote::MayReplace(const FileInfo& existing) {
-    const bool agreed = !isInPlace_ && existing.identity == replaceable_;
+    // A new file may get the number of one that has just gone, but not its times.
+    const bool agreed = !isInPlace_ && replaceable_ && IsAsItWas(existing, *replaceable_);
     if (!agreed) remark_ = Remark::OutputAppeared;
     return agreed;
 }
@@ -47,8 +57,7 @@ bool ResultNote::IsResult(const FileInfo& file) const {
 }
 
 bool ResultNote::IsUntouched(const FileInfo& file) const {
-    return IsInput(file) &&
-           (!read_ || (file.identity == read_->identity && file.changedNs == read_->changedNs));
+    return IsInput(file) && (!read_ || IsAsItWas(file, *read_));
 }
 
 bool ResultNote::IsInput(const FileInfo& file) const {

@@ -20,7 +20,7 @@ class ResultNote final : public OutputObserver {
     /// `record` says which file goes into which, and how; one that was read from the journal is
     /// gone on with. `replaceable` is the one output that may be replaced.
     ResultNote(FileSystem& fileSystem, OperationJournal& journal, JournalRecord record,
-               const std::optional<FileIdentity>& replaceable = std::nullopt);
+               const std::optional<FileInfo>& replaceable = std::nullopt);
 
     [[nodiscard]] const JournalRecord& Record() const { return record_; }
 
@@ -65,7 +65,7 @@ class ResultNote final : public OutputObserver {
     OperationJournal& journal_;
     JournalRecord record_;
     std::optional<FileIdentity> folder_; ///< in which the result is made
-    std::optional<FileIdentity> replaceable_;
+    std::optional<FileInfo> replaceable_;
     std::optional<FileInfo> read_;
     bool isInPlace_;
     bool isMade_ = false;

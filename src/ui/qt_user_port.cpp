@@ -82,8 +82,8 @@ void KeepNoHistory() {
 
 /// Of a box that nobody has answered because the program was to end.
 Answer AnswerAtTheEnd(const MessageBox& box) {
-    if (box.mustBeAnswered) return box.defaultButton;
-    return box.buttons == BoxButtons::Ok ? Answer::Cancel : AnswerThatChangesNothing(box.buttons);
+    const bool hasNoSuchAnswer = box.mustBeAnswered || box.buttons == BoxButtons::Ok;
+    return hasNoSuchAnswer ? Answer::Cancel : AnswerThatChangesNothing(box.buttons);
 }
 
 /// The toolkit reads "[*]" in a title as a mark of its own, and twice as itself.
@@ -140,15 +140,7 @@ QtUserPort::~QtUserPort() = default;
 
 void QtUserPort::EndQuestions() {
     questionsEnded_ = true;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        auto* dialog = qobject_cast<QDialog*>(window);
-        if (dialog == nullptr || !dialog->isVisible() || !dialog->isModal()) continue;
-        if (auto* question = dynamic_cast<QuestionBox*>(dialog)) {
-            question->LeaveByDefault();
-        } else {
-            dialog->reject();
-        }
-    }
+    dialogEnder_.emplace();
 }
 
 Answer QtUserPort::Ask(const MessageBox& box) {

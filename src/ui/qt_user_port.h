@@ -32,7 +32,7 @@ class QtUserPort final : public UserPort {
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
 
     /// The program is to end: whatever stands open is left, and from now on nothing is shown. Every
-    /// question has the answer that changes nothing; one that must be answered has its default.
+    /// question has the answer that changes nothing; where there is none, Cancel.
     void EndQuestions();
 
   private:
@@ -44,6 +44,7 @@ class QtUserPort final : public UserPort {
     MessageBoxDresser dresser_;
     std::unique_ptr<WorkWindow> work_; ///< while work is shown
     bool questionsEnded_ = false;
+    std::optional<DialogEnder> dialogEnder_; ///< once they have
     /// By the title of the picker, where the user was last with it: somebody who saves a setup is
     /// not to be led to the keyfile.
     QHash<QString, QString> lastFolders_;

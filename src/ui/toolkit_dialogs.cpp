@@ -19,7 +19,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QScreen>
 #include <QSpacerItem>
 #include <QStyle>
@@ -94,12 +93,36 @@ bool MessageBoxDresser::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void QuestionBox::LeaveByDefault() {
-    if (mustBeAnswered_) {
-        done(standardButton(defaultButton()));
-    } else {
-        reject();
+void QuestionBox::Leave() {
+    isAnswered_ = true;
+    QMessageBox::reject();
+}
+
+DialogEnder::DialogEnder() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<QDialog*>(window);
+        if (dialog != nullptr && dialog->isVisible() && dialog->isModal()) Leave(*dialog);
     }
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void DialogEnder::Leave(QDialog& dialog) {
+    if (auto* question = dynamic_cast<QuestionBox*>(&dialog)) {
+        question->Leave();
+    } else {
+        dialog.reject();
+    }
+}
+
+/// A dialog's own loop has to run before it can be left.
+bool DialogEnder::eventFilter(QObject* watched, QEvent* event) {
+    auto* dialog = qobject_cast<QDialog*>(watched);
+    if (dialog != nullptr && event->type() == QEvent::Polish && dialog->isModal()) {
+        dialog->setWindowOpacity(0);
+        QMetaObject::invokeMethod(
+            dialog, [dialog] { Leave(*dialog); }, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void QuestionBox::done(int button) {

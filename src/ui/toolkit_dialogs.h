@@ -29,8 +29,8 @@ class QuestionBox final : public QMessageBox {
   public:
     QuestionBox(QWidget* parent, bool mustBeAnswered)
         : QMessageBox(parent), mustBeAnswered_(mustBeAnswered) {}
-    /// Closes the box without the user: by its default button where it must be answered.
-    void LeaveByDefault();
+    /// Closes the box without an answer, also where there must be one.
+    void Leave();
     void done(int button) override;
     void reject() override;
 
@@ -43,6 +43,19 @@ class QuestionBox final : public QMessageBox {
 
     bool mustBeAnswered_;
     bool isAnswered_ = false;
+};
+
+/// Made when the program is to end: leaves every modal dialog that stands open, and every one that
+/// opens from then on before anything of it is seen.
+class DialogEnder final : public QObject {
+  public:
+    DialogEnder();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    static void Leave(QDialog& dialog);
 };
 
 /// Icons and types of a picker's entries, from kind and name alone. The toolkit's own look into

@@ -58,7 +58,8 @@ struct FolderPicker {
 class UserPort {
   public:
     virtual ~UserPort() = default;
-    /// Cancel for a box with OK only that nobody has seen because the program was to end.
+    /// Cancel, whatever the buttons, for a box that is left without an answer because the program
+    /// is to end, where no button changes nothing.
     virtual Answer Ask(const MessageBox& box) = 0;
     /// The native path chosen, which need not exist: what stood in the name box, in the folder
     /// shown unless it was a whole path. Empty when the user cancelled. No picker opens a file.

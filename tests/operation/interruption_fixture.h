@@ -65,7 +65,7 @@ class Interruption : public EngineTest {
         setup.Folder = {folder.Path(), output.Path()};
         list = {};
         list.AddFile(folder / "a", output / "a");
-        agreed = System().IdentityOf(output / "a");
+        agreed = System().Info(output / "a");
         Disk().Reset();
     }
     std::string Run() {
@@ -142,7 +142,7 @@ class Interruption : public EngineTest {
     OperationSetup setup;
     CurrentKey key;
     WorkList list;
-    std::optional<FileIdentity> agreed; ///< the output that may be replaced
+    std::optional<FileInfo> agreed; ///< the output that may be replaced
     std::function<void()> beforePurge;
     ReportScreen* running = nullptr; ///< of the last run
 };

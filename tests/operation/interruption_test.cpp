@@ -265,6 +265,10 @@ TEST_F(Interruption, BySomebodyElseIsToldAndLosesNothing) {
         folder.Write("a", std::string(original.size(), 'x'));
         std::filesystem::last_write_time(folder / "a", time);
     };
+    const auto save = [this] {
+        folder.Write("new", "a new version");
+        std::filesystem::rename(folder / "new", folder / "a");
+    };
     const auto remove = [this] { folder.Remove("a"); };
     struct Case {
         Way way;
@@ -279,6 +283,8 @@ TEST_F(Interruption, BySomebodyElseIsToldAndLosesNothing) {
          {Case{Ways[0], FsCall::FlushFolder, 2, remove, "has vanished", {"a.zr5-new"}},
           Case{Ways[0], FsCall::FlushFolder, 2, rewrite, "Write error.", {"a"}},
           Case{Ways[1], FsCall::FlushFolder, 2, rewrite, "was changed", {"a", "a.zr5-new"}},
+          Case{Ways[1], FsCall::Flush, 3, save, "was changed", {"a", "a.zr5-new"}},
+          Case{Ways[5], FsCall::Open, 2, newOutput, Appeared, {"a"}},
           Case{Ways[2], FsCall::Create, 1, newOutput, Appeared, {"a"}},
           Case{Ways[2], FsCall::Rename, 1, newOutput, "Unable to open", {"a"}},
           Case{Ways[4], FsCall::Flush, 1, newOutput, Appeared, {"a"}},

@@ -98,6 +98,21 @@ TEST(MessageBoxes, ThatMustBeAnsweredAreLeftByTheirButtonsOnly) {
     }
 }
 
+TEST(MessageBoxes, AreLeftWithoutAnAnswerWhenTheProgramIsToEnd) {
+    for (const MessageBox& box : {MustAnswer("Text", "Title"), Notice("Text", "Title")}) {
+        QtUserPort user;
+        InNext<QMessageBox>([&](QMessageBox& window) {
+            user.EndQuestions();
+            EXPECT_FALSE(window.isVisible());
+        });
+        EXPECT_EQ(user.Ask(box), Answer::Cancel);
+        EXPECT_EQ(user.Ask(box), Answer::Cancel) << "and none opens any more";
+        EXPECT_EQ(user.Ask(Question("Text", "Title")), Answer::No);
+        QDialog other;
+        EXPECT_EQ(other.exec(), QDialog::Rejected);
+    }
+}
+
 TEST(MessageBoxes, ShowNamesAsTheyAreAndLongOnesWholeAndFitTheScreen) {
     QtUserPort user;
     for (const std::string& text :

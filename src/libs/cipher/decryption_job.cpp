@@ -37,6 +37,21 @@ EngineResult KeepPart(EngineResult stoppedBy, PendingOutput& output, const OpenF
                                                 : EngineResult::WriteErrorPartial;
 }
 
+EngineResult DecryptInto(JobContext& job, SealedReader& reader, const OpenFile& input,
+                         PendingOutput& output) {
+    EngineResult result = ResultOfOutput(output.Begin(reader.Layout().plainBytes));
+    if (result != EngineResult::Success) return result;
+    result = WriteAll(job, reader, output);
+    if (!reader.HasOpened()) { // nothing but zeros
+        return result == EngineResult::Success ? EngineResult::WrongKeyOrCorrupt : result;
+    }
+    if (result != EngineResult::Success) return KeepPart(result, output, input);
+    const EngineResult found = ResultOf(reader.Damage());
+    result = ResultOfOutput(
+        output.Commit(input, found == EngineResult::Success ? Extent::Whole : Extent::Part));
+    return result == EngineResult::Success ? found : result;
+}
+
 } // namespace
 
 EngineResult RunDecryption(JobContext& job) {
@@ -53,17 +68,9 @@ EngineResult RunDecryption(JobContext& job) {
 
     PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer,
                          {.overwrites = true, .progress = job.hooks.progress});
-    result = ResultOfOutput(output.Begin(reader.Layout().plainBytes));
-    if (result != EngineResult::Success) return result;
-    result = WriteAll(job, reader, output);
-    if (!reader.HasOpened()) { // nothing but zeros
-        return result == EngineResult::Success ? EngineResult::WrongKeyOrCorrupt : result;
-    }
-    if (result != EngineResult::Success) return KeepPart(result, output, *input.file);
-    const EngineResult found = ResultOf(reader.Damage());
-    result = ResultOfOutput(
-        output.Commit(*input.file, found == EngineResult::Success ? Extent::Whole : Extent::Part));
-    return result == EngineResult::Success ? found : result;
+    result = DecryptInto(job, reader, *input.file, output);
+    output.Discard(); // what was not committed
+    return result;
 }
 
 } // namespace zr5

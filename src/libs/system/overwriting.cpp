@@ -9,8 +9,6 @@
 namespace zr5 {
 namespace {
 
-constexpr std::size_t PieceBytes = std::size_t{1} << 20U;
-
 /// Random bytes at the speed of a disk: a stream cipher under a key from the random source.
 void FillPiece(RandomSource& random, std::span<std::byte> piece) {
     if (piece.empty()) return;
@@ -25,12 +23,13 @@ void FillPiece(RandomSource& random, std::span<std::byte> piece) {
 Overwriting::Overwriting(RandomSource& random, std::uint64_t lengthBytes)
     : random_(random),
       lengthBytes_(lengthBytes),
-      piece_(static_cast<std::size_t>(std::min<std::uint64_t>(lengthBytes, PieceBytes))) {
+      piece_(std::span(buffer_).first(
+          static_cast<std::size_t>(std::min<std::uint64_t>(lengthBytes, PieceBytes)))) {
     FillPiece(random_, piece_);
 }
 
 std::span<const std::byte> Overwriting::Head() const {
-    return std::span(piece_).first(std::min(piece_.size(), HeadBytes));
+    return piece_.first(std::min(piece_.size(), HeadBytes));
 }
 
 /// Also where the file begins with a hole: by its head it is known again.
@@ -45,7 +44,7 @@ FsStatus Overwriting::WriteRange(OpenFile& file, ByteRange range,
     const std::uint64_t end = range.offset + range.lengthBytes;
     if (const FsStatus status = file.MoveTo(range.offset); status != FsStatus::Ok) return status;
     for (std::uint64_t at = range.offset; at < end;) {
-        const auto part = std::span(piece_).first(
+        const auto part = piece_.first(
             static_cast<std::size_t>(std::min<std::uint64_t>(end - at, piece_.size())));
         FillPiece(random_, part);
         if (const FsStatus status = file.Write(part); status != FsStatus::Ok) return status;

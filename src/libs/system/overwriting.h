@@ -7,10 +7,10 @@
 #include "libs/system/file_system.h"
 #include "libs/system/random.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace zr5 {
 
@@ -18,6 +18,8 @@ class Overwriting {
   public:
     /// Of a file of this length; draws what its first bytes become.
     Overwriting(RandomSource& random, std::uint64_t lengthBytes);
+    Overwriting(const Overwriting&) = delete;
+    Overwriting& operator=(const Overwriting&) = delete;
 
     /// What the file begins with as soon as anything of it is overwritten: HeadBytes, or all of a
     /// shorter file.
@@ -30,13 +32,16 @@ class Overwriting {
     [[nodiscard]] FsStatus Run(OpenFile& file, const ProgressFunction& progress = {});
 
   private:
+    static constexpr std::size_t PieceBytes = std::size_t{256} << 10U;
+
     [[nodiscard]] FsStatus WriteHead(OpenFile& file);
     [[nodiscard]] FsStatus WriteRange(OpenFile& file, ByteRange range,
                                       const ProgressFunction& progress);
 
     RandomSource& random_;
     std::uint64_t lengthBytes_;
-    std::vector<std::byte> piece_;
+    std::array<std::byte, PieceBytes> buffer_; ///< needs no memory when there may be none
+    std::span<std::byte> piece_;               ///< as much of it as the file is long
 };
 
 } // namespace zr5

@@ -5,11 +5,14 @@
 #include "libs/system/text_encoding.h"
 
 #include <array>
+#include <utility>
 
 namespace zr5 {
 namespace {
 
 constexpr int MostNames = 100;
+/// Setups and keyfiles are shorter by far.
+constexpr std::uint64_t MostReplaced = std::uint64_t{1} << 20U;
 constexpr std::string_view PartPrefix = ".zr5-";
 constexpr std::string_view PartSuffix = ".part";
 constexpr std::size_t PartRandomBytes = 8;
@@ -30,7 +33,8 @@ PendingOutput::PendingOutput(FileSystem& fileSystem, RandomSource& random, std::
       discarding_(std::move(discarding)) {}
 
 PendingOutput::~PendingOutput() {
-    if (!partPath_.empty()) Discard();
+    discarding_.progress = {};
+    Discard();
 }
 
 /// Of work on a part that was made: nothing but a full disk has a result of its own.
@@ -42,16 +46,18 @@ FsStatus PendingOutput::OfWriting(FsStatus status) const {
 /// A part is overwritten under its own name, by which it is found again if that is interrupted; an
 /// output has to give up its name first, under which nobody must find half of it.
 void PendingOutput::Discard() {
-    const auto named = fileSystem_.Info(partPath_);
+    if (partPath_.empty()) return;
+    const std::string path = std::exchange(partPath_, {});
+    const auto named = fileSystem_.Info(path);
     const auto own = part_->Info();
     if (named && own && named->identity != own->identity) return; // somebody else's
     const auto overwrite = [this] {
         static_cast<void>(Overwriting(random_, writtenBytes_).Run(*part_, discarding_.progress));
     };
     const bool overwrites = discarding_.overwrites && named;
-    const bool isOutput = partPath_ == outputPath_;
+    const bool isOutput = path == outputPath_;
     if (overwrites && !isOutput) overwrite();
-    const FsStatus removed = fileSystem_.Remove(partPath_);
+    const FsStatus removed = fileSystem_.Remove(path);
     if (overwrites && isOutput && removed == FsStatus::Ok) overwrite();
 }
 
@@ -151,7 +157,7 @@ FsStatus PendingOutput::CommitPart(const OpenFile& source) {
 
 void PendingOutput::OverwriteReplaced() {
     const auto info = Replaces() ? replaced_->Info() : std::nullopt;
-    if (!info || info->linkCount != 0) return;
+    if (!info || info->linkCount != 0 || info->lengthBytes > MostReplaced) return;
     static_cast<void>(Overwriting(random_, info->lengthBytes).Run(*replaced_));
 }
 

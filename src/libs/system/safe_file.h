@@ -58,7 +58,7 @@ class PendingOutput {
     /// `observer` may be null.
     PendingOutput(FileSystem& fileSystem, RandomSource& random, std::string outputPath,
                   OutputObserver* observer = nullptr, Discarding discarding = {});
-    /// Discards what was not committed.
+    /// As Discard, but without progress: it may be because memory is missing.
     ~PendingOutput();
     PendingOutput(const PendingOutput&) = delete;
     PendingOutput& operator=(const PendingOutput&) = delete;
@@ -79,7 +79,10 @@ class PendingOutput {
     /// As Commit, for a file without a source: only its owner may read it (0600).
     [[nodiscard]] FsStatus CommitPrivate(Extent extent = Extent::Whole);
 
-    /// After a commit: overwrites what was replaced, unless it has other names.
+    /// Takes back what was not committed.
+    void Discard();
+    /// After a commit: overwrites what was replaced, unless it has other names or is
+    /// longer than anything that is written safely.
     void OverwriteReplaced();
 
     /// Whether `Begin` found an output, which `Commit` is going to replace.
@@ -92,7 +95,6 @@ class PendingOutput {
     [[nodiscard]] FsStatus OfWriting(FsStatus status) const;
     [[nodiscard]] FsStatus TakeAttributes(const OpenFile& source);
     [[nodiscard]] FsStatus TakeName();
-    void Discard();
 
     FileSystem& fileSystem_;
     RandomSource& random_;
