@@ -95,7 +95,7 @@ class OpenFile {
     [[nodiscard]] virtual FsStatus TakeModeFrom(const OpenFile& source) = 0;
     /// The first stretch at or after `offset` that takes room on the disk; what lies between such
     /// stretches are holes. Empty when there is no more. A file system that knows no holes gives
-    /// all the rest.
+    /// all the rest, and so does a file that takes room for its whole length, written or reserved.
     [[nodiscard]] virtual ByteRange NextData(std::uint64_t offset) const = 0;
     /// Whether the content can be overwritten for all that is known of the room: where the file
     /// system writes elsewhere than where the old content stands (copy on write), so much must be

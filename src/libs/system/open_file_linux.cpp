@@ -36,6 +36,12 @@ bool WritesElsewhere(int descriptor) {
            CopyOnWrite.end();
 }
 
+/// The room that a file takes.
+std::uint64_t BytesOnDisk(const struct stat& raw) {
+    constexpr std::uint64_t CountedBytes = 512; // of a block in st_blocks
+    return static_cast<std::uint64_t>(raw.st_blocks) * CountedBytes;
+}
+
 class LinuxFile final : public OpenFile {
   public:
     explicit LinuxFile(int descriptor) : descriptor_(descriptor) {}
@@ -122,6 +128,9 @@ class LinuxFile final : public OpenFile {
         struct stat raw {};
         if (fstat(descriptor_, &raw) != 0 || static_cast<off_t>(offset) >= raw.st_size) return {};
         const ByteRange rest{offset, static_cast<std::uint64_t>(raw.st_size) - offset};
+        // What was reserved, and is not known to be written, would be told as a hole; but it can
+        // hold what was on its way there when the power failed.
+        if (BytesOnDisk(raw) >= static_cast<std::uint64_t>(raw.st_size)) return rest;
         const off_t position = lseek(descriptor_, 0, SEEK_CUR);
         const off_t data = lseek(descriptor_, static_cast<off_t>(offset), SEEK_DATA);
         if (data < 0) return errno == ENXIO ? ByteRange{} : rest;
@@ -135,10 +144,9 @@ class LinuxFile final : public OpenFile {
         // The system's own books grow, too, while it writes elsewhere.
         constexpr std::uint64_t Books = std::uint64_t{1} << 20U;
         constexpr std::uint64_t BooksPart = 64;
-        constexpr std::uint64_t CountedBytes = 512; // of a block in st_blocks
         struct stat raw {};
         if (!WritesElsewhere(descriptor_) || fstat(descriptor_, &raw) != 0) return true;
-        const std::uint64_t taken = static_cast<std::uint64_t>(raw.st_blocks) * CountedBytes;
+        const std::uint64_t taken = BytesOnDisk(raw);
         return FreeBytes() >= taken + taken / BooksPart + Books;
     }
 

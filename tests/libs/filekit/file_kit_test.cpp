@@ -138,10 +138,12 @@ TEST_F(Kit, BeginsNoPurgeThatItsFolderOrItsDiskWillNotLetEnd) {
     EXPECT_EQ(kit->purge_file(file, PurgeMode::OverwriteAndDelete, {}), PurgeResult::Done);
 }
 
-TEST_F(Kit, LeavesHolesAloneWhileItOverwrites) {
+TEST_F(Kit, OverwritesWhatWasReservedAndLeavesHolesAlone) {
+    ASSERT_EQ(system->CreateExclusively(folder / "new").file->Reserve(MiB), FsStatus::Ok);
+    EXPECT_EQ(Purge("new"), PurgeResult::Done);
+    EXPECT_EQ(disk.WrittenBytes(), MiB);
     const std::string path = folder.Write("file", std::string(5000, 'A'));
-    const std::uint64_t length = 64 * MiB;
-    fs::resize_file(path, length);
+    fs::resize_file(path, 64 * MiB);
     const OpenResult watching = system->OpenForReading(path);
     disk.Reset();
     EXPECT_EQ(Purge("file"), PurgeResult::Done);
