@@ -83,8 +83,11 @@ FsStatus PendingOutput::Begin(std::uint64_t lengthBytes) {
         replaced_ = std::move(opened.file);
         replacedInfo_ = *existing;
     }
-    const FsStatus status = MakePart();
-    return status == FsStatus::Ok ? OfWriting(part_->Reserve(lengthBytes)) : status;
+    FsStatus status = MakePart();
+    if (status == FsStatus::Ok) status = OfWriting(part_->Reserve(lengthBytes));
+    // Else a power failure could leave the content on the disk and no file there to find it by.
+    if (status == FsStatus::Ok && discarding_.overwrites) status = OfWriting(part_->Flush());
+    return status;
 }
 
 FsStatus PendingOutput::MakePart() {

@@ -63,8 +63,8 @@ class PendingOutput {
     PendingOutput(const PendingOutput&) = delete;
     PendingOutput& operator=(const PendingOutput&) = delete;
 
-    /// Makes the part and reserves `lengthBytes` for it. An existing output must be a regular
-    /// file that may be written.
+    /// Makes the part and reserves `lengthBytes` for it, on the disk if it is to be overwritten
+    /// when discarded. An existing output must be a regular file that may be written.
     [[nodiscard]] FsStatus Begin(std::uint64_t lengthBytes);
     /// Appends.
     [[nodiscard]] FsStatus Write(std::span<const std::byte> bytes);

@@ -102,6 +102,9 @@ TEST_F(SafeFile, LeavesTheOldFileOrNothingWhicheverCallFails) {
             EXPECT_EQ(folder.Names().size(), replaces ? 1U : 0U) << call;
         }
     }
+    EXPECT_LT(std::ranges::find(disk.Calls(), FsCall::Flush),
+              std::ranges::find(disk.Calls(), FsCall::Write))
+        << "the file may vanish, and not that";
     disk.Reset();
     disk.Fail(FsCall::Write, 1, FsStatus::NoSpace);
     EXPECT_EQ(Write(IfThere::Replace), FsStatus::NoSpace);
