@@ -46,8 +46,10 @@ std::string MakeOwnFolder(FileSystem& fileSystem, const std::string& configFolde
     const std::string base = configFolder.empty() ? "/" : WithTrailingSeparator(configFolder);
     std::string folder = WithTrailingSeparator(base + MakerName);
     for (const std::string& each : {base, folder}) {
-        if (fileSystem.Info(each)) continue;
-        if (fileSystem.MakeFolder(each) != FsStatus::Ok) break;
+        const auto found = fileSystem.Info(each);
+        // What an administrator makes in a user's folder would not be the user's.
+        const bool isTheirs = found && !found->isOwnedByUser;
+        if (isTheirs || (!found && fileSystem.MakeFolder(each) != FsStatus::Ok)) break;
     }
     return folder;
 }

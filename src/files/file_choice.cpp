@@ -59,6 +59,14 @@ void SingleFileChoice::ChooseInput(const std::string& buttonCaption) {
     desk_.SetInputFile(parts.folder, parts.name);
 }
 
+/// Empty when there is none, or it would be too long.
+std::string SingleFileChoice::UsualOutputName() const {
+    const OperationSetup& setup = desk_.Setup();
+    std::string name = zr5::UsualOutputName(setup.FileName[InputSide], setup.Operation);
+    const bool fits = name.size() <= fileSystem_.LongestName(setup.FilePath(InputSide));
+    return fits ? name : std::string();
+}
+
 std::optional<std::string> SingleFileChoice::PickOutput(FilePicker::Kind kind) {
     const OperationSetup& setup = desk_.Setup();
     const std::size_t known = setup.Folder[OutputSide].empty() ? InputSide : OutputSide;
@@ -69,9 +77,7 @@ std::optional<std::string> SingleFileChoice::PickOutput(FilePicker::Kind kind) {
          .filter = AnyFileFilter,
          .startFolder = setup.Folder[known],
          .asksBeforeOverwriting = saves,
-         .suggestedName =
-             saves ? DisplayName(UsualOutputName(setup.FileName[InputSide], setup.Operation))
-                   : std::string()});
+         .suggestedName = saves ? DisplayName(UsualOutputName()) : std::string()});
     if (chosen && chosen->empty()) chosen.reset();
     return chosen;
 }
@@ -79,7 +85,10 @@ std::optional<std::string> SingleFileChoice::PickOutput(FilePicker::Kind kind) {
 bool SingleFileChoice::ChooseOutput(const std::string& buttonCaption) {
     const auto chosen = PickOutput(FilePicker::Kind::Save);
     if (!chosen) return false;
-    const std::string path = MeantPath(fileSystem_, *chosen);
+    std::string path = MeantPath(fileSystem_, *chosen);
+    const PathParts parts = SplitPath(path);
+    const std::string usual = UsualOutputName();
+    if (!usual.empty() && parts.name == DisplayName(usual)) path = parts.folder + usual;
     // The picker has asked about what was typed; behind an escaped name stands another file.
     return TakeOutput(path, path == *chosen ? Overwriting::Agreed : Overwriting::AskFirst,
                       buttonCaption);

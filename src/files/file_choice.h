@@ -43,6 +43,7 @@ class SingleFileChoice {
 
   private:
     enum class Overwriting { AskFirst, Agreed };
+    [[nodiscard]] std::string UsualOutputName() const;
     [[nodiscard]] std::optional<std::string> PickOutput(FilePicker::Kind kind);
     bool TakeOutput(const std::string& path, Overwriting overwriting,
                     const std::string& buttonCaption);

@@ -22,8 +22,9 @@ class KeyfileChoice {
   public:
     enum class Outcome { Accepted, Abandoned, Discarded };
 
-    KeyfileChoice(Direction operation, Machine& machine, const KeyWindows& windows)
-        : operation_(operation), machine_(machine), windows_(windows) {
+    KeyfileChoice(Direction operation, Machine& machine, const KeyWindows& windows,
+                  const CurrentKey& inUse)
+        : operation_(operation), machine_(machine), windows_(windows), inUse_(inUse) {
         candidate_.keyState = KeyState::Keyfile;
     }
 
@@ -50,6 +51,7 @@ class KeyfileChoice {
     Direction operation_;
     Machine& machine_;
     KeyWindows windows_;
+    const CurrentKey& inUse_;
     CurrentKey candidate_;
     std::optional<ChosenFile> target_; ///< what stands at the chosen path, if anything
     std::string shown_;                ///< the chosen path as it is shown
@@ -93,9 +95,13 @@ bool KeyfileChoice::UserAgreesToPath(KeyfileMode mode) {
         return machine_.user.Ask(
                    Question("Do you wish to create " + shown_ + " as a new random keyfile?",
                             "Keyfile does not exist.")) == Answer::Yes;
-    if (creates && target_ && target_->kind == FileKind::Regular)
-        return machine_.user.Ask(OverwriteQuestion(shown_)) == Answer::Yes;
-    return true;
+    if (!creates || !target_ || target_->kind != FileKind::Regular) return true;
+    MessageBox question = OverwriteQuestion(shown_);
+    if (IsKeyfileOf(inUse_, machine_.fileSystem, target_->path)) {
+        question.text += "\r\nThis is the current keyfile: files that were encrypted with it "
+                         "cannot be decrypted any more.";
+    }
+    return machine_.user.Ask(question) == Answer::Yes;
 }
 
 /// Found before the user is asked to move the mouse for it.
@@ -189,7 +195,7 @@ void KeyfileChoice::Complete() {
 
 void GetKeyFromKeyfile(KeyfileMode mode, Direction operation, Machine& machine,
                        const KeyWindows& windows, CurrentKey& key) {
-    KeyfileChoice choice(operation, machine, windows);
+    KeyfileChoice choice(operation, machine, windows, key);
     switch (choice.Run(mode)) {
     case KeyfileChoice::Outcome::Accepted:
         ReplaceKey(key, choice.Take(), machine.engine);

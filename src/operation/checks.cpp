@@ -125,6 +125,13 @@ std::optional<MessageBox> ProtectedOutputBox(const std::string& outputPath, cons
         return refused("this program.");
     }
     if (IsKeyfileOf(key, machine.fileSystem, outputPath)) return refused("the current keyfile.");
+    const auto folderOf = [&](const std::string& path) {
+        return machine.fileSystem.IdentityOf(SplitPath(path).folder);
+    };
+    const auto ownFolder = folderOf(machine.ownFolder);
+    if (ownFolder && folderOf(outputPath) == ownFolder) {
+        return refused("in the folder of this program's own files.");
+    }
     return std::nullopt;
 }
 

@@ -12,7 +12,7 @@
 namespace zr5 {
 
 /// What the user reads when a file must never become an output: the keyfile in use, a copy of it,
-/// or this program. Nothing for any other file.
+/// this program, or a file in its own folder. Nothing for any other file.
 [[nodiscard]] std::optional<MessageBox>
 ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key, const Machine& machine);
 

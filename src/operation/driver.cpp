@@ -132,8 +132,8 @@ class Driver {
                          ".");
         }
         if (operation_.journal.TakeFailure()) {
-            const std::string path = OperationJournal::PathIn(operation_.machine.ownFolder);
-            AppendRemark("The file " + DisplayName(path) +
+            AppendRemark("The journal of operations in " +
+                         DisplayName(operation_.machine.ownFolder) +
                          (operation_.journal.MustStop()
                               ? " cannot be written, so the operation ends here."
                               : " could not be written; another takes its place."));

@@ -41,6 +41,7 @@ MessageBox OverwriteQuestion(const std::string& shown) {
 
 std::string WhyNotCreatable(FileSystem& fileSystem, const std::string& path) {
     if (SplitPath(path).name.empty()) return "is a folder, not a file.";
+    if (SplitPath(path).name.size() > fileSystem.LongestName(path)) return "has too long a name.";
     if (!fileSystem.FolderAcceptsFiles(path))
         return "cannot be written: no file can be made in its folder.";
     return {};

@@ -22,7 +22,7 @@ enum class Direction { Encrypt, Decrypt };
 /// What an engine's file calls return.
 enum class EngineResult : std::int16_t {
     Success = 0,
-    NotInitialised = -1, ///< no key, no memory, or the library failed
+    NotInitialised = -1, ///< no key, or no memory
     Stopped = -2,        ///< by `EngineHooks::stopped`
     InputNotFound = -3,
     InputNotOpened = -4,
@@ -31,6 +31,7 @@ enum class EngineResult : std::int16_t {
     WriteError = -7,
     WrongKeyOrCorrupt = -8,
     DiskFull = -9,
+    LibraryFailed = -10,
     /// The next three with what could be decrypted in the output.
     ReadErrorPartial = -16,
     WriteErrorPartial = -17,

@@ -32,7 +32,7 @@ EngineResult SealAll(JobContext& job, OpenFile& input, std::uint64_t lengthBytes
             const auto plain = piece.subspan(at, std::min(PlainBlockBytes, piece.size() - at));
             const auto sealed = job.sealedBuffer.subspan(filled, plain.size() + TagBytes);
             const bool isLast = done + at + plain.size() == lengthBytes;
-            if (!cipher.Seal(number, isLast, plain, sealed)) return EngineResult::NotInitialised;
+            if (!cipher.Seal(number, isLast, plain, sealed)) return EngineResult::LibraryFailed;
             filled += sealed.size();
         }
         const EngineResult result = ResultOfOutput(output.Write(job.sealedBuffer.first(filled)));
@@ -85,7 +85,7 @@ EngineResult RunEncryption(JobContext& job, const RunSalt& runSalt) {
     if (master == nullptr) return EngineResult::NotInitialised;
     const SecretBytes blockKey =
         MakeHeader(*master, runSalt, job.random, job.sealedBuffer.first<HeaderBytes>());
-    if (blockKey.empty()) return EngineResult::NotInitialised;
+    if (blockKey.empty()) return EngineResult::LibraryFailed;
     BlockCipher cipher(blockKey);
 
     PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer);

@@ -57,7 +57,7 @@ OpenedHeader OpenHeader(std::span<const std::byte, HeaderBytes> header, MasterKe
         keys = DeriveFileKeys(*master, header.subspan<FileSaltAt, FileSaltBytes>());
     }
     if (keys.header.empty() || !HmacSha256(keys.header.bytes(), header.first<HeaderTagAt>(), tag)) {
-        return {EngineResult::NotInitialised, {}};
+        return {master == nullptr ? EngineResult::NotInitialised : EngineResult::LibraryFailed, {}};
     }
     if (!EqualInConstantTime(tag, header.subspan<HeaderTagAt, HeaderTagBytes>())) return {};
     return {EngineResult::Success, std::move(keys.block)};

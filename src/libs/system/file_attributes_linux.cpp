@@ -1,11 +1,12 @@
 #include "libs/system/file_attributes_linux.h"
 
-#include "libs/system/open_file_linux.h"
+#include "libs/system/errors_linux.h"
 
 #include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
@@ -31,6 +32,7 @@ std::optional<std::vector<char>> ReadAll(const Call& call) {
         bytes.resize(static_cast<std::size_t>(got));
         return bytes;
     }
+    errno = EIO; // it never stands still
     return std::nullopt;
 }
 
@@ -123,10 +125,6 @@ FsStatus TakeOwner(int file, struct stat& own, const struct stat& source) {
 }
 
 } // namespace
-
-bool IsRealFailure(int error) {
-    return StatusOf(error) == FsStatus::NoSpace || error == EIO;
-}
 
 FsStatus CopyAttributes(int from, int to) {
     struct stat source {};

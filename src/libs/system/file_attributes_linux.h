@@ -7,10 +7,6 @@
 
 namespace zr5 {
 
-/// Whether a failed attribute call, which left `error` in errno, means that the disk is at fault,
-/// and not merely that this file system does not know the attribute or this user may not set it.
-[[nodiscard]] bool IsRealFailure(int error);
-
 /// As `OpenFile::CopyAttributesFrom`; both are open descriptors.
 [[nodiscard]] FsStatus CopyAttributes(int from, int to);
 /// As `OpenFile::TakeModeFrom`.

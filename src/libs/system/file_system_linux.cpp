@@ -1,3 +1,4 @@
+#include "libs/system/errors_linux.h"
 #include "libs/system/file_system.h"
 #include "libs/system/open_file_linux.h"
 #include "libs/system/paths.h"

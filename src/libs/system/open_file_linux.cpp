@@ -1,5 +1,6 @@
 #include "libs/system/open_file_linux.h"
 
+#include "libs/system/errors_linux.h"
 #include "libs/system/file_attributes_linux.h"
 
 #include <algorithm>
@@ -126,7 +127,10 @@ class LinuxFile final : public OpenFile {
 
     ByteRange NextData(std::uint64_t offset) const override {
         struct stat raw {};
-        if (fstat(descriptor_, &raw) != 0 || static_cast<off_t>(offset) >= raw.st_size) return {};
+        if (fstat(descriptor_, &raw) != 0) {
+            return {offset, std::numeric_limits<std::uint64_t>::max() - offset};
+        }
+        if (static_cast<off_t>(offset) >= raw.st_size) return {};
         const ByteRange rest{offset, static_cast<std::uint64_t>(raw.st_size) - offset};
         // What was reserved, and is not known to be written, would be told as a hole; but it can
         // hold what was on its way there when the power failed.
@@ -146,7 +150,13 @@ class LinuxFile final : public OpenFile {
         constexpr std::uint64_t BooksPart = 64;
         struct stat raw {};
         if (!WritesElsewhere(descriptor_) || fstat(descriptor_, &raw) != 0) return true;
-        const std::uint64_t taken = BytesOnDisk(raw);
+        // What is compressed on the disk takes more when it is random.
+        std::uint64_t dataBytes = 0;
+        for (ByteRange data = NextData(0); data.lengthBytes != 0;
+             data = NextData(data.offset + data.lengthBytes)) {
+            dataBytes += data.lengthBytes;
+        }
+        const std::uint64_t taken = std::max(BytesOnDisk(raw), dataBytes);
         return FreeBytes() >= taken + taken / BooksPart + Books;
     }
 
@@ -202,35 +212,6 @@ class LinuxFile final : public OpenFile {
 };
 
 } // namespace
-
-FsStatus StatusOf(int error) {
-    switch (error) {
-    case 0:
-        return FsStatus::Ok;
-    case ENOENT:
-    case ENOTDIR:
-        return FsStatus::NotFound;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case ETXTBSY:
-        return FsStatus::NotPermitted;
-    case EEXIST:
-    case ENOTEMPTY:
-        return FsStatus::AlreadyExists;
-    case ENOSPC:
-    case EDQUOT:
-        return FsStatus::NoSpace;
-    case EFBIG:
-        return FsStatus::TooLarge;
-    case EISDIR:
-    case ELOOP: // a link where no link is followed
-    case ENXIO: // a pipe that nobody reads
-        return FsStatus::NotRegularFile;
-    default:
-        return FsStatus::IoError;
-    }
-}
 
 FileInfo InfoFrom(const struct stat& raw) {
     FileInfo info;

@@ -47,6 +47,7 @@ std::string ReasonText(EngineResult result) {
     case EngineResult::DiskFull:
         return "Write error: disk full.";
     case EngineResult::Stopped:
+    case EngineResult::LibraryFailed:
     case EngineResult::Success:
     case EngineResult::OneDamagedBlock:
     case EngineResult::NineDamagedBlocks:
