@@ -1,13 +1,18 @@
-#include "util/text.h"
+// Texts: their letters, paths and durations in words, and the shipped ones.
 
+#include "libs/filekit/program_text_file.h"
+#include "support/fixtures.h"
 #include "util/code_page.h"
 #include "util/display.h"
 #include "util/durations.h"
 #include "util/paths.h"
+#include "util/program_text.h"
+#include "util/text.h"
 
-#include <gtest/gtest.h>
+#include <array>
+#include <fstream>
 
-namespace zr5 {
+namespace zr5::test {
 namespace {
 
 using namespace std::string_view_literals;
@@ -16,12 +21,7 @@ TEST(LowerCase, KnowsAccentsAndOtherAlphabetsAndKeepsWhatIsNoLetter) {
     EXPECT_EQ(LowerCaseWithAccents("ŠŸÀÁÂÃÄÅÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝ"),
               "šÿàáâãäåçèéêëìíîïðñòóôõöøùúûüý");
     EXPECT_EQ(LowerCaseWithAccents("Über ÆÞŒŽ ß × 12 ΔЖ 💾"), "über æþœž ß × 12 δж 💾");
-    EXPECT_EQ(LowerCaseWithAccents("A\xC3"
-                                   "B\xFF\xE2\x82"
-                                   "C"),
-              "a\xC3"
-              "b\xFF\xE2\x82"
-              "c");
+    EXPECT_EQ(LowerCaseWithAccents("A\303B\377\342\202C"), "a\303b\377\342\202c");
 }
 
 TEST(ShortenPath, KeepsThreeCharactersAndTheTailAndNeverSplitsOne) {
@@ -32,10 +32,7 @@ TEST(ShortenPath, KeepsThreeCharactersAndTheTailAndNeverSplitsOne) {
         EXPECT_EQ(ShortenPath(thirty, width), thirty);
     EXPECT_EQ(ShortenPath("ääääääääää", 10), "ääääääääää");
     EXPECT_EQ(ShortenPath("äöü€💾ßéèêëìí", 10), "äöü...êëìí");
-    EXPECT_EQ(ShortenPath("\xFF\xFE\xFD"
-                          "defghij\xFC",
-                          10),
-              "\xFF\xFE\xFD...hij\xFC");
+    EXPECT_EQ(ShortenPath("\377\376\375defghij\374", 10), "\377\376\375...hij\374");
 }
 
 TEST(CodePage, TakesEveryByteToACharacterAndBack) {
@@ -61,46 +58,43 @@ TEST(CodePage, CapitalisesOneByteToOneByte) {
 }
 
 TEST(Duration, ReadsAsAPersonWouldSayIt) {
-    const struct {
-        std::uint64_t seconds;
-        std::string_view exact, rounded, compact, compactRounded;
-    } cases[] = {{0, "0 seconds", "0 minutes", "0s", "0m"},
-                 {1, "1 second", "0 minutes", "1s", "0m"},
-                 {29, "29 seconds", "0 minutes", "29s", "0m"},
-                 {30, "30 seconds", "1 minute", "30s", "1m"},
-                 {60, "1 minute", "1 minute", "1m", "1m"},
-                 {150, "2 minutes and 30 seconds", "3 minutes", "2m 30s", "3m"},
-                 {3599, "59 minutes and 59 seconds", "1 hour", "59m 59s", "1h"},
-                 {3601, "1 hour and 1 second", "1 hour", "1h 1s", "1h"},
-                 {86399, "23 hours, 59 minutes and 59 seconds", "1 day", "23h59m 59s", "1d"},
-                 {86401, "1 day and 1 second", "1 day", "1d 1s", "1d"},
-                 {93784, "1 day, 2 hours, 3 minutes and 4 seconds", "1 day, 2 hours and 3 minutes",
-                  "1d 2h3m 4s", "1d 2h3m"},
-                 {172800, "2 days", "2 days", "2d", "2d"}};
+    using Words = std::string_view;
+    const std::tuple<std::uint64_t, Words, Words, Words, Words> cases[] = {
+        {0, "0 seconds", "0 minutes", "0s", "0m"},
+        {29, "29 seconds", "0 minutes", "29s", "0m"},
+        {30, "30 seconds", "1 minute", "30s", "1m"},
+        {60, "1 minute", "1 minute", "1m", "1m"},
+        {150, "2 minutes and 30 seconds", "3 minutes", "2m 30s", "3m"},
+        {3599, "59 minutes and 59 seconds", "1 hour", "59m 59s", "1h"},
+        {3601, "1 hour and 1 second", "1 hour", "1h 1s", "1h"},
+        {86399, "23 hours, 59 minutes and 59 seconds", "1 day", "23h59m 59s", "1d"},
+        {86401, "1 day and 1 second", "1 day", "1d 1s", "1d"},
+        {93784, "1 day, 2 hours, 3 minutes and 4 seconds", "1 day, 2 hours and 3 minutes",
+         "1d 2h3m 4s", "1d 2h3m"},
+        {172800, "2 days", "2 days", "2d", "2d"}};
     const auto rounding = DurationRounding::ToMinutes;
-    for (const auto& c : cases) {
-        EXPECT_EQ(FormatDuration(c.seconds), c.exact);
-        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Long, rounding), c.rounded);
-        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Compact), c.compact);
-        EXPECT_EQ(FormatDuration(c.seconds, DurationForm::Compact, rounding), c.compactRounded);
+    for (const auto& [seconds, exact, rounded, compact, compactRounded] : cases) {
+        EXPECT_EQ(FormatDuration(seconds), exact);
+        EXPECT_EQ(FormatDuration(seconds, DurationForm::Long, rounding), rounded);
+        EXPECT_EQ(FormatDuration(seconds, DurationForm::Compact), compact);
+        EXPECT_EQ(FormatDuration(seconds, DurationForm::Compact, rounding), compactRounded);
     }
 }
 
 TEST(PathSplit, FollowsTheShapeOfThePath) {
-    const struct {
-        std::string_view path, folder, name, extension;
-    } cases[] = {{"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
-                 {"/x", "/", "x", ""},
-                 {"/home/a/", "/home/a/", "", ""},
-                 {"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
-                 {"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
-                 {"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
-                 {"plain.É", "", "plain.É", "é"},
-                 {"", "", "", ""},
-                 {"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
-                 {"c:/mixed\\b/c.d", "c:/mixed\\b/", "c.d", "d"},
-                 {"\\\\server\\share\\x.y\\z", "\\\\server\\share\\x.y\\", "z", ""}};
-    for (const auto& [path, folder, name, extension] : cases) {
+    using Row = std::array<std::string_view, 4>;
+    for (const auto& [path, folder, name, extension] :
+         {Row{"/home/a/B.TXT", "/home/a/", "B.TXT", "txt"},
+          {"/x", "/", "x", ""},
+          {"/home/a/", "/home/a/", "", ""},
+          {"/d/back\\slash.x", "/d/", "back\\slash.x", "x"},
+          {"/d/.bashrc", "/d/", ".bashrc", "bashrc"},
+          {"/d/a.tar.GZ", "/d/", "a.tar.GZ", "gz"},
+          {"plain.É", "", "plain.É", "é"},
+          {"", "", "", ""},
+          {"C:\\My Files\\a.Opn", "C:\\My Files\\", "a.Opn", "opn"},
+          {"c:/mixed\\b/c.d", "c:/mixed\\b/", "c.d", "d"},
+          {"\\\\server\\share\\x.y\\z", "\\\\server\\share\\x.y\\", "z", ""}}) {
         const PathParts parts = SplitPath(path);
         EXPECT_EQ(parts.folder, folder);
         EXPECT_EQ(parts.name, name);
@@ -121,5 +115,69 @@ TEST(ShownName, HidesNothingAndLeadsBackToTheFile) {
     }
 }
 
+TEST(ProgramTextLoading, TellsWhyItFailed) {
+    using enum TextFileStatus;
+    for (const auto& [result, message] :
+         {std::pair{TextFileResult{NothingRead}, "No program text was read."},
+          {{NotOpened}, "Cannot open file containing program text.\r\n/opt/zr5/zr5e.dat"},
+          {{MissingString, 1}, "Missing string at line 1."},
+          {{StringTooLong, 499}, "String too long at line 499."},
+          {{Duplicate, 2}, "Duplicate in program text at line 2."}}) {
+        FakeKit kit;
+        kit.loadResult = result;
+        ScriptedUser user;
+        user.Expect(Notice(message, "Program text", BoxIcon::Critical));
+        LoadProgramText(kit, user, "/opt/zr5", "zr5e.dat");
+    }
+    FakeKit kit; // says nothing
+    ScriptedUser user;
+    LoadProgramText(kit, user, "C:\\Programs\\", "zr5e.dat");
+    EXPECT_EQ(kit.loaded, std::vector<std::string>{"C:\\Programs\\zr5e.dat"});
+}
+
+TEST(ProgramText, IsEmptyWhereNoneIsMeant) {
+    FakeKit kit;
+    kit.texts = {{18, "Same as input folder"}, {47, "~"}, {48, "~~"}};
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFolder), "Same as input folder");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFile), "");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::SameAsInputFiles), "~~");
+    EXPECT_EQ(GetProgramText(kit, ProgramText::NoMatch), "");
+}
+
+TEST(ProgramText, IsShippedForEveryNumberInUse) {
+    std::ifstream file(PROGRAM_TEXTS, std::ios::binary);
+    const std::string content(std::istreambuf_iterator<char>(file), {});
+    ProgramTextTable texts;
+    ASSERT_EQ(ParseProgramTexts(content, texts), TextFileResult{});
+    EXPECT_EQ(texts.size(), 6U);
+    EXPECT_EQ(texts[18], "Same as input folder");
+    EXPECT_EQ(texts[47], "Same as input file");
+    EXPECT_EQ(texts[48], "Same as input files");
+    EXPECT_EQ(texts[50], "The output file is the same as the input file.");
+    EXPECT_EQ(texts[51], "No files in the input folder or its subfolders match the file pattern.");
+    EXPECT_EQ(texts[52], "No files in the input folder match the file pattern.");
+}
+
+TEST_F(KitTest, FetchesTexts) {
+    using enum TextFileStatus;
+    EXPECT_FALSE(kit->gt(47));
+    EXPECT_EQ(kit->lt(folder / "none").status, NotOpened);
+    const std::string path = folder.Write("texts", "# text\n47 Same\\nas\\\\n\r\n");
+    EXPECT_EQ(kit->lt(path).status, Loaded);
+    EXPECT_FALSE(kit->gt(48));
+    disk.Fail(FsCall::Read, 1);
+    EXPECT_EQ(kit->lt(path).status, NotRead);
+    for (const auto& [content, result] :
+         {std::pair{"1 x\n" + std::string(1U << 20U, '#'), TextFileResult{TooMuchText}},
+          {"1 " + std::string(1024, 'x'), {StringTooLong, 1}},
+          {"1 one\n2 two\n1 again\n", {Duplicate, 3}},
+          {"1 one\n\n#\n2\n", {MissingString, 4}},
+          {"1 \xFF\n", {NotRecovered}}}) {
+        folder.Write("texts", content);
+        EXPECT_EQ(kit->lt(path), result);
+        EXPECT_EQ(kit->gt(47), "Same\r\nas\\n") << "a failure keeps texts";
+    }
+}
+
 } // namespace
-} // namespace zr5
+} // namespace zr5::test
