@@ -243,19 +243,16 @@ TEST_F(Checks, SayWhenThereIsNothingToDo) {
 
 TEST(PurgeWarningRules, HoldForPlaintextOfSensitiveTypesUntilSilencedForAFolder) {
     OperationSetup setup;
-    PurgeWarning single(setup);
-    EXPECT_TRUE(single.IsDueFor("/d/Letter.DOCX"));
-    EXPECT_FALSE(single.IsDueFor("/d/tune.flac"));
-    EXPECT_FALSE(single.OffersDontShowAgain());
-    single.Closed(true);
-    EXPECT_TRUE(single.IsDueFor("a.txt"));
-    setup.InputMode = InputSource::FilesInAFolder;
-    PurgeWarning several(setup);
-    EXPECT_TRUE(several.OffersDontShowAgain());
-    several.Closed(false);
-    EXPECT_TRUE(several.IsDueFor("a.txt"));
-    several.Closed(true);
-    EXPECT_FALSE(several.IsDueFor("b.txt"));
+    for (const bool isFolder : {false, true}) {
+        setup.InputMode = isFolder ? InputSource::FilesInAFolder : InputSource::SingleFile;
+        PurgeWarning warning(setup);
+        EXPECT_FALSE(warning.IsDueFor("/d/tune.flac"));
+        EXPECT_EQ(warning.OffersDontShowAgain(), isFolder);
+        warning.Closed(false);
+        EXPECT_TRUE(warning.IsDueFor("/d/Letter.DOCX"));
+        warning.Closed(true);
+        EXPECT_EQ(warning.IsDueFor("a.txt"), !isFolder);
+    }
     setup.Operation = Direction::Decrypt;
     EXPECT_FALSE(PurgeWarning(setup).IsDueFor("/d/Letter.DOCX"));
 }

@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <map>
 
 namespace zr5::test {
 namespace {
@@ -19,8 +18,6 @@ using testing::Not;
 
 class Reliability : public Interruption {
   protected:
-    using Tree = std::map<std::string, std::string>;
-
     Reliability() {
         std::filesystem::create_directory(folder / "zr5test");
         user.onAsk = nullptr;
@@ -46,15 +43,6 @@ class Reliability : public Interruption {
         RunReliabilityTest({setup, key, list, remembering, screen, journal}, performances);
         EXPECT_EQ(engine.lastKey, "") << "the engine must forget the key";
         return screen.text();
-    }
-    [[nodiscard]] Tree Files() const {
-        Tree files;
-        const std::string top = folder / "zr5test/";
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
-            const std::string name = entry.path().native().substr(top.size());
-            files[name] = entry.is_directory() ? "folder" : folder.Read("zr5test/" + name);
-        }
-        return files;
     }
     /// Calls `act` with the output of the `number`-th call of a kind, when it has been made.
     void After(const std::string& call, int number, std::function<void(const std::string&)> act) {
@@ -103,9 +91,9 @@ TEST_F(Reliability, GivesFilesOfEveryLengthBackAndLeavesNoTrace) {
         engine.calls.clear();
         while (list.Files() < count)
             Add(std::to_string(list.Files()) + ".tst", Lengths[list.Files() % std::size(Lengths)]);
-        const Tree before = Files();
+        const auto before = folder.Contents();
         const std::string report = Run(Performances);
-        EXPECT_EQ(Files(), before);
+        EXPECT_EQ(folder.Contents(), before);
         EXPECT_EQ(Count(report, ".tst: identical\r\n"), Performances * count);
         EXPECT_THAT(report, HasSubstr("\r\nReliability test #5 of 5\r\n" + std::to_string(count) +
                                       " test files in "));
@@ -129,17 +117,14 @@ TEST_F(Reliability, StopsAtTheFirstFailureAndKeepsWhatDiffers) {
     };
     const auto empty = [](const std::string& path) { std::filesystem::resize_file(path, 0); };
     const auto remove = [](const std::string& path) { std::filesystem::remove(path); };
-    const struct {
-        std::string call;
-        std::function<void(const std::string&)> damage;
-        std::string words;
-        bool isThere;
-    } cases[] = {{"decrypt_file", change, "Files differ at byte 70000.", true},
-                 {"encrypt_file", change, "Files differ at byte 65537.", true},
-                 {"decrypt_file", empty, "Second file is empty.", true},
-                 {"encrypt_file", remove, "Unable to open second file.", false}};
+    using Damage = std::function<void(const std::string&)>;
+    const std::tuple<std::string, Damage, std::string, bool> cases[] = {
+        {"decrypt_file", change, "Files differ at byte 70000.", true},
+        {"encrypt_file", change, "Files differ at byte 65537.", true},
+        {"decrypt_file", empty, "Second file is empty.", true},
+        {"encrypt_file", remove, "Unable to open second file.", false}};
     Add("a.tst", 70'000);
-    const Tree before = Files();
+    const auto before = folder.Contents();
     for (const auto& [call, damage, words, isThere] : cases) {
         After(call, 2, damage);
         const std::string report = Run(3);
@@ -154,18 +139,18 @@ TEST_F(Reliability, StopsAtTheFirstFailureAndKeepsWhatDiffers) {
                                       bytes + "\r\n"));
         EXPECT_EQ(Count(report, "#3 of 3") + Count(report, "All decrypted"), 0U);
         EXPECT_EQ(screen.PausedDoneText(), "Stopped");
-        EXPECT_EQ(Files().contains("zr5test-copies/encrypted/a.tst"), isThere) << words;
+        EXPECT_EQ(folder.Has("zr5test/zr5test-copies/encrypted/a.tst"), isThere) << words;
         EXPECT_THAT(report,
                     HasSubstr("copies are kept in " + (folder / "zr5test/zr5test-copies/\r\n")));
         folder.Remove("zr5test/zr5test-copies");
-        EXPECT_EQ(Files(), before);
+        EXPECT_EQ(folder.Contents(), before);
     }
 }
 
 TEST_F(Reliability, LeavesNothingBehindWhenStoppedInAnyPhase) {
     Add("a.tst", 100);
     Add("b.tst", 100);
-    const Tree before = Files();
+    const auto before = folder.Contents();
     const auto stop = [this](const auto&) { screen.StopPressed(); };
     const std::pair<const char*, int> cases[] = {{"encrypt_file", 1}, {"encrypt_file", 2},
                                                  {"decrypt_file", 1}, {"decrypt_file", 2},
@@ -176,7 +161,7 @@ TEST_F(Reliability, LeavesNothingBehindWhenStoppedInAnyPhase) {
             if (last == 0 && screen.text().ends_with("a.tst: identical\r\n")) screen.StopPressed();
         };
         const std::string report = Run(2);
-        EXPECT_EQ(Files(), before) << call << number;
+        EXPECT_EQ(folder.Contents(), before) << call << number;
         EXPECT_EQ(screen.PausedDoneText(), "Stopped");
         EXPECT_EQ(Count(report, "b.tst: "), number == 3 ? 1U : 0U) << call << number;
     }
@@ -185,7 +170,7 @@ TEST_F(Reliability, LeavesNothingBehindWhenStoppedInAnyPhase) {
 TEST_F(Reliability, LosesNothingAndSaysWhatIsLeftWhicheverCallFails) {
     Add("a.tst", 100);
     Add("b.tst", 70'000);
-    const Tree before = Files();
+    const auto before = folder.Contents();
     int failures = 0;
     for (unsigned number = 1;; ++number) {
         Disk().Reset();
@@ -196,9 +181,9 @@ TEST_F(Reliability, LosesNothingAndSaysWhatIsLeftWhicheverCallFails) {
                              report.find("could not remove everything in ") != report.npos;
         const bool passed = report.find("All decrypted files are identical") != report.npos;
         if (!passed) ++failures;
-        EXPECT_EQ(Files() != before, isNamed) << number << "\n" << report;
+        EXPECT_EQ(folder.Contents() != before, isNamed) << number << "\n" << report;
         folder.Remove("zr5test/zr5test-copies");
-        EXPECT_EQ(Files(), before) << number;
+        EXPECT_EQ(folder.Contents(), before) << number;
     }
     EXPECT_GT(failures, 10);
 }
@@ -208,9 +193,9 @@ TEST_F(Reliability, TouchesNothingThatItHasNotMade) {
     std::filesystem::create_directories(folder / "zr5test/zr5test-copies/decrypted");
     folder.Write("zr5test/zr5test-copies/decrypted/a.tst", "of a run that was killed");
     folder.Write("zr5test/zr5test-copies-2", "a file");
-    const Tree before = Files();
+    const auto before = folder.Contents();
     EXPECT_THAT(Run(1), HasSubstr("zr5test-copies-3/encrypted/a.tst  "));
-    EXPECT_EQ(Files(), before);
+    EXPECT_EQ(folder.Contents(), before);
     After("decrypt_file", 1, [](const std::string& path) { std::ofstream(path + "2") << "mine"; });
     EXPECT_THAT(Run(1), HasSubstr("could not remove everything in " +
                                   (folder / "zr5test/zr5test-copies-3/\r\n")));
