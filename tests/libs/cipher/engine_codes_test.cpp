@@ -126,31 +126,26 @@ TEST_F(EngineCodes, DecryptionKeepsWhatWasRecoveredBeforeAFailure) {
     const std::string sealed = Sealed(plain);
     folder.Write("in", sealed);
     using enum FsStatus;
-    const struct {
-        FsCall kind;
-        unsigned number;
-        FsStatus status;
-        EngineResult code;
-        std::size_t keptBytes;                             ///< 0: no output
-    } cases[] = {{FsCall::Read, 2, IoError, ReadError, 0}, // the first after the header
-                 {FsCall::Read, 3, IoError, ReadErrorPartial, MiB},
-                 {FsCall::Read, 4, IoError, ReadErrorPartial, 2 * MiB},
-                 {FsCall::Write, 1, IoError, WriteError, 0},
-                 {FsCall::Write, 2, IoError, WriteErrorPartial, MiB},
-                 {FsCall::Write, 3, NotPermitted, WriteErrorPartial, 2 * MiB},
-                 {FsCall::Write, 3, NoSpace, DiskFull, 0},
-                 {FsCall::Reserve, 1, NoSpace, DiskFull, 0},
-                 {FsCall::Flush, 1, IoError, WriteError, 0},
-                 {FsCall::Flush, 1, NoSpace, DiskFull, 0}};
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(testing::Message() << "call " << entry.number);
+    const std::tuple<FsCall, unsigned, FsStatus, EngineResult, std::size_t> cases[] = {
+        {FsCall::Read, 2, IoError, ReadError, 0}, // the first after the header
+        {FsCall::Read, 3, IoError, ReadErrorPartial, MiB},
+        {FsCall::Read, 4, IoError, ReadErrorPartial, 2 * MiB},
+        {FsCall::Write, 1, IoError, WriteError, 0},
+        {FsCall::Write, 2, IoError, WriteErrorPartial, MiB},
+        {FsCall::Write, 3, NotPermitted, WriteErrorPartial, 2 * MiB},
+        {FsCall::Write, 3, NoSpace, DiskFull, 0},
+        {FsCall::Reserve, 1, NoSpace, DiskFull, 0},
+        {FsCall::Flush, 1, IoError, WriteError, 0},
+        {FsCall::Flush, 1, NoSpace, DiskFull, 0}};
+    for (const auto& [kind, number, status, code, keptBytes] : cases) {
+        SCOPED_TRACE(testing::Message() << "call " << number);
         Disk().Reset();
-        Disk().Fail(entry.kind, entry.number, entry.status);
-        EXPECT_EQ(Decrypt("in", "out"), entry.code);
+        Disk().Fail(kind, number, status);
+        EXPECT_EQ(Decrypt("in", "out"), code);
         EXPECT_TRUE(Disk().AllMet());
-        EXPECT_EQ(folder.Has("out"), entry.keptBytes != 0);
-        if (entry.keptBytes != 0) {
-            EXPECT_TRUE(folder.Read("out") == plain.substr(0, entry.keptBytes));
+        EXPECT_EQ(folder.Has("out"), keptBytes != 0);
+        if (keptBytes != 0) {
+            EXPECT_TRUE(folder.Read("out") == plain.substr(0, keptBytes));
             folder.Remove("out");
         }
         EXPECT_EQ(folder.Names(), Names{"in"});

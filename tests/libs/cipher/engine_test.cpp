@@ -116,7 +116,7 @@ class Damage : public EngineTest {
     void ExpectResult(const std::string& bytes, EngineResult code,
                       const std::string& expected) const {
         folder.Write("in", bytes);
-        folder.Write("out", "what stood there before");
+        folder.Write("out", Old);
         EXPECT_EQ(Decrypt("in", "out"), code);
         EXPECT_TRUE(folder.Read("in") == bytes) << "input changed";
         const std::string out = folder.Read("out");
@@ -125,7 +125,7 @@ class Damage : public EngineTest {
         EXPECT_EQ(folder.Names(), (Names{"in", "out"}));
     }
     void ExpectRejected(const std::string& bytes) const {
-        ExpectResult(bytes, WrongKeyOrCorrupt, "what stood there before");
+        ExpectResult(bytes, WrongKeyOrCorrupt, std::string(Old));
     }
 
     [[nodiscard]] static std::string Flipped(std::string bytes, std::size_t at, unsigned bit = 0) {
