@@ -150,9 +150,8 @@ TEST(SetupText, LetsTheLaterOptionOfAPairDecide) {
 }
 
 TEST(SetupText, ReplacesWhatNoSetupMayHave) {
-    for (const auto& [text, value] : {std::pair{"4", 100}, {"10001", 100}, {"abc", 100}}) {
-        EXPECT_EQ(ReadFile({{19, text}}).setup.MaxNumFiles, value) << text;
-    }
+    for (const char* text : {"4", "10001", "abc"})
+        EXPECT_EQ(ReadFile({{19, text}}).setup.MaxNumFiles, 100) << text;
     EXPECT_EQ(ReadFile({{18, "\"a<b\""}}).setup.FilePattern, "");
 }
 
