@@ -66,11 +66,9 @@ std::string SpecifyInputFiles::Example() const {
 }
 
 bool SpecifyInputFiles::Store(std::size_t option, const std::string& extension) {
-    if (option == ByExtension)
-        return desk_.LeaveFilePattern(std::string(AnyNameWith) + extension,
-                                      SetupDesk::Leaving::Speaking);
+    if (option == ByExtension) return desk_.LeaveFilePattern(std::string(AnyNameWith) + extension);
     return desk_.AnswerSubfolders(option == AllFilesAndSubfolders) &&
-           desk_.LeaveFilePattern(AllFilesPattern, SetupDesk::Leaving::Speaking);
+           desk_.LeaveFilePattern(AllFilesPattern);
 }
 
 SpecifyOutputFiles::SpecifyOutputFiles(UserPort& user, FileSystem& fileSystem,

@@ -88,13 +88,13 @@ bool SetupDesk::HasSubfolders() {
            std::ranges::find(*entries, FileKind::Folder, &FolderEntry::kind) != entries->end();
 }
 
-bool SetupDesk::LeaveFilePattern(std::string_view text, Leaving leaving) {
+bool SetupDesk::LeaveFilePattern(std::string_view text) {
     OperationSetup& setup = state_.setup;
     std::string pattern(Trim(text));
     if (pattern.empty()) pattern = AllFilesPattern;
     if (pattern == setup.FilePattern) return true;
     if (HasForbiddenCharacter(pattern, Wildcards::Allowed)) {
-        if (leaving == Leaving::Speaking) user_.Ask(RefusedPatternBox(pattern));
+        user_.Ask(RefusedPatternBox(pattern));
         return false;
     }
     setup.FilePattern = pattern;
@@ -105,12 +105,12 @@ bool SetupDesk::LeaveFilePattern(std::string_view text, Leaving leaving) {
     return true;
 }
 
-bool SetupDesk::LeaveMaxNumFiles(std::string_view text, Leaving leaving) {
+bool SetupDesk::LeaveMaxNumFiles(std::string_view text) {
     if (Trim(text) == std::to_string(state_.setup.MaxNumFiles)) return true;
     const auto accepted = TypedMaxNumFiles(text);
     if (accepted) {
         state_.setup.MaxNumFiles = *accepted;
-    } else if (leaving == Leaving::Speaking) {
+    } else {
         user_.Ask(RefusedMaxNumFilesBox());
     }
     return accepted.has_value();

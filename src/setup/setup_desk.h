@@ -50,11 +50,10 @@ class SetupDesk {
     /// false then.
     bool AnswerSubfolders(bool include);
 
-    /// A box is left. `Speaking` explains a refusal in a box; `Silently` only keeps the value in
-    /// force. False when the text was refused.
-    enum class Leaving { Speaking, Silently };
-    bool LeaveFilePattern(std::string_view text, Leaving leaving);
-    bool LeaveMaxNumFiles(std::string_view text, Leaving leaving);
+    /// A text box is left. False when its text was refused, which a box has explained: the value in
+    /// force stays.
+    bool LeaveFilePattern(std::string_view text);
+    bool LeaveMaxNumFiles(std::string_view text);
 
     /// Folder (with its separator) and name of the single input file. While overwriting the
     /// output follows; else it is empty until it is chosen anew.

@@ -233,10 +233,8 @@ bool MainWindow::LeaveTextBox(QLineEdit& box) {
     const std::string text = FromQt(box.text());
     box.setText(ValueInForce(box));
     SetupDesk& desk = parts_.desk;
-    constexpr auto Speaking = SetupDesk::Leaving::Speaking;
-    const bool accepted = &box == &Find<QLineEdit>("txbFilePattern")
-                              ? desk.LeaveFilePattern(text, Speaking)
-                              : desk.LeaveMaxNumFiles(text, Speaking);
+    const bool accepted = &box == &Find<QLineEdit>("txbFilePattern") ? desk.LeaveFilePattern(text)
+                                                                     : desk.LeaveMaxNumFiles(text);
     box.setText(ValueInForce(box));
     Refresh();
     return accepted;

@@ -36,7 +36,7 @@ TEST_F(InputFolder, IsTakenWithItsSeparatorAndItsFilesAreNamedByThePattern) {
     EXPECT_EQ(desk.Setup().Folder[InputSide], folder / "sub/");
     EXPECT_EQ(desk.Setup().Folder[OutputSide], folder / "sub/");
     EXPECT_EQ(Text("lblFiles(0)"), "All files");
-    EXPECT_TRUE(desk.LeaveFilePattern("  *.txt ", SetupDesk::Leaving::Speaking));
+    EXPECT_TRUE(desk.LeaveFilePattern("  *.txt "));
     EXPECT_EQ(Text("lblFiles(0)"), "All files matching *.txt");
     EXPECT_EQ(desk.Setup().FileName, (std::array<std::string, 2>{"*.txt", "*.txt"}));
     EXPECT_EQ(Text("lblFiles(1)"), "Same as input files");
@@ -221,7 +221,7 @@ TEST_F(SpecifyDialogs, ForTheInputSetPatternAndSubfoldersAndShowThemAgain) {
     EXPECT_EQ(dialog().Selected(), withSubfolders);
     EXPECT_TRUE(Accept(dialog(), SpecifyInputFiles::AllFiles));
     EXPECT_EQ(desk.Setup().SubfolderAnswer, false);
-    desk.LeaveFilePattern("report*.doc", SetupDesk::Leaving::Speaking);
+    desk.LeaveFilePattern("report*.doc");
     EXPECT_FALSE(dialog().AcceptIsEnabled()) << "no option says this";
 }
 

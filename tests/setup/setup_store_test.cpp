@@ -8,8 +8,6 @@
 namespace zr5::test {
 namespace {
 
-using enum SetupDesk::Leaving;
-
 class Store : public DeskTest {
   protected:
     Store() {
@@ -53,8 +51,8 @@ TEST_F(Store, BringsBackEverySetupWithItsLabels) {
             desk.SelectInputMode(InputSource::FilesInAFolder);
             desk.SetInputFolder(folder / "in/");
             desk.AnswerSubfolders(true);
-            desk.LeaveMaxNumFiles("10000", Speaking);
-            desk.LeaveFilePattern("a longer pattern.t?t", Speaking);
+            desk.LeaveMaxNumFiles("10000");
+            desk.LeaveFilePattern("a longer pattern.t?t");
             desk.SetInputFolder(folder / "in/"); // the label has a colon now, as after a load
         }};
     for (const auto& set : setups) {
