@@ -209,14 +209,11 @@ TEST(FilePattern, DecidesByBaseAndExtension) {
         for (const std::string_view name : others)
             EXPECT_FALSE(MatchesPattern(name, pattern)) << name << " against " << pattern;
     }
-}
-
-TEST(LongPattern, IsDecidedWithoutTryingEverything) {
-    std::string pattern;
+    std::string many; // is decided without trying everything
     for (int i = 0; i < 100; ++i)
-        pattern += "a*";
-    EXPECT_FALSE(MatchesPattern(std::string(250, 'a') + ".b", pattern + "x.b"));
-    EXPECT_TRUE(MatchesPattern(std::string(250, 'a') + ".b", pattern + ".b"));
+        many += "a*";
+    EXPECT_FALSE(MatchesPattern(std::string(250, 'a') + ".b", many + "x.b"));
+    EXPECT_TRUE(MatchesPattern(std::string(250, 'a') + ".b", many + ".b"));
 }
 
 } // namespace
