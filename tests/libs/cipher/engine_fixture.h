@@ -74,9 +74,4 @@ class EngineTest : public testing::Test {
     inline static std::unique_ptr<Shared> shared_;
 };
 
-/// Where block `number` begins in an encrypted file.
-constexpr std::size_t BlockAt(std::size_t number) {
-    return HeaderBytes + number * SealedBlockBytes;
-}
-
 } // namespace zr5::test
