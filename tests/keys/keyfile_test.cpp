@@ -48,8 +48,9 @@ class KeyfileChoiceTest : public KitTest {
         user.ExpectFile(GetTitle, path);
         RunUnsuitably(KeyfileMode::Existing, path);
     }
-    void ExpectAbandoned(const std::string& where) {
+    void GiveUp(const char* where, KeyfileMode mode, Direction direction = Direction::Encrypt) {
         SCOPED_TRACE(where);
+        Run(mode, direction);
         EXPECT_TRUE(key.keyChoiceAbandoned);
         EXPECT_EQ(key.rawKeyEntry.text(), "typed before");
         ExpectUntouchedKeyfileKey(key);
@@ -171,26 +172,21 @@ TEST_F(KeyfileChoiceTest, ChangesNothingWhereverTheUserGivesUp) {
     const std::string path = folder.Write("key", std::string(SixteenBytes) + "!");
     const auto overwrite = OverwriteQuestion(path);
     std::filesystem::create_directory(folder / "folder");
-    const auto givesUp = [this](KeyfileMode mode, const char* where) {
-        Run(mode);
-        ExpectAbandoned(where);
-    };
     user.ExpectFile("Get decryption key from keyfile", std::nullopt);
-    Run(KeyfileMode::Existing, Direction::Decrypt);
-    ExpectAbandoned("first picker");
+    GiveUp("first picker", KeyfileMode::Existing, Direction::Decrypt);
     user.ExpectFile(GetTitle, folder / "new")
         .Expect("Keyfile does not exist.",
                 "Do you wish to create " + folder / "new" + " as a new random keyfile?",
                 Answer::No);
-    givesUp(KeyfileMode::Existing, "creating declined");
+    GiveUp("creating declined", KeyfileMode::Existing);
     user.ExpectFile(NewTitle, path).Expect(overwrite, Answer::No);
-    givesUp(KeyfileMode::Create, "overwriting declined");
+    GiveUp("overwriting declined", KeyfileMode::Create);
     user.ExpectFile(NewTitle, path).Expect(overwrite, Answer::Yes).Expect(repeat, Answer::Cancel);
-    givesUp(KeyfileMode::Create, "collecting cancelled");
+    GiveUp("collecting cancelled", KeyfileMode::Create);
     user.ExpectFile(NewTitle, folder / "folder")
         .Expect("Unsuitable keyfile", folder / "folder" + "\r\nis a folder, not a file."
                                                           "\r\nPlease specify another keyfile.");
-    givesUp(KeyfileMode::Create, "no place for a keyfile");
+    GiveUp("no place for a keyfile", KeyfileMode::Create);
     EXPECT_EQ(folder.Names(), (std::set<std::string>{"key", "folder"}));
 }
 
