@@ -15,15 +15,13 @@ namespace {
 
 using State = RandomnessReport::State;
 
-class Randomness : public OperationTest {
+class Randomness : public DeskTest {
   protected:
     Randomness() {
         clock.step = std::chrono::milliseconds(60);
-        desk.ResetSetup();
         folder.Write("in.txt", std::string(123'456, 'x'));
         desk.SetInputFile(folder.Path(), "in.txt");
     }
-    SetupDesk desk{user, disk, [](ProgramText) { return std::string(); }};
     RandomnessReport report{desk, machine};
 };
 
@@ -114,11 +112,10 @@ class RandomnessOfPattern : public OperationTest {
 };
 
 TEST_F(RandomnessOfPattern, IsMeantByWildcardsInAFolderOnly) {
-    EXPECT_TRUE(IsReportOfPattern(setup));
-    setup.FilePattern = "a.dat";
-    EXPECT_FALSE(IsReportOfPattern(setup));
-    setup.FilePattern = "";
-    EXPECT_TRUE(IsReportOfPattern(setup));
+    for (const auto& [pattern, meant] : {std::pair{"a.dat", false}, {"*.dat", true}, {"", true}}) {
+        setup.FilePattern = pattern;
+        EXPECT_EQ(IsReportOfPattern(setup), meant) << pattern;
+    }
     setup.InputMode = InputSource::SingleFile;
     EXPECT_FALSE(IsReportOfPattern(setup));
 }
