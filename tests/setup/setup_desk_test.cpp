@@ -1,7 +1,6 @@
 #include "setup/setup_desk.h"
 
 #include "setup/labels.h"
-#include "setup/setup_text.h"
 #include "setup/wording.h"
 #include "support/fixtures.h"
 
@@ -173,6 +172,8 @@ TEST_F(Desk, AcceptsAMaximumWithinTheLimits) {
     EXPECT_EQ(Text("lblFiles(0)"), "") << "no folder is chosen";
     EXPECT_TRUE(desk.LeaveFilePattern(""));
     EXPECT_EQ(desk.Setup().FilePattern, "*.*");
+    desk.ResetSetup();
+    EXPECT_EQ(desk.Setup().FilePattern, "");
     for (const auto& [typed, shown] :
          {std::pair{"10", "10"}, {"10000", "10000"}, {"  25 files", "25"}}) {
         EXPECT_TRUE(desk.LeaveMaxNumFiles(typed)) << typed;
@@ -211,14 +212,11 @@ TEST_F(Desk, PromptsForAMissingInputOnceStartupIsOver) {
 }
 
 TEST_F(Desk, WritesLabelsAnewBeforeAnOperation) {
-    OperationSetup setup;
-    setup.Folder = {"/in/", "/out/"};
-    setup.FileName = {"a", "b"};
+    OperationSetup setup = SingleFileSetup();
     setup.FolderCaption = {"/stale/", "Same as input folder"};
-    setup.OutputMode = OutputTarget::SeparateOutput;
     desk.TakeOver(setup);
     EXPECT_TRUE(desk.ReadyToPerform());
-    EXPECT_EQ(Text("lblFolder(0)"), "/in/");
+    EXPECT_EQ(Text("lblFolder(0)"), LabelFor(LongFolder));
     EXPECT_EQ(Text("lblFolder(1)"), "/out/");
 }
 
