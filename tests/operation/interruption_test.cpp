@@ -282,6 +282,7 @@ TEST_F(Interruption, BySomebodyElseIsToldAndLosesNothing) {
     for (const Case& each :
          {Case{Ways[0], FsCall::FlushFolder, 2, remove, "has vanished", {"a.zr5-new"}},
           Case{Ways[0], FsCall::FlushFolder, 2, rewrite, "Write error.", {"a"}},
+          Case{Ways[0], FsCall::Rename, 2, save, "has taken its name", {"a", "a.zr5-new"}},
           Case{Ways[1], FsCall::FlushFolder, 2, rewrite, "was changed", {"a", "a.zr5-new"}},
           Case{Ways[1], FsCall::Flush, 3, save, "was changed", {"a", "a.zr5-new"}},
           Case{Ways[5], FsCall::Open, 2, newOutput, Appeared, {"a"}},

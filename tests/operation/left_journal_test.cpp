@@ -418,14 +418,5 @@ TEST_F(Interference, WithTheOriginalKeepsItsNewVersion) {
     }
 }
 
-TEST_F(Interference, UnderTheNameOfTheOriginalReplacesNothing) {
-    folder.Write("a", "mine");
-    Disk().Before(FsCall::Rename, 2, [this] { folder.Write("a", "theirs"); });
-    const FileResult result = Process(Direction::Encrypt);
-    EXPECT_EQ(result.outcome, Outcome::NotRenamed);
-    EXPECT_EQ(folder.Read("a"), "theirs");
-    EXPECT_EQ(Decrypted(result.outputPath), "mine");
-}
-
 } // namespace
 } // namespace zr5::test

@@ -52,8 +52,11 @@ EndRequests::EndRequests() {
 
 EndRequests::~EndRequests() {
     if (reading_ < 0) return;
-    for (const int signal : EndSignals)
-        std::signal(signal, SIG_IGN); // the program ends by itself now
+    for (const int signal : EndSignals) {
+        struct sigaction now {};
+        const bool isOurs = sigaction(signal, nullptr, &now) == 0 && now.sa_handler == PassOn;
+        if (isOurs) std::signal(signal, SIG_DFL);
+    }
     close(writingEnd);
     close(reading_);
 }
