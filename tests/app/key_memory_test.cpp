@@ -213,7 +213,7 @@ int InChild(bool withDisplay) {
             keepsFreedMemory = true;
             // What carries events to a screen reader makes copies.
             ListenToEvents([](QAccessibleEvent* event) {
-                const QString told = ToldBy(event);
+                const QString told = ToldBy(*event);
                 const QByteArray copy = told.toUtf8();
             });
             UseKey(NewSecret(), withDisplay);

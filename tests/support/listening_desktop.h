@@ -26,15 +26,15 @@ inline void ListenToEvents(QAccessible::UpdateHandler listen) {
 }
 
 /// The text that an event carries, or that it tells to ask for.
-inline QString ToldBy(QAccessibleEvent* event) {
-    if (const auto* insert = dynamic_cast<QAccessibleTextInsertEvent*>(event))
+inline QString ToldBy(QAccessibleEvent& event) {
+    if (const auto* insert = dynamic_cast<QAccessibleTextInsertEvent*>(&event))
         return insert->textInserted();
-    if (const auto* removal = dynamic_cast<QAccessibleTextRemoveEvent*>(event))
+    if (const auto* removal = dynamic_cast<QAccessibleTextRemoveEvent*>(&event))
         return removal->textRemoved();
-    if (const auto* update = dynamic_cast<QAccessibleTextUpdateEvent*>(event))
+    if (const auto* update = dynamic_cast<QAccessibleTextUpdateEvent*>(&event))
         return update->textRemoved() + update->textInserted();
-    const bool isNamed = event->type() == QAccessible::NameChanged;
-    return isNamed ? event->accessibleInterface()->text(QAccessible::Name) : QString();
+    const bool isNamed = event.type() == QAccessible::NameChanged;
+    return isNamed ? event.accessibleInterface()->text(QAccessible::Name) : QString();
 }
 
 } // namespace zr5::test

@@ -156,7 +156,7 @@ TEST(KeyWindows, TellNoListenerWhichKeysArePressed) {
 
 TEST(KeyWindows, TellNoListenerWhatIsTyped) {
     static QString told;
-    ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(event); });
+    ListenToEvents([](QAccessibleEvent* event) { told += ToldBy(*event); });
     KeyboardWithDisplay shownRules{Direction::Encrypt, CurrentKey{}};
     const KeyDialogWithDisplay shown{shownRules};
     ScriptedUser user;
