@@ -229,6 +229,15 @@ std::string WhyItMayWait(InterruptionEnd end, const JournalRecord& record) {
                 : "An unfinished result may then be left beside\r\n\r\n" + result);
 }
 
+std::string WhyLeftAlone(const JournalRecord& record) {
+    const std::string part =
+        record.step == Step::Replacing ? "" : " or in\r\n\r\n" + DisplayName(record.partPath);
+    return std::string("The files may have been changed since, or cannot be written, so this was "
+                       "not completed. Please look at both yourself; the result of the ") +
+           (Encrypts(record) ? "encryption" : "decryption") + " is, or was, in the file\r\n\r\n" +
+           DisplayName(record.outputPath) + part;
+}
+
 std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
     const bool inPlace = record.step != Step::WritingElsewhere;
     const std::string result = DisplayName(record.outputPath);
@@ -257,15 +266,8 @@ std::string WhatBecameOf(InterruptionEnd end, const JournalRecord& record) {
         return untouched + " The result of the decryption is in\r\n\r\n" + result +
                "\r\n\r\nBut the report is lost that would say whether anything of the file was "
                "damaged: please decrypt it again.";
-    case InterruptionEnd::LeftAlone: {
-        const std::string part =
-            record.step == Step::Replacing ? "" : " or in\r\n\r\n" + DisplayName(record.partPath);
-        return std::string(
-                   "The files may have been changed since, or cannot be written, so this was "
-                   "not completed. Please look at both yourself; the result of the ") +
-               (Encrypts(record) ? "encryption" : "decryption") +
-               " is, or was, in the file\r\n\r\n" + result + part;
-    }
+    case InterruptionEnd::LeftAlone:
+        return WhyLeftAlone(record);
     case InterruptionEnd::NotConfirmed:
         return "This has been completed, but the disk has not confirmed it. The program looks at "
                "it once more at its next start.";
