@@ -65,6 +65,9 @@ class FakeEngine : public CipherEngine {
                               const EngineHooks& hooks) override {
         return WorkOn("decrypt_file", input, output, hooks);
     }
+    EngineResult check_file(const std::string& input, const EngineHooks& hooks) override {
+        return WorkOn("check_file", input, {}, hooks);
+    }
     EngineResult verify_file(const std::string& input, const std::string& output,
                              const EngineHooks&) override {
         calls.push_back({"verify_file", input, output});

@@ -90,6 +90,11 @@ class CipherEngine {
     [[nodiscard]] virtual EngineResult decrypt_file(const std::string& inputPath,
                                                     const std::string& outputPath,
                                                     const EngineHooks& hooks) = 0;
+    /// Decrypts a file and writes nothing: Success when it is whole, else what `decrypt_file` would
+    /// say of it. The content comes from the disk, not from the system's memory. Needs the same
+    /// initialization.
+    [[nodiscard]] virtual EngineResult check_file(const std::string& inputPath,
+                                                  const EngineHooks& hooks) = 0;
     /// After a successful `encrypt_file` and before the next initialization: reads the output
     /// back from the disk, decrypts it and compares it with the input. Success when they agree to
     /// the byte; WriteError when they do not. Makes nothing: `hooks.observer` is not told.

@@ -52,6 +52,16 @@ EngineResult DecryptInto(JobContext& job, SealedReader& reader, const OpenFile& 
     return result == EngineResult::Success ? found : result;
 }
 
+/// Reads every piece.
+EngineResult ReadAll(JobContext& job, SealedReader& reader) {
+    while (!reader.IsAtEnd()) {
+        if (reader.Next().isCutShort) return EngineResult::ReadError;
+        job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
+        if (job.IsStopped()) return EngineResult::Stopped;
+    }
+    return EngineResult::Success;
+}
+
 } // namespace
 
 EngineResult RunDecryption(JobContext& job) {
@@ -71,6 +81,19 @@ EngineResult RunDecryption(JobContext& job) {
     result = DecryptInto(job, reader, *input.file, output);
     output.Discard(); // what was not committed
     return result;
+}
+
+EngineResult RunCheck(JobContext& job) {
+    const OpenResult input = job.fileSystem.OpenForReading(job.inputPath);
+    if (input.status != FsStatus::Ok) return ResultOfInput(input.status);
+    const auto info = input.file->Info();
+    if (!info) return EngineResult::ReadError;
+    input.file->ForgetCached(0, 0);
+    SealedReader reader(job, *input.file);
+    EngineResult result = reader.ReadHeader(info->lengthBytes);
+    if (result == EngineResult::Success) result = ReadAll(job, reader);
+    if (result != EngineResult::Success) return result;
+    return reader.HasOpened() ? ResultOf(reader.Damage()) : EngineResult::WrongKeyOrCorrupt;
 }
 
 } // namespace zr5

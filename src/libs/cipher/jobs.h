@@ -39,6 +39,8 @@ struct JobContext {
 [[nodiscard]] EngineResult RunVerification(JobContext& job);
 /// As `decrypt_file`.
 [[nodiscard]] EngineResult RunDecryption(JobContext& job);
+/// As `check_file`; there is no output path.
+[[nodiscard]] EngineResult RunCheck(JobContext& job);
 
 /// Of an input that could not be opened.
 [[nodiscard]] EngineResult ResultOfInput(FsStatus status);

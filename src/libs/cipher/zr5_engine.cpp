@@ -52,6 +52,11 @@ class Zr5Engine final : public CipherEngine {
         return Run(inputPath, outputPath, hooks, RunDecryption);
     }
 
+    EngineResult check_file(const std::string& inputPath, const EngineHooks& hooks) override {
+        if (!TakeInitialization(Direction::Decrypt)) return EngineResult::NotInitialised;
+        return Run(inputPath, {}, hooks, RunCheck);
+    }
+
     EngineResult verify_file(const std::string& inputPath, const std::string& outputPath,
                              const EngineHooks& hooks) override {
         if (!IsReady()) return EngineResult::NotInitialised;
