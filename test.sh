@@ -5,7 +5,7 @@ set -eu
 cd "$(dirname "$0")"
 preset=${1:-release}
 
-scripts/install_packages.sh packaging/debian-packages.txt
+scripts/install_packages.sh packaging/debian-packages.txt packaging/debian-packages-test.txt
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 log=build/$preset/test.log

@@ -47,19 +47,26 @@ std::function<bool()> StopOf(const OperationContext& operation) {
     return [&screen = operation.screen] { return screen.StopsAtOnce(); };
 }
 
-EngineResult RunEngine(const OperationContext& operation, ResultNote& note) {
+/// `salvageBase` names what is salvaged of a damaged file.
+FileResult RunEngine(const OperationContext& operation, ResultNote& note,
+                     const std::string& salvageBase) {
     CipherEngine& engine = operation.machine.engine;
     const JournalRecord& record = note.Record();
+    Damage damage;
     const EngineHooks hooks{.progress = operation.screen.PassProgress(),
                             .stopped = StopOf(operation),
-                            .observer = &note};
+                            .observer = &note,
+                            .salvageBase = salvageBase,
+                            .damage = &damage};
     engine.operation_initialization(operation.key.keyText.text(), record.direction);
     const EngineResult result =
         record.direction == Direction::Encrypt
             ? engine.encrypt_file(record.inputPath, record.outputPath, hooks)
             : engine.decrypt_file(record.inputPath, record.outputPath, hooks);
     operation.machine.user.ProcessEvents();
-    return result;
+    FileResult ended = FileResult::OfEngine(result, record.outputPath);
+    ended.damage = std::move(damage);
+    return ended;
 }
 
 bool IsOfInput(EngineResult result) {
@@ -105,16 +112,15 @@ FileResult NotReplaced(const ResultNote& note, Remark remark) {
 /// Makes the result and brings it to where only the replacing is left to be done.
 FileResult Make(const OperationContext& operation, ResultNote& note) {
     const JournalRecord& record = note.Record();
-    EngineResult result = RunEngine(operation, note);
-    if (result == EngineResult::Success && record.direction == Direction::Encrypt) {
-        operation.screen.NextPass();
-        result = Verify(operation, note);
-        if (IsOfInput(result)) {
-            const bool isThere = operation.machine.fileSystem.Info(record.inputPath).has_value();
-            return NotReplaced(note, isThere ? Remark::Unreadable : Remark::Vanished);
-        }
+    FileResult result = RunEngine(operation, note, record.inputPath);
+    if (result.outcome != Outcome::Done || record.direction == Direction::Decrypt) return result;
+    operation.screen.NextPass();
+    const EngineResult verified = Verify(operation, note);
+    if (IsOfInput(verified)) {
+        const bool isThere = operation.machine.fileSystem.Info(record.inputPath).has_value();
+        return NotReplaced(note, isThere ? Remark::Unreadable : Remark::Vanished);
     }
-    return FileResult::OfEngine(result, record.outputPath);
+    return FileResult::OfEngine(verified, record.outputPath);
 }
 
 FileResult MakeAndReplace(const OperationContext& operation, ResultNote& note,
@@ -212,8 +218,7 @@ FileResult ProcessToOther(const OperationContext& operation, const std::string& 
                           const std::string& outputPath) {
     ResultNote note =
         NoteFor(operation, JournalRecord::Step::WritingElsewhere, inputPath, outputPath);
-    const EngineResult result = RunEngine(operation, note);
-    return note.Ended(FileResult::OfEngine(result, outputPath));
+    return note.Ended(RunEngine(operation, note, outputPath));
 }
 
 FileResult ProcessInPlace(const OperationContext& operation, const std::string& inputPath,

@@ -210,7 +210,7 @@ class ReliabilityTest {
             Line(start + ComparisonText({CompareOutcome::FirstEmpty}));
             return true;
         }
-        const std::string decrypted = copies_.Decrypted() + file.name;
+        const std::string decrypted = DecryptedCopy(file);
         screen_.BeginFile(DisplayName(file.name), file.lengthBytes, 1);
         const ProgressFunction progress = Throttled(machine_.clock, screen_.PassProgress());
         const Comparison result = machine_.fileKit.compare_files(file.path, decrypted, progress);
@@ -222,6 +222,13 @@ class ReliabilityTest {
         screen_.AppendAlways(start + ComparisonText(result) + "\r\n");
         keepsCopies_ = true; // they can tell what went wrong
         return false;
+    }
+
+    /// Of a damaged one, what was salvaged.
+    [[nodiscard]] std::string DecryptedCopy(const TestFile& file) const {
+        const std::string whole = copies_.Decrypted() + file.name;
+        const std::string salvage = whole + std::string(SalvageSuffix);
+        return machine_.fileSystem.Info(salvage) ? salvage : whole;
     }
 
     /// An empty file is never encrypted, which is no failure.

@@ -46,9 +46,12 @@ bool ResultNote::WillMake(const std::string& partPath) {
     return Write();
 }
 
-bool ResultNote::WillName(const FileInfo& info, Extent extent) {
+bool ResultNote::WillName(const FileInfo& info, const std::string& path) {
     record_.output = MarkOf(info);
-    if (extent == Extent::Part) record_.step = JournalRecord::Step::WritingElsewhere;
+    if (path != record_.outputPath) {
+        record_.step = JournalRecord::Step::WritingElsewhere;
+        record_.outputPath = path;
+    }
     return Write();
 }
 

@@ -30,9 +30,9 @@ class ResultNote final : public OutputObserver {
     [[nodiscard]] bool StandsForSource() const override { return isInPlace_; }
     [[nodiscard]] bool WillMake(const std::string& partPath) override;
     void HasMade() override { isMade_ = true; }
-    /// A part is named by the report, and the input stays: so it is noted as a result elsewhere,
-    /// that the next start must not remove.
-    [[nodiscard]] bool WillName(const FileInfo& info, Extent extent) override;
+    /// A salvage is named by the report, and the input stays: so it is noted as a result
+    /// elsewhere, that the next start must not remove.
+    [[nodiscard]] bool WillName(const FileInfo& info, const std::string& path) override;
     void IsTooLarge() override { remark_ = Remark::TooLarge; }
 
     /// Whether `file` is what the engine has made.

@@ -13,7 +13,7 @@ class Counter : public ConsiderateVisitor {
           looks_(setup.Operation == Direction::Encrypt),
           fileSystem_(machine.fileSystem) {}
     void MeetFile(const std::string& path) override {
-        if (looks_ && BeginsLikeEncrypted(fileSystem_, path)) ++encryptedAlready_;
+        if (looks_ && LooksEncrypted(fileSystem_, path)) ++encryptedAlready_;
     }
     [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
 

@@ -140,8 +140,12 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
     folder.Write("a.txt", std::string("ZR5\x01") + "rest");
     Says(&Confirmation::warning, "This file" + again);
     setup.InputMode = InputSource::FilesInAFolder;
-    folder.Write("b.txt", "plain");
+    folder.Write("b.txt",
+                 "plain" + std::string(92, '.')); // what follows its beginning is no header
     Says(&Confirmation::warning, "1 of these files" + again);
+    folder.Write("b.txt", "damaged beginning, ZR5\x01" + std::string(88, '.'));
+    Says(&Confirmation::warning, "2 of these files look as if they were encrypted already. They "
+                                 "would be encrypted a second time.");
     setup.Operation = Direction::Decrypt;
     Says(&Confirmation::warning, "");
 }

@@ -233,5 +233,41 @@ TEST(EngineResult, IsReportedInItsOwnWords) {
                   text);
 }
 
+TEST(Damage, IsToldByWhatIsLostAndWhichEndIsWrong) {
+    const auto said = [](const Damage& damage, const std::string& path = "/o.partial") {
+        FileResult result = FileResult::OfEngine(EngineResult::CorruptEndPartial, path);
+        result.damage = damage;
+        const std::string text = ResultText(result, "/i", Direction::Decrypt, 0);
+        const std::size_t last = text.rfind("corrupt.") + 8;
+        return text.substr(std::min(text.size(), text.find("\r\n", last + 1)));
+    };
+    const std::string indent = "\r\n              ";
+    const auto end = [&](Side side, std::int64_t surplus) {
+        return said({.wrongEnd = WrongEnd{side, surplus}});
+    };
+    EXPECT_EQ(end(Side::End, 512), indent + "The plaintext is complete; 512 bytes too much.");
+    EXPECT_EQ(end(Side::Front, 1), indent + "The plaintext is complete; 1 byte too much in front.");
+    EXPECT_EQ(end(Side::End, -40),
+              indent + "The plaintext is complete; 40 bytes are missing at the end.");
+    EXPECT_EQ(end(Side::Front, 0),
+              indent + "The plaintext is complete; the header in front is damaged.");
+    EXPECT_EQ(said({.missingPlainBytes = 68'928, .wrongEnd = WrongEnd{Side::End, -70'000}}),
+              indent + "The end of the plaintext is missing: 68,928 bytes.");
+    const Damage both{.lost = {{65'536, 65'536}, {262'144, 1}},
+                      .lostStretches = 4,
+                      .wrongEnd = WrongEnd{Side::End, 0}};
+    EXPECT_EQ(said(both), indent + "Bytes 65,537 to 131,072 are lost (zeros)." + indent +
+                              "Byte 262,145 is lost (zero)." + indent +
+                              "And 2 more stretches are lost." + indent +
+                              "The header at the end is damaged.");
+    EXPECT_EQ(ResultText({.outcome = Outcome::EngineFailed,
+                          .engineResult = EngineResult::WrongKeyOrCorrupt,
+                          .damage = {.isOfNewerVersion = true}},
+                         "/i", Direction::Decrypt, 0),
+              "Invalid block size." + indent +
+                  "Decryption key is incorrect or ciphertext is corrupt." + indent +
+                  "The file was made by a newer version of this program.");
+}
+
 } // namespace
 } // namespace zr5::test

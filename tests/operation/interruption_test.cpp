@@ -196,7 +196,7 @@ TEST_F(Interruption, OfTheLastNoteLeavesAPartThatTheReportNames) {
         EXPECT_EQ(config.Names(), Names{});
         if (report.find("Partial plaintext may be in") == std::string::npos) continue;
         ++named;
-        EXPECT_EQ(folder.Names(), (Names{"a", "a.zr5-new"})) << number << report << boxes;
+        EXPECT_EQ(folder.Names(), (Names{"a", "a.partial"})) << number << report << boxes;
     }
     EXPECT_GT(named, 0U);
 }

@@ -22,6 +22,7 @@ class StoppedClock : public Clock {
     std::chrono::milliseconds timeOfDay{std::chrono::hours(14) + std::chrono::minutes(3)};
     [[nodiscard]] std::chrono::milliseconds Now() const override { return now += step; }
     [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override { return timeOfDay; }
+    [[nodiscard]] std::chrono::nanoseconds SinceEpoch() const override { return timeOfDay; }
 };
 
 class FakeEngine : public CipherEngine {

@@ -12,8 +12,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zr5 {
 
@@ -32,12 +34,12 @@ enum class EngineResult : std::int16_t {
     WrongKeyOrCorrupt = -8,
     DiskFull = -9,
     LibraryFailed = -10,
-    /// The next three with what could be decrypted in the output.
+    /// The next three with what could be decrypted in a salvage, a file of its own.
     ReadErrorPartial = -16,
     WriteErrorPartial = -17,
     CorruptEndPartial = -18,
     /// One damaged block; the numbers between stand for two to eight.
-    OneDamagedBlock = -21,
+    OneDamagedBlock = -21,   ///< with a salvage, too
     NineDamagedBlocks = -29, ///< or more
 };
 
@@ -55,16 +57,39 @@ enum class EngineResult : std::int16_t {
                  : 0;
 }
 
-/// Whether something of the plaintext was written although not all could be.
+/// Whether at least one block could be opened although not all is well.
 [[nodiscard]] constexpr bool IsPartial(EngineResult result) noexcept {
     return result <= EngineResult::ReadErrorPartial;
 }
+
+enum class Side { Front, End };
+
+/// An encrypted file that does not begin or end where it should, or has a damaged header there.
+struct WrongEnd {
+    Side side;
+    std::int64_t surplusBytes; ///< negative: so many are missing; 0: the header is damaged
+    friend bool operator==(const WrongEnd&, const WrongEnd&) = default;
+};
+
+/// What was found wrong in an encrypted file, beside the result.
+struct Damage {
+    static constexpr std::size_t MostStretches = 5;
+
+    std::vector<ByteRange> lost = {};    ///< of the plaintext: the first MostStretches
+    std::uint64_t lostStretches = 0;     ///< in all
+    std::uint64_t missingPlainBytes = 0; ///< at the end of the plaintext; nothing stands for them
+    std::optional<WrongEnd> wrongEnd = std::nullopt;
+    bool isOfNewerVersion = false; ///< of the format, than this engine knows
+};
 
 /// Who is told while an engine works on a file, and asked; all may be left out.
 struct EngineHooks {
     ProgressFunction progress = {};
     std::function<bool()> stopped = {}; ///< asked after every piece; true undoes the work
     OutputObserver* observer = nullptr;
+    /// What a salvage is named after (see PendingOutput::Salvage); empty: the output.
+    std::string salvageBase = {};
+    Damage* damage = nullptr; ///< begins as of a whole file
 };
 
 class CipherEngine {
@@ -85,8 +110,9 @@ class CipherEngine {
     [[nodiscard]] virtual EngineResult encrypt_file(const std::string& inputPath,
                                                     const std::string& outputPath,
                                                     const EngineHooks& hooks) = 0;
-    /// Decrypts a file into another. The output is untouched, or complete and on the disk
-    /// (Success), or holds what could be recovered (ReadErrorPartial and the results below it).
+    /// Decrypts a file into another. The output is complete and on the disk (Success), or
+    /// untouched. What could be recovered of a damaged file (IsPartial) goes to a free name, which
+    /// `hooks.observer` is told.
     [[nodiscard]] virtual EngineResult decrypt_file(const std::string& inputPath,
                                                     const std::string& outputPath,
                                                     const EngineHooks& hooks) = 0;
@@ -109,8 +135,8 @@ class CipherEngine {
                                                              RandomSource& random,
                                                              Argon2Cost cost = FormatCost);
 
-/// Whether a file begins like one that this engine has encrypted. No proof, but other files do
-/// not begin so in practice.
-[[nodiscard]] bool BeginsLikeEncrypted(FileSystem& fileSystem, const std::string& path);
+/// Whether a file begins or ends like one that this engine has encrypted. No proof, but other files
+/// do not in practice.
+[[nodiscard]] bool LooksEncrypted(FileSystem& fileSystem, const std::string& path);
 
 } // namespace zr5

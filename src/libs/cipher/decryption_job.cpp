@@ -2,64 +2,55 @@
 #include "libs/cipher/sealed_reader.h"
 #include "libs/system/paths.h"
 
+#include <algorithm>
+
 namespace zr5 {
 namespace {
 
-/// Where the only thing wrong is the file's last block, its end is what is wrong: a file cut off
-/// or lengthened inside a block looks just so.
-EngineResult ResultOf(const BlockDamage& damage) {
-    if (damage.endIsWrong || (damage.lastIsDamaged && damage.blocks == 1)) {
-        return EngineResult::CorruptEndPartial;
-    }
-    return damage.blocks == 0 ? EngineResult::Success : DamagedBlocks(damage.blocks);
-}
-
-/// Writes every piece; what ended the work early, if anything did.
-EngineResult WriteAll(JobContext& job, SealedReader& reader, PendingOutput& output) {
+/// Hands every piece to `take`; what ended the work early, if anything did.
+template <typename Take>
+EngineResult ReadAll(JobContext& job, SealedReader& reader, const Take& take) {
     while (!reader.IsAtEnd()) {
         const SealedReader::Piece piece = reader.Next();
-        const EngineResult written = ResultOfOutput(output.Write(piece.plain));
-        if (written != EngineResult::Success) return written;
         if (piece.isCutShort) return EngineResult::ReadError;
+        const EngineResult taken = take(piece.plain);
+        if (taken != EngineResult::Success) return taken;
         job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
         if (job.IsStopped()) return EngineResult::Stopped;
     }
-    return EngineResult::Success;
+    return reader.Result();
 }
 
-/// Reading or writing failed on the way: what was recovered before is kept, if anything was.
-EngineResult KeepPart(EngineResult stoppedBy, PendingOutput& output, const OpenFile& input) {
-    const bool keeps =
-        stoppedBy == EngineResult::ReadError || stoppedBy == EngineResult::WriteError;
-    if (!keeps || output.WrittenBytes() == 0) return stoppedBy;
-    if (output.CommitPart(input) != FsStatus::Ok) return stoppedBy;
-    return stoppedBy == EngineResult::ReadError ? EngineResult::ReadErrorPartial
-                                                : EngineResult::WriteErrorPartial;
+/// What is kept of a file that ended so: all, what could be recovered, or nothing.
+EngineResult Keep(EngineResult result, const JobContext& job, PendingOutput& output,
+                  const OpenFile& input) {
+    if (result == EngineResult::Success) return ResultOfOutput(output.Commit(input));
+    if (!IsPartial(result)) return result;
+    const std::string& base =
+        job.hooks.salvageBase.empty() ? job.outputPath : job.hooks.salvageBase;
+    const FsStatus kept = output.Salvage(input, base);
+    return kept == FsStatus::Ok ? result : ResultOfOutput(kept);
+}
+
+/// Of reading or writing that failed on the way, after some blocks were opened.
+EngineResult AsPartial(EngineResult result) {
+    if (result == EngineResult::ReadError) return EngineResult::ReadErrorPartial;
+    return result == EngineResult::WriteError ? EngineResult::WriteErrorPartial : result;
 }
 
 EngineResult DecryptInto(JobContext& job, SealedReader& reader, const OpenFile& input,
                          PendingOutput& output) {
-    EngineResult result = ResultOfOutput(output.Begin(reader.Layout().plainBytes));
-    if (result != EngineResult::Success) return result;
-    result = WriteAll(job, reader, output);
-    if (!reader.HasOpened()) { // nothing but zeros
-        return result == EngineResult::Success ? EngineResult::WrongKeyOrCorrupt : result;
-    }
-    if (result != EngineResult::Success) return KeepPart(result, output, input);
-    const EngineResult found = ResultOf(reader.Damage());
-    result = ResultOfOutput(
-        output.Commit(input, found == EngineResult::Success ? Extent::Whole : Extent::Part));
-    return result == EngineResult::Success ? found : result;
-}
-
-/// Reads every piece.
-EngineResult ReadAll(JobContext& job, SealedReader& reader) {
-    while (!reader.IsAtEnd()) {
-        if (reader.Next().isCutShort) return EngineResult::ReadError;
-        job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
-        if (job.IsStopped()) return EngineResult::Stopped;
-    }
-    return EngineResult::Success;
+    // A length is a claim until the blocks are there.
+    const EngineResult begun =
+        ResultOfOutput(output.Begin(std::min(reader.PlainBytes(), reader.TotalBytes())));
+    if (begun != EngineResult::Success) return begun;
+    bool hasPart = false; // anything but zeros
+    const EngineResult result = ReadAll(job, reader, [&](std::span<const std::byte> plain) {
+        const EngineResult written = ResultOfOutput(output.Write(plain));
+        if (written == EngineResult::Success) hasPart = reader.HasOpened();
+        return written;
+    });
+    return Keep(hasPart ? AsPartial(result) : result, job, output, input);
 }
 
 } // namespace
@@ -73,7 +64,7 @@ EngineResult RunDecryption(JobContext& job) {
     const auto info = input.file->Info();
     if (!info) return EngineResult::ReadError;
     SealedReader reader(job, *input.file);
-    EngineResult result = reader.ReadHeader(info->lengthBytes);
+    EngineResult result = reader.ReadHeaders(info->lengthBytes);
     if (result != EngineResult::Success) return result;
 
     PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer,
@@ -90,10 +81,10 @@ EngineResult RunCheck(JobContext& job) {
     if (!info) return EngineResult::ReadError;
     input.file->ForgetCached(0, 0);
     SealedReader reader(job, *input.file);
-    EngineResult result = reader.ReadHeader(info->lengthBytes);
-    if (result == EngineResult::Success) result = ReadAll(job, reader);
+    EngineResult result = reader.ReadHeaders(info->lengthBytes);
     if (result != EngineResult::Success) return result;
-    return reader.HasOpened() ? ResultOf(reader.Damage()) : EngineResult::WrongKeyOrCorrupt;
+    result = ReadAll(job, reader, [](auto) { return EngineResult::Success; });
+    return reader.HasOpened() ? AsPartial(result) : result;
 }
 
 } // namespace zr5

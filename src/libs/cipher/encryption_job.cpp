@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 namespace zr5 {
 namespace {
@@ -18,28 +20,78 @@ bool IsUnchanged(OpenFile& input, const FileInfo& before) {
            after->lengthBytes == before.lengthBytes && after->modifiedNs == before.modifiedNs;
 }
 
-/// Reads the input piece by piece and writes header and sealed blocks.
-EngineResult SealAll(JobContext& job, OpenFile& input, std::uint64_t lengthBytes,
-                     BlockCipher& cipher, PendingOutput& output) {
-    std::size_t filled = HeaderBytes; // the header stands at the head of the first piece
-    std::uint64_t number = 0;
-    for (std::uint64_t done = 0; done < lengthBytes;) {
-        const auto piece = job.plainBuffer.first(
-            static_cast<std::size_t>(std::min<std::uint64_t>(PlainPieceBytes, lengthBytes - done)));
-        const ReadResult got = input.Read(piece);
-        if (got.status != FsStatus::Ok || got.count != piece.size()) return EngineResult::ReadError;
-        for (std::size_t at = 0; at < piece.size(); at += PlainBlockBytes, ++number) {
-            const auto plain = piece.subspan(at, std::min(PlainBlockBytes, piece.size() - at));
-            const auto sealed = job.sealedBuffer.subspan(filled, plain.size() + TagBytes);
-            const bool isLast = done + at + plain.size() == lengthBytes;
-            if (!cipher.Seal(number, isLast, plain, sealed)) return EngineResult::LibraryFailed;
-            filled += sealed.size();
+/// Makes the encrypted file from its first byte to its last, a piece at a time.
+class Sealing {
+  public:
+    Sealing(JobContext& job, const RunSalt& runSalt, const FileInfo& input, PendingOutput& output)
+        : job_(job), runSalt_(runSalt), input_(input), output_(output) {}
+
+    [[nodiscard]] bool IsDone() const { return doneBytes_ == input_.lengthBytes; }
+    [[nodiscard]] std::uint64_t DoneBytes() const { return doneBytes_; }
+    /// Where the next piece of the plaintext is to be read to.
+    [[nodiscard]] std::span<std::byte> Room() const {
+        return job_.plainBuffer.first(static_cast<std::size_t>(
+            std::min<std::uint64_t>(PlainPieceBytes, input_.lengthBytes - doneBytes_)));
+    }
+
+    /// Seals and writes what stands in `Room`.
+    [[nodiscard]] EngineResult Add() {
+        const auto piece = Room();
+        if (!cipher_) {
+            const EngineResult begun = Begin(piece);
+            if (begun != EngineResult::Success) return begun;
         }
-        const EngineResult result = ResultOfOutput(output.Write(job.sealedBuffer.first(filled)));
+        for (std::size_t at = 0; at < piece.size(); at += PlainBlockBytes) {
+            const auto plain = piece.subspan(at, std::min(PlainBlockBytes, piece.size() - at));
+            const auto sealed = job_.sealedBuffer.subspan(filled_, plain.size() + TagBytes);
+            if (!cipher_->Seal(number_++, plain, sealed)) return EngineResult::LibraryFailed;
+            filled_ += sealed.size();
+        }
+        doneBytes_ += piece.size();
+        if (IsDone()) PutHeader();
+        return ResultOfOutput(
+            output_.Write(job_.sealedBuffer.first(std::exchange(filled_, std::size_t{0}))));
+    }
+
+  private:
+    /// The file salt depends on the content.
+    EngineResult Begin(std::span<const std::byte> firstPiece) {
+        const auto master = job_.masters.For(runSalt_);
+        if (!master) return EngineResult::NotInitialised;
+        const auto fileSalt = job_.fileSalts.Next(*master, input_, firstPiece);
+        if (!fileSalt) return EngineResult::LibraryFailed;
+        auto header = MakeHeader(*master, runSalt_, *fileSalt, input_.lengthBytes);
+        if (!header) return EngineResult::LibraryFailed;
+        image_ = header->image;
+        cipher_.emplace(header->blockKey);
+        PutHeader();
+        return EngineResult::Success;
+    }
+
+    void PutHeader() {
+        std::ranges::copy(image_, job_.sealedBuffer.subspan(filled_).begin());
+        filled_ += image_.size();
+    }
+
+    JobContext& job_;
+    const RunSalt& runSalt_;
+    const FileInfo& input_;
+    PendingOutput& output_;
+    HeaderImage image_{};
+    std::optional<BlockCipher> cipher_; ///< set with the first piece
+    std::size_t filled_ = 0;            ///< of the buffer
+    std::uint64_t number_ = 0;          ///< of the next block
+    std::uint64_t doneBytes_ = 0;
+};
+
+EngineResult SealAll(JobContext& job, OpenFile& input, Sealing& sealing, std::uint64_t totalBytes) {
+    while (!sealing.IsDone()) {
+        const auto room = sealing.Room();
+        const ReadResult got = input.Read(room);
+        if (got.status != FsStatus::Ok || got.count != room.size()) return EngineResult::ReadError;
+        const EngineResult result = sealing.Add();
         if (result != EngineResult::Success) return result;
-        filled = 0;
-        done += piece.size();
-        job.ShowProgress(done, lengthBytes);
+        job.ShowProgress(sealing.DoneBytes(), totalBytes);
         if (job.IsStopped()) return EngineResult::Stopped;
     }
     return EngineResult::Success;
@@ -49,7 +101,7 @@ EngineResult SealAll(JobContext& job, OpenFile& input, std::uint64_t lengthBytes
 /// by then, so that the plain file's take their place in the buffer.
 EngineResult CompareNext(JobContext& job, SealedReader& reader, OpenFile& plain) {
     const SealedReader::Piece piece = reader.Next();
-    if (piece.isCutShort || reader.Damage().Any()) return EngineResult::WriteError;
+    if (piece.isCutShort) return EngineResult::WriteError;
     const auto expected = job.sealedBuffer.first(piece.plain.size());
     const ReadResult got = plain.Read(expected);
     if (got.status != FsStatus::Ok) return EngineResult::ReadError;
@@ -81,17 +133,15 @@ EngineResult RunEncryption(JobContext& job, const RunSalt& runSalt) {
     }
     const auto before = input.file->Info();
     if (!before || before->lengthBytes == 0) return EngineResult::ReadError;
-    const SecretBytes* master = job.masters.For(runSalt);
-    if (master == nullptr) return EngineResult::NotInitialised;
-    const SecretBytes blockKey =
-        MakeHeader(*master, runSalt, job.random, job.sealedBuffer.first<HeaderBytes>());
-    if (blockKey.empty()) return EngineResult::LibraryFailed;
-    BlockCipher cipher(blockKey);
+    if (before->lengthBytes > MostPlainBytes) return EngineResult::ReadError;
+    // The slow part, before there is anything to undo.
+    if (!job.masters.For(runSalt)) return EngineResult::NotInitialised;
 
     PendingOutput output(job.fileSystem, job.random, job.outputPath, job.hooks.observer);
     EngineResult result = ResultOfOutput(output.Begin(EncryptedLength(before->lengthBytes)));
     if (result == EngineResult::Success) {
-        result = SealAll(job, *input.file, before->lengthBytes, cipher, output);
+        Sealing sealing(job, runSalt, *before, output);
+        result = SealAll(job, *input.file, sealing, before->lengthBytes);
     }
     if (result != EngineResult::Success) return result;
     if (!IsUnchanged(*input.file, *before)) return EngineResult::ReadError;
@@ -111,7 +161,7 @@ EngineResult RunVerification(JobContext& job) {
         return EngineResult::WriteError;
     }
     SealedReader reader(job, *sealed.file);
-    EngineResult result = reader.ReadHeader(sealedInfo->lengthBytes);
+    EngineResult result = reader.ReadHeaders(sealedInfo->lengthBytes);
     if (result == EngineResult::NotInitialised) return result;
     if (result != EngineResult::Success) return EngineResult::WriteError;
     while (result == EngineResult::Success && !reader.IsAtEnd()) {
@@ -119,7 +169,8 @@ EngineResult RunVerification(JobContext& job) {
         job.ShowProgress(reader.ReadBytes(), reader.TotalBytes());
         if (job.IsStopped()) return EngineResult::Stopped;
     }
-    return result;
+    if (result != EngineResult::Success) return result;
+    return reader.Result() == EngineResult::Success ? result : EngineResult::WriteError;
 }
 
 } // namespace zr5

@@ -21,9 +21,11 @@ struct JobContext {
     FileSystem& fileSystem;
     RandomSource& random;
     MasterKeys& masters;
+    FileSalts& fileSalts;
     std::span<std::byte> plainBuffer;  ///< PlainPieceBytes
-    std::span<std::byte> sealedBuffer; ///< HeaderBytes + SealedPieceBytes
+    std::span<std::byte> sealedBuffer; ///< SealedPieceBytes and both headers
     EngineHooks hooks;                 ///< `progress` is called after every piece
+    Damage& damage;
     std::string inputPath;
     std::string outputPath;
 

@@ -1,59 +1,148 @@
 #include "libs/cipher/sealed_reader.h"
 
 #include <algorithm>
-#include <array>
 
 namespace zr5 {
 
-EngineResult SealedReader::ReadHeader(std::uint64_t lengthBytes) {
-    layout_ = LayoutOf(lengthBytes);
-    damage_.endIsWrong = layout_.hasRemainder;
-    if (layout_.blocks == 0) return EngineResult::WrongKeyOrCorrupt;
-    std::array<std::byte, HeaderBytes> header{};
-    const ReadResult got = file_.Read(header);
-    if (got.status != FsStatus::Ok || got.count != header.size()) return EngineResult::ReadError;
-    const OpenedHeader opened = OpenHeader(header, job_.masters);
-    if (opened.result == EngineResult::Success) cipher_.emplace(opened.blockKey);
-    return opened.result;
+bool SealedReader::ReadAt(std::uint64_t offset, std::span<std::byte> into) {
+    if (file_.MoveTo(offset) != FsStatus::Ok) return false;
+    const ReadResult got = file_.Read(into);
+    return got.status == FsStatus::Ok && got.count == into.size();
+}
+
+EngineResult SealedReader::ReadHeaders(std::uint64_t fileBytes) {
+    fileBytes_ = fileBytes;
+    if (fileBytes <= HeaderBytes) return EngineResult::WrongKeyOrCorrupt;
+    HeaderImage front{};
+    HeaderImage end{};
+    const bool hasFront = ReadAt(0, front);
+    const bool hasEnd = ReadAt(fileBytes - HeaderBytes, end);
+    Side found = Side::Front;
+    OpenedHeader opened = OpenHeader(front, job_.masters);
+    if (opened.result == EngineResult::WrongKeyOrCorrupt && end != front) {
+        found = Side::End;
+        opened = OpenHeader(end, job_.masters);
+    }
+    if (opened.result == EngineResult::WrongKeyOrCorrupt) {
+        job_.damage.isOfNewerVersion = LooksLikeNewerHeader(front) || LooksLikeNewerHeader(end);
+        return hasFront && hasEnd ? opened.result : EngineResult::ReadError;
+    }
+    if (opened.result != EngineResult::Success) return opened.result;
+    const bool isTwofold = front == end;
+    return PlaceBlocks(opened.header, found, isTwofold);
+}
+
+/// Counts from the header that was found to the blocks that are there as a whole.
+EngineResult SealedReader::PlaceBlocks(const FileHeader& header, Side found, bool isTwofold) {
+    cipher_.emplace(header.blockKey);
+    plainBytes_ = header.plainBytes;
+    const std::uint64_t expected = EncryptedLength(plainBytes_);
+    const std::uint64_t missing = expected > fileBytes_ ? expected - fileBytes_ : 0;
+    end_ = BlocksOf(plainBytes_);
+    readTo_ = HeaderBytes;
+    if (found == Side::Front && missing > HeaderBytes) {
+        end_ = (fileBytes_ - HeaderBytes) / SealedBlockBytes;
+    } else if (found == Side::End) {
+        begin_ = missing <= HeaderBytes
+                     ? 0
+                     : (missing - HeaderBytes + SealedBlockBytes - 1) / SealedBlockBytes;
+        // Sums wrap around where bytes are missing, and come out right all the same.
+        readTo_ = HeaderBytes + fileBytes_ - expected + begin_ * SealedBlockBytes;
+    }
+    if (!isTwofold || fileBytes_ != expected) {
+        job_.damage.wrongEnd = {found == Side::Front ? Side::End : Side::Front,
+                                static_cast<std::int64_t>(fileBytes_ - expected)};
+    }
+    job_.damage.missingPlainBytes = plainBytes_ - PlainBytes();
+    if (begin_ >= end_) return EngineResult::WrongKeyOrCorrupt;
+    return file_.MoveTo(readTo_) == FsStatus::Ok ? EngineResult::Success : EngineResult::ReadError;
+}
+
+std::uint64_t SealedReader::PlainBytes() const {
+    return std::min(plainBytes_, end_ * PlainBlockBytes);
+}
+
+std::size_t SealedReader::NextPlainBytes(std::uint64_t blocks) const {
+    return static_cast<std::size_t>(
+        std::min(plainBytes_ - number_ * PlainBlockBytes, blocks * PlainBlockBytes));
 }
 
 SealedReader::Piece SealedReader::Next() {
-    const auto sealed = job_.sealedBuffer.first(static_cast<std::size_t>(
-        std::min<std::uint64_t>(SealedPieceBytes, SealedBytes() - readBytes_)));
+    if (number_ < begin_) return LostPiece();
+    const std::uint64_t blocks = std::min<std::uint64_t>(BlocksInPiece, end_ - number_);
+    const auto sealed = job_.sealedBuffer.first(NextPlainBytes(blocks) +
+                                                static_cast<std::size_t>(blocks) * TagBytes);
     const ReadResult got = file_.Read(sealed);
-    if (got.status != FsStatus::Ok || got.count != sealed.size()) {
-        return {OpenPiece(sealed.first(got.count - got.count % SealedBlockBytes)), true};
+    const bool isRead = got.status == FsStatus::Ok && got.count == sealed.size();
+    if (!isRead && !ReadBlockByBlock(sealed)) {
+        job_.damage.missingPlainBytes = plainBytes_ - number_ * PlainBlockBytes;
+        return {{}, true};
     }
-    const auto plain = OpenPiece(sealed);
     // A long file must not drive what others have out of the system's memory.
-    if (sealed.size() != SealedBytes()) file_.ForgetCached(ReadBytes(), sealed.size());
-    readBytes_ += sealed.size();
+    if (fileBytes_ > SealedPieceBytes) file_.ForgetCached(readTo_, sealed.size());
+    readTo_ += sealed.size();
+    return {OpenPiece(sealed), false};
+}
+
+/// Zeros for blocks before the beginning of what is left of the file.
+SealedReader::Piece SealedReader::LostPiece() {
+    const std::uint64_t blocks = std::min<std::uint64_t>(BlocksInPiece, begin_ - number_);
+    const auto plain = job_.plainBuffer.first(NextPlainBytes(blocks));
+    Wipe(plain);
+    Lose(plain.size());
+    number_ += blocks;
     return {plain, false};
+}
+
+/// Where a piece could not be read as a whole: what cannot be read becomes zeros, which open as
+/// nothing. False when none of its blocks could be read.
+bool SealedReader::ReadBlockByBlock(std::span<std::byte> sealed) {
+    bool any = false;
+    for (std::size_t at = 0; at < sealed.size(); at += SealedBlockBytes) {
+        const auto block = sealed.subspan(at, std::min(SealedBlockBytes, sealed.size() - at));
+        const bool isRead = ReadAt(readTo_ + at, block);
+        if (!isRead) Wipe(block);
+        any = any || isRead;
+        readFailed_ = readFailed_ || !isRead;
+    }
+    return any && file_.MoveTo(readTo_ + sealed.size()) == FsStatus::Ok;
 }
 
 std::span<const std::byte> SealedReader::OpenPiece(std::span<const std::byte> sealed) {
     std::size_t filled = 0;
     for (std::size_t at = 0; at < sealed.size(); at += SealedBlockBytes) {
         const auto block = sealed.subspan(at, std::min(SealedBlockBytes, sealed.size() - at));
-        OpenBlock(block, job_.plainBuffer.subspan(filled, block.size() - TagBytes));
-        filled += block.size() - TagBytes;
+        const auto plain = job_.plainBuffer.subspan(filled, block.size() - TagBytes);
+        if (cipher_->Open(number_, block, plain)) {
+            ++opened_;
+        } else {
+            ++damaged_;
+            Lose(plain.size());
+        }
+        filled += plain.size();
+        ++number_;
     }
     return job_.plainBuffer.first(filled);
 }
 
-/// A block that opens only with the other mark, last or not, is genuine, but the file does not
-/// end where it should.
-void SealedReader::OpenBlock(std::span<const std::byte> sealed, std::span<std::byte> plain) {
-    const bool isLast = number_ + 1 == layout_.blocks;
-    if (!cipher_->Open(number_, isLast, sealed, plain)) {
-        if (cipher_->Open(number_, !isLast, sealed, plain)) {
-            damage_.endIsWrong = true;
-        } else {
-            ++damage_.blocks;
-            damage_.lastIsDamaged = isLast;
-        }
-    }
-    ++number_;
+/// So many bytes of the plaintext from block `number_` on; neighbours are one stretch.
+void SealedReader::Lose(std::size_t plainBytes) {
+    Damage& damage = job_.damage;
+    const std::uint64_t from = number_ * PlainBlockBytes;
+    const bool goesOn = damage.lostStretches != 0 && from == lostTo_;
+    if (!goesOn) ++damage.lostStretches;
+    lostTo_ = from + plainBytes;
+    if (damage.lostStretches > Damage::MostStretches) return;
+    if (!goesOn) damage.lost.push_back({from, 0});
+    damage.lost.back().lengthBytes += plainBytes;
+}
+
+EngineResult SealedReader::Result() const {
+    if (!HasOpened())
+        return readFailed_ ? EngineResult::ReadError : EngineResult::WrongKeyOrCorrupt;
+    if (readFailed_) return EngineResult::ReadErrorPartial;
+    if (job_.damage.wrongEnd) return EngineResult::CorruptEndPartial;
+    return damaged_ == 0 ? EngineResult::Success : DamagedBlocks(damaged_);
 }
 
 } // namespace zr5

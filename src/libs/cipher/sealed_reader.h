@@ -1,6 +1,7 @@
 #pragma once
 
-// Reads an encrypted file: its header, then piece by piece what its blocks decrypt to.
+// Reads an encrypted file: its headers, then piece by piece what its blocks decrypt to, whatever
+// of them is there.
 
 #include "libs/cipher/jobs.h"
 
@@ -10,57 +11,59 @@
 
 namespace zr5 {
 
-/// What was wrong with the blocks that were read so far.
-struct BlockDamage {
-    std::uint64_t blocks = 0;   ///< how many could not be opened
-    bool endIsWrong = false;    ///< the file was provably cut off or added to
-    bool lastIsDamaged = false; ///< the last block of the file could not be opened
-
-    [[nodiscard]] bool Any() const { return blocks != 0 || endIsWrong; }
-};
-
 class SealedReader {
   public:
-    /// Uses the buffers of `job` for the pieces. Both outlive the reader.
+    /// Uses the buffers of `job` for the pieces, and writes what it finds wrong into its damage.
+    /// Both outlive the reader.
     SealedReader(JobContext& job, OpenFile& file) : job_(job), file_(file) {}
 
-    /// Reads the header of a file of this length. Success; WrongKeyOrCorrupt; ReadError;
-    /// NotInitialised.
-    [[nodiscard]] EngineResult ReadHeader(std::uint64_t lengthBytes);
-    [[nodiscard]] const BlockLayout& Layout() const { return layout_; }
-    [[nodiscard]] bool IsAtEnd() const { return readBytes_ == SealedBytes(); }
+    /// Finds a header of a file of this length. Success; WrongKeyOrCorrupt, also when there is no
+    /// place for a block; ReadError; NotInitialised; LibraryFailed.
+    [[nodiscard]] EngineResult ReadHeaders(std::uint64_t fileBytes);
+    /// How many bytes come out, zeros included: less than was encrypted where the end is missing.
+    [[nodiscard]] std::uint64_t PlainBytes() const;
+    [[nodiscard]] bool IsAtEnd() const { return number_ == end_; }
 
     struct Piece {
         /// Valid until the next piece; a block that could not be opened is all zeros, so that
         /// everything else keeps its place.
         std::span<const std::byte> plain;
-        /// Reading stopped inside the piece; `plain` holds the blocks that came whole.
+        /// Nothing of the piece could be read; `plain` is empty, and reading ends here.
         bool isCutShort = false;
     };
     /// The next piece of a file that is not at its end.
     [[nodiscard]] Piece Next();
 
-    [[nodiscard]] const BlockDamage& Damage() const { return damage_; }
     /// Whether any block could be opened so far.
-    [[nodiscard]] bool HasOpened() const { return number_ > damage_.blocks; }
-    /// How far the reading has come, header included, of how much.
-    [[nodiscard]] std::uint64_t ReadBytes() const { return HeaderBytes + readBytes_; }
-    [[nodiscard]] std::uint64_t TotalBytes() const { return HeaderBytes + SealedBytes(); }
+    [[nodiscard]] bool HasOpened() const { return opened_ != 0; }
+    /// Of a file that was read as far as it can be.
+    [[nodiscard]] EngineResult Result() const;
+    /// How far the reading has come in the file, and its length.
+    [[nodiscard]] std::uint64_t ReadBytes() const { return readTo_; }
+    [[nodiscard]] std::uint64_t TotalBytes() const { return fileBytes_; }
 
   private:
-    [[nodiscard]] std::uint64_t SealedBytes() const {
-        return layout_.plainBytes + layout_.blocks * TagBytes;
-    }
-    std::span<const std::byte> OpenPiece(std::span<const std::byte> sealed);
-    void OpenBlock(std::span<const std::byte> sealed, std::span<std::byte> plain);
+    [[nodiscard]] bool ReadAt(std::uint64_t offset, std::span<std::byte> into);
+    [[nodiscard]] EngineResult PlaceBlocks(const FileHeader& header, Side found, bool isTwofold);
+    [[nodiscard]] std::size_t NextPlainBytes(std::uint64_t blocks) const;
+    [[nodiscard]] Piece LostPiece();
+    [[nodiscard]] bool ReadBlockByBlock(std::span<std::byte> sealed);
+    [[nodiscard]] std::span<const std::byte> OpenPiece(std::span<const std::byte> sealed);
+    void Lose(std::size_t plainBytes);
 
     JobContext& job_;
     OpenFile& file_;
-    BlockLayout layout_;
-    std::optional<BlockCipher> cipher_; ///< set once the header was read
+    std::uint64_t fileBytes_ = 0;
+    std::optional<BlockCipher> cipher_; ///< set once a header was found
+    std::uint64_t plainBytes_ = 0;      ///< as the header says
+    std::uint64_t begin_ = 0;           ///< the first block that is there as a whole
+    std::uint64_t end_ = 0;             ///< behind the last one
     std::uint64_t number_ = 0;          ///< of the next block
-    std::uint64_t readBytes_ = 0;       ///< of sealed blocks
-    BlockDamage damage_;
+    std::uint64_t readTo_ = 0;          ///< place in the file
+    std::uint64_t opened_ = 0;
+    std::uint64_t damaged_ = 0; ///< blocks that are there and could not be opened
+    bool readFailed_ = false;   ///< of some of them
+    std::uint64_t lostTo_ = 0;  ///< where the last lost stretch of the plaintext ends
 };
 
 } // namespace zr5

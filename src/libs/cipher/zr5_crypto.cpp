@@ -13,8 +13,6 @@ namespace zr5 {
 namespace {
 
 constexpr std::size_t NonceBytes = 12;
-constexpr std::string_view HeaderKeyLabel = "ZR5 v1 header key";
-constexpr std::string_view BlockKeyLabel = "ZR5 v1 block key";
 
 const unsigned char* Raw(std::span<const std::byte> bytes) {
     return reinterpret_cast<const unsigned char*>(bytes.data());
@@ -23,12 +21,9 @@ unsigned char* Raw(std::span<std::byte> bytes) {
     return reinterpret_cast<unsigned char*>(bytes.data());
 }
 
-std::array<std::byte, NonceBytes> NonceOf(std::uint64_t number, bool isLast) {
+std::array<std::byte, NonceBytes> NonceOf(std::uint64_t number) {
     std::array<std::byte, NonceBytes> nonce{};
-    for (std::size_t at = NonceBytes - 2; number != 0; --at, number >>= 8U) {
-        nonce[at] = static_cast<std::byte>(number & 0xFFU);
-    }
-    nonce.back() = isLast ? std::byte{1} : std::byte{0};
+    PutBigEndian(number, std::span(nonce).last<sizeof number>());
     return nonce;
 }
 
@@ -60,15 +55,14 @@ SecretBytes DeriveMaster(std::span<const std::byte> key,
 }
 
 bool Hkdf(std::span<const std::byte> secret, std::span<const std::byte> salt,
-          std::string_view label, std::span<std::byte> output) {
+          std::span<const std::byte> info, std::span<std::byte> output) {
     static const std::unique_ptr<EVP_KDF, FreeKdf> kdf(EVP_KDF_fetch(nullptr, "HKDF", nullptr));
     const std::unique_ptr<EVP_KDF_CTX, FreeKdf> context(EVP_KDF_CTX_new(kdf.get()));
     if (!context) return false;
     std::array<char, 7> digest{"SHA256"};
     const std::array<OSSL_PARAM, 5> parameters{
         OSSL_PARAM_construct_utf8_string("digest", digest.data(), 0), OctetParam("key", secret),
-        OctetParam("salt", salt), OctetParam("info", std::as_bytes(std::span(label))),
-        OSSL_PARAM_construct_end()};
+        OctetParam("salt", salt), OctetParam("info", info), OSSL_PARAM_construct_end()};
     return EVP_KDF_derive(context.get(), Raw(output), output.size(), parameters.data()) == 1;
 }
 
@@ -77,16 +71,6 @@ bool HmacSha256(std::span<const std::byte> key, std::span<const std::byte> messa
     return HMAC(EVP_sha256(), key.data(), static_cast<int>(key.size()), Raw(message),
                 message.size(), Raw(std::span<std::byte>(tag)), &length) != nullptr &&
            length == tag.size();
-}
-
-FileKeys DeriveFileKeys(const SecretBytes& master,
-                        std::span<const std::byte, FileSaltBytes> fileSalt) {
-    FileKeys keys{SecretBytes(KeyBytes), SecretBytes(KeyBytes)};
-    if (!Hkdf(master.bytes(), fileSalt, HeaderKeyLabel, keys.header.bytes()) ||
-        !Hkdf(master.bytes(), fileSalt, BlockKeyLabel, keys.block.bytes())) {
-        return {};
-    }
-    return keys;
 }
 
 struct BlockCipher::Contexts {
@@ -107,11 +91,11 @@ BlockCipher::BlockCipher(const SecretBytes& blockKey) : contexts_(std::make_uniq
 
 BlockCipher::~BlockCipher() = default;
 
-bool BlockCipher::Seal(std::uint64_t number, bool isLast, std::span<const std::byte> plain,
+bool BlockCipher::Seal(std::uint64_t number, std::span<const std::byte> plain,
                        std::span<std::byte> sealed) {
     assert(sealed.size() == plain.size() + TagBytes);
     EVP_CIPHER_CTX* context = contexts_->seal.get();
-    const auto nonce = NonceOf(number, isLast);
+    const auto nonce = NonceOf(number);
     const auto tag = sealed.last(TagBytes);
     int written = 0;
     int rest = 0;
@@ -122,11 +106,11 @@ bool BlockCipher::Seal(std::uint64_t number, bool isLast, std::span<const std::b
            EVP_CIPHER_CTX_ctrl(context, EVP_CTRL_AEAD_GET_TAG, TagBytes, tag.data()) == 1;
 }
 
-bool BlockCipher::Open(std::uint64_t number, bool isLast, std::span<const std::byte> sealed,
+bool BlockCipher::Open(std::uint64_t number, std::span<const std::byte> sealed,
                        std::span<std::byte> plain) {
     assert(sealed.size() == plain.size() + TagBytes);
     EVP_CIPHER_CTX* context = contexts_->open.get();
-    const auto nonce = NonceOf(number, isLast);
+    const auto nonce = NonceOf(number);
     std::array<std::byte, TagBytes> tag{};
     std::ranges::copy(sealed.last(TagBytes), tag.begin());
     int written = 0;

@@ -25,23 +25,14 @@ using Tag256 = std::array<std::byte, 32>;
 
 /// HKDF-SHA256 (RFC 5869), extract and expand; fills `output`. False when the library failed.
 [[nodiscard]] bool Hkdf(std::span<const std::byte> secret, std::span<const std::byte> salt,
-                        std::string_view label, std::span<std::byte> output);
+                        std::span<const std::byte> info, std::span<std::byte> output);
 
 /// HMAC-SHA256 (RFC 2104). False when the library failed.
 [[nodiscard]] bool HmacSha256(std::span<const std::byte> key, std::span<const std::byte> message,
                               Tag256& tag);
 
-/// The keys of one file.
-struct FileKeys {
-    SecretBytes header;
-    SecretBytes block;
-};
-/// Both keys from master key and file salt; empty keys when the library failed.
-[[nodiscard]] FileKeys DeriveFileKeys(const SecretBytes& master,
-                                      std::span<const std::byte, FileSaltBytes> fileSalt);
-
-/// AES-256-GCM (NIST SP 800-38D) with the nonces of the format: the block's number as 11 bytes,
-/// big-endian, then 1 for the last block of the file and 0 for every other.
+/// AES-256-GCM (NIST SP 800-38D) with the nonces of the format: the block's number as 12 bytes,
+/// big-endian.
 class BlockCipher {
   public:
     /// `blockKey` has KeyBytes bytes. Throws std::bad_alloc when the library has no memory.
@@ -51,11 +42,11 @@ class BlockCipher {
     BlockCipher& operator=(const BlockCipher&) = delete;
 
     /// Encrypts `plain` into `sealed`, which is TagBytes longer. False when the library failed.
-    [[nodiscard]] bool Seal(std::uint64_t number, bool isLast, std::span<const std::byte> plain,
+    [[nodiscard]] bool Seal(std::uint64_t number, std::span<const std::byte> plain,
                             std::span<std::byte> sealed);
     /// Decrypts `sealed` into `plain`, which is TagBytes shorter. False when the tag does not
     /// fit; `plain` is all zero then, so no byte that was not authenticated leaves here.
-    [[nodiscard]] bool Open(std::uint64_t number, bool isLast, std::span<const std::byte> sealed,
+    [[nodiscard]] bool Open(std::uint64_t number, std::span<const std::byte> sealed,
                             std::span<std::byte> plain);
 
   private:

@@ -11,12 +11,16 @@ namespace {
 class Zr5Engine final : public CipherEngine {
   public:
     Zr5Engine(FileSystem& fileSystem, Clock& clock, RandomSource& random, Argon2Cost cost)
-        : fileSystem_(fileSystem), clock_(clock), random_(random), masters_(cost) {}
+        : fileSystem_(fileSystem),
+          clock_(clock),
+          random_(random),
+          masters_(cost),
+          fileSalts_(random, clock) {}
 
     bool allocate_buffers() override {
         try {
             plain_ = SecretBytes(PlainPieceBytes);
-            sealed_ = SecretBytes(HeaderBytes + SealedPieceBytes);
+            sealed_ = SecretBytes(2 * HeaderBytes + SealedPieceBytes);
             return CryptoComputesKnownAnswers();
         } catch (const std::bad_alloc&) {
             return false;
@@ -77,8 +81,10 @@ class Zr5Engine final : public CipherEngine {
     EngineResult Run(const std::string& inputPath, const std::string& outputPath,
                      const EngineHooks& hooks, const Job& run) {
         try {
-            JobContext job{fileSystem_,     random_, masters_,  plain_.bytes(),
-                           sealed_.bytes(), hooks,   inputPath, outputPath};
+            Damage unread;
+            Damage& damage = hooks.damage != nullptr ? *hooks.damage : unread;
+            JobContext job{fileSystem_,     random_, masters_, fileSalts_, plain_.bytes(),
+                           sealed_.bytes(), hooks,   damage,   inputPath,  outputPath};
             job.hooks.progress = Throttled(clock_, hooks.progress);
             return run(job);
         } catch (const std::bad_alloc&) {
@@ -107,6 +113,7 @@ class Zr5Engine final : public CipherEngine {
     SecretBytes plain_;
     SecretBytes sealed_;
     MasterKeys masters_;
+    FileSalts fileSalts_;
     std::optional<RunSalt> runSalt_;
     unsigned saltGeneration_ = 0;
     std::optional<Direction> direction_;
@@ -114,12 +121,19 @@ class Zr5Engine final : public CipherEngine {
 
 } // namespace
 
-bool BeginsLikeEncrypted(FileSystem& fileSystem, const std::string& path) {
-    const OpenResult file = fileSystem.OpenForReading(path);
-    if (file.status != FsStatus::Ok) return false;
-    std::array<std::byte, FormatMagic.size()> head{};
-    const ReadResult got = file.file->Read(head);
-    return got.status == FsStatus::Ok && got.count == head.size() && head == FormatMagic;
+bool LooksEncrypted(FileSystem& fileSystem, const std::string& path) {
+    const OpenResult opened = fileSystem.OpenForReading(path);
+    if (opened.status != FsStatus::Ok) return false;
+    OpenFile& file = *opened.file;
+    const auto looks = [&] {
+        std::array<std::byte, VersionAt + 1> head{};
+        const ReadResult got = file.Read(head);
+        return got.status == FsStatus::Ok && LooksLikeHeader(std::span(head).first(got.count));
+    };
+    if (looks()) return true;
+    const auto info = file.Info();
+    return info && info->lengthBytes > HeaderBytes &&
+           file.MoveTo(info->lengthBytes - HeaderBytes) == FsStatus::Ok && looks();
 }
 
 std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,

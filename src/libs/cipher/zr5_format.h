@@ -5,53 +5,66 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace zr5 {
 
-inline constexpr std::array<std::byte, 4> FormatMagic{std::byte{'Z'}, std::byte{'R'},
-                                                      std::byte{'5'}, std::byte{1}};
+/// "ZR5"; the version follows.
+inline constexpr std::array<std::byte, 3> FormatName{std::byte{'Z'}, std::byte{'R'},
+                                                     std::byte{'5'}};
+inline constexpr std::byte FormatVersion{1};
 inline constexpr std::size_t RunSaltBytes = 16;
 inline constexpr std::size_t FileSaltBytes = 32;
+inline constexpr std::size_t LengthBytes = 8;
 inline constexpr std::size_t HeaderTagBytes = 32;
-inline constexpr std::size_t RunSaltAt = FormatMagic.size();
+inline constexpr std::size_t VersionAt = FormatName.size();
+inline constexpr std::size_t RunSaltAt = VersionAt + 1;
 inline constexpr std::size_t FileSaltAt = RunSaltAt + RunSaltBytes;
-inline constexpr std::size_t HeaderTagAt = FileSaltAt + FileSaltBytes;
+inline constexpr std::size_t LengthAt = FileSaltAt + FileSaltBytes;
+inline constexpr std::size_t HeaderTagAt = LengthAt + LengthBytes;
 inline constexpr std::size_t HeaderBytes = HeaderTagAt + HeaderTagBytes;
-static_assert(HeaderBytes == 84);
+static_assert(HeaderBytes == 92);
+
+/// Numbers of the format have their most significant byte first.
+constexpr void PutBigEndian(std::uint64_t number, std::span<std::byte, 8> into) noexcept {
+    for (std::size_t i = into.size(); i-- > 0; number >>= 8U)
+        into[i] = static_cast<std::byte>(number & 0xFFU);
+}
+
+[[nodiscard]] constexpr std::uint64_t BigEndian(std::span<const std::byte, 8> bytes) noexcept {
+    std::uint64_t number = 0;
+    for (const std::byte byte : bytes)
+        number = number << 8U | std::to_integer<std::uint64_t>(byte);
+    return number;
+}
 
 /// What Argon2id spends on one derivation; the format's version fixes it.
 struct Argon2Cost {
     std::uint64_t passes;
     std::size_t memoryBytes;
 };
-inline constexpr Argon2Cost FormatCost{3, std::size_t{64} << 20U};
+inline constexpr Argon2Cost FormatCost{3, std::size_t{256} << 20U};
 
 inline constexpr std::size_t PlainBlockBytes = 65536;
 inline constexpr std::size_t TagBytes = 16;
 inline constexpr std::size_t SealedBlockBytes = PlainBlockBytes + TagBytes;
 
-/// Length on disk of the encrypted form of `plainBytes` (at least 1) bytes:
-/// header, then blocks of PlainBlockBytes (the last may be short), one tag each.
-[[nodiscard]] constexpr std::uint64_t EncryptedLength(std::uint64_t plainBytes) noexcept {
-    const std::uint64_t blocks = (plainBytes + PlainBlockBytes - 1) / PlainBlockBytes;
-    return HeaderBytes + plainBytes + blocks * TagBytes;
+/// A plaintext has at least one byte, and at most so many that no sum of the format overflows.
+inline constexpr std::uint64_t MostPlainBytes = std::uint64_t{1} << 62U;
+
+/// Into how many blocks a plaintext is cut; only the last may be short.
+[[nodiscard]] constexpr std::uint64_t BlocksOf(std::uint64_t plainBytes) noexcept {
+    return (plainBytes + PlainBlockBytes - 1) / PlainBlockBytes;
 }
 
-/// How the bytes after the header fall into blocks. A remainder that is too short to be a block
-/// belongs to none: such a file was cut off or added to.
-struct BlockLayout {
-    std::uint64_t blocks = 0;
-    std::uint64_t plainBytes = 0;
-    bool hasRemainder = false;
-};
+/// Length of all blocks of a plaintext on the disk, each with its tag.
+[[nodiscard]] constexpr std::uint64_t SealedLength(std::uint64_t plainBytes) noexcept {
+    return plainBytes + BlocksOf(plainBytes) * TagBytes;
+}
 
-[[nodiscard]] constexpr BlockLayout LayoutOf(std::uint64_t encryptedBytes) noexcept {
-    if (encryptedBytes <= HeaderBytes) return {};
-    const std::uint64_t body = encryptedBytes - HeaderBytes;
-    const std::uint64_t whole = body / SealedBlockBytes;
-    const std::uint64_t rest = body % SealedBlockBytes;
-    if (rest <= TagBytes) return {whole, whole * PlainBlockBytes, rest != 0};
-    return {whole + 1, whole * PlainBlockBytes + rest - TagBytes, false};
+/// Length on disk of the encrypted form of a plaintext: the blocks between two headers.
+[[nodiscard]] constexpr std::uint64_t EncryptedLength(std::uint64_t plainBytes) noexcept {
+    return SealedLength(plainBytes) + 2 * HeaderBytes;
 }
 
 } // namespace zr5

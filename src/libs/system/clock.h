@@ -17,6 +17,8 @@ class Clock {
     [[nodiscard]] virtual std::chrono::milliseconds Now() const = 0;
     /// Local time of day since midnight.
     [[nodiscard]] virtual std::chrono::milliseconds TimeOfDay() const = 0;
+    /// Since 1970 by the machine's calendar, which can be set back.
+    [[nodiscard]] virtual std::chrono::nanoseconds SinceEpoch() const = 0;
 };
 
 /// The clock of the machine.
@@ -24,6 +26,7 @@ class SystemClock final : public Clock {
   public:
     [[nodiscard]] std::chrono::milliseconds Now() const override;
     [[nodiscard]] std::chrono::milliseconds TimeOfDay() const override;
+    [[nodiscard]] std::chrono::nanoseconds SinceEpoch() const override;
 };
 
 /// Called while a file is worked on, at most every 50 ms: bytes done and in all.

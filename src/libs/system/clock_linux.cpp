@@ -18,4 +18,8 @@ std::chrono::milliseconds SystemClock::TimeOfDay() const {
            std::chrono::seconds(local.tm_sec) + std::chrono::milliseconds(now.tv_nsec / 1'000'000);
 }
 
+std::chrono::nanoseconds SystemClock::SinceEpoch() const {
+    return std::chrono::system_clock::now().time_since_epoch();
+}
+
 } // namespace zr5

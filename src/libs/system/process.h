@@ -2,6 +2,8 @@
 
 // What the process as a whole asks of the operating system, and is asked from outside.
 
+#include <cstdint>
+
 namespace zr5 {
 
 /// Switches core dumps of this process off and keeps other processes of the user from reading
@@ -10,6 +12,9 @@ void ForbidCoreDumps() noexcept;
 
 /// Makes a file that grows past the limit of the process a write error, in place of its end.
 void SurviveFileSizeLimit() noexcept;
+
+/// By which the system tells this process from the others that run.
+[[nodiscard]] std::uint64_t ProcessNumber() noexcept;
 
 /// While it lives, requests from outside to end the program (SIGTERM, SIGHUP, SIGINT) no longer
 /// end it at once, in the middle of a file. What was ignored before stays so. There is one.

@@ -35,6 +35,10 @@ void SurviveFileSizeLimit() noexcept {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+std::uint64_t ProcessNumber() noexcept {
+    return static_cast<std::uint64_t>(getpid());
+}
+
 EndRequests::EndRequests() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;

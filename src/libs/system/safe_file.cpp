@@ -16,6 +16,7 @@ constexpr std::uint64_t MostReplaced = std::uint64_t{1} << 20U;
 constexpr std::string_view PartPrefix = ".zr5-";
 constexpr std::string_view PartSuffix = ".part";
 constexpr std::size_t PartRandomBytes = 8;
+constexpr int MostSalvages = 999;
 
 /// Of making a file or giving it a name.
 FsStatus OfNaming(FsStatus status) {
@@ -55,10 +56,10 @@ void PendingOutput::Discard() {
         static_cast<void>(Overwriting(random_, writtenBytes_).Run(*part_, discarding_.progress));
     };
     const bool overwrites = discarding_.overwrites && named;
-    const bool isOutput = path == outputPath_;
-    if (overwrites && !isOutput) overwrite();
+    const bool isPart = IsPartName(SplitPath(path).name);
+    if (overwrites && isPart) overwrite();
     const FsStatus removed = fileSystem_.Remove(path);
-    if (overwrites && isOutput && removed == FsStatus::Ok) overwrite();
+    if (overwrites && !isPart && removed == FsStatus::Ok) overwrite();
 }
 
 /// A short hidden name in the output's folder: as likely to exist already as a guess of 64 bits
@@ -130,32 +131,53 @@ FsStatus PendingOutput::TakeName() {
     return fileSystem_.RenameReplacing(partPath_, outputPath_);
 }
 
-FsStatus PendingOutput::Commit(const OpenFile& source, Extent extent) {
+FsStatus PendingOutput::Commit(const OpenFile& source) {
     const FsStatus status = TakeAttributes(source);
-    return status == FsStatus::Ok ? CommitPrivate(extent) : OfWriting(status);
+    return status == FsStatus::Ok ? CommitPrivate() : OfWriting(status);
 }
 
-FsStatus PendingOutput::CommitPrivate(Extent extent) {
-    FsStatus status = part_->Flush();
-    if (status != FsStatus::Ok) return OfWriting(status);
-    if (observer_ != nullptr) {
-        const auto info = part_->Info();
-        if (!info || !observer_->WillName(*info, extent)) return FsStatus::IoError;
-    }
+FsStatus PendingOutput::Tell(const std::string& path) {
+    if (observer_ == nullptr) return FsStatus::Ok;
+    const auto info = part_->Info();
+    return info && observer_->WillName(*info, path) ? FsStatus::Ok : FsStatus::IoError;
+}
+
+FsStatus PendingOutput::CommitPrivate() {
+    FsStatus status = OfWriting(part_->Flush());
+    if (status == FsStatus::Ok) status = Tell(outputPath_);
+    if (status != FsStatus::Ok) return status;
     status = TakeName();
     if (status != FsStatus::Ok) return OfNaming(status);
     // From here on the file stands under its own name. If its name cannot be brought to the
     // disk, a new output is taken back; one that was replaced cannot be.
     partPath_ = Replaces() ? std::string{} : outputPath_;
-    status = fileSystem_.FlushFolderOf(outputPath_);
-    if (status != FsStatus::Ok) return OfWriting(status);
-    partPath_.clear();
-    return FsStatus::Ok;
+    status = OfWriting(fileSystem_.FlushFolderOf(outputPath_));
+    if (status == FsStatus::Ok) partPath_.clear();
+    return status;
 }
 
-FsStatus PendingOutput::CommitPart(const OpenFile& source) {
-    const FsStatus status = part_->Truncate(writtenBytes_);
-    return status == FsStatus::Ok ? Commit(source, Extent::Part) : OfWriting(status);
+FsStatus PendingOutput::Salvage(const OpenFile& source, const std::string& base) {
+    FsStatus status = OfWriting(part_->Truncate(writtenBytes_));
+    if (status == FsStatus::Ok) status = OfWriting(part_->TakeModeFrom(source));
+    if (status == FsStatus::Ok) status = OfWriting(part_->Flush());
+    if (status == FsStatus::Ok) status = TakeSalvageName(base);
+    if (status == FsStatus::Ok) status = OfWriting(fileSystem_.FlushFolderOf(partPath_));
+    if (status == FsStatus::Ok) partPath_.clear();
+    return status;
+}
+
+FsStatus PendingOutput::TakeSalvageName(const std::string& base) {
+    for (int number = 1; number <= MostSalvages; ++number) {
+        std::string path = base + std::string(SalvageSuffix);
+        if (number > 1) path += "-" + std::to_string(number);
+        if (fileSystem_.Info(path)) continue;
+        FsStatus status = Tell(path);
+        if (status == FsStatus::Ok) status = fileSystem_.RenameWithoutReplacing(partPath_, path);
+        if (status == FsStatus::AlreadyExists) continue;
+        if (status == FsStatus::Ok) partPath_ = std::move(path);
+        return status == FsStatus::IoError ? status : OfNaming(status);
+    }
+    return FsStatus::NotPermitted;
 }
 
 void PendingOutput::OverwriteReplaced() {

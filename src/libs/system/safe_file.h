@@ -18,10 +18,8 @@
 
 namespace zr5 {
 
-enum class Extent {
-    Whole,
-    Part, ///< what could be recovered
-};
+/// After the name that a result would have had, for what could be recovered of a damaged source.
+inline constexpr std::string_view SalvageSuffix = ".partial";
 
 /// Told how an output is made. False from WillMake or WillName ends the work with IoError.
 class OutputObserver {
@@ -35,8 +33,8 @@ class OutputObserver {
     [[nodiscard]] virtual bool WillMake(const std::string& partPath) = 0;
     /// There it is.
     virtual void HasMade() = 0;
-    /// It is on the disk and about to take the output's name.
-    [[nodiscard]] virtual bool WillName(const FileInfo& info, Extent extent) = 0;
+    /// It is on the disk and about to be named `path`: the output's path, or a salvage's.
+    [[nodiscard]] virtual bool WillName(const FileInfo& info, const std::string& path) = 0;
     /// No file of that length can be.
     virtual void IsTooLarge() = 0;
 };
@@ -73,11 +71,13 @@ class PendingOutput {
     /// replaced stays so when only the flush of its folder fails.) A replaced output's attributes
     /// stay; one that stands for its source gets all of that one's, any other the mode less the
     /// user's mask.
-    [[nodiscard]] FsStatus Commit(const OpenFile& source, Extent extent = Extent::Whole);
-    /// As Commit, for a result that ends early: the reserved rest is cut off.
-    [[nodiscard]] FsStatus CommitPart(const OpenFile& source);
+    [[nodiscard]] FsStatus Commit(const OpenFile& source);
+    /// As Commit, for what could be recovered of a damaged source: it gets a free name, `base` and
+    /// SalvageSuffix, with "-2" to "-999" after it where that is taken, and never replaces
+    /// anything.
+    [[nodiscard]] FsStatus Salvage(const OpenFile& source, const std::string& base);
     /// As Commit, for a file without a source: only its owner may read it (0600).
-    [[nodiscard]] FsStatus CommitPrivate(Extent extent = Extent::Whole);
+    [[nodiscard]] FsStatus CommitPrivate();
 
     /// Takes back what was not committed.
     void Discard();
@@ -94,6 +94,8 @@ class PendingOutput {
     [[nodiscard]] FsStatus MakePart();
     [[nodiscard]] FsStatus OfWriting(FsStatus status) const;
     [[nodiscard]] FsStatus TakeAttributes(const OpenFile& source);
+    [[nodiscard]] FsStatus Tell(const std::string& path);
+    [[nodiscard]] FsStatus TakeSalvageName(const std::string& base);
     [[nodiscard]] FsStatus TakeName();
 
     FileSystem& fileSystem_;

@@ -58,10 +58,61 @@ std::string ReasonText(EngineResult result) {
     return UnknownError(result);
 }
 
-std::string EngineText(EngineResult result, const std::string& output) {
-    std::string text = ReasonText(result);
-    if (IsPartial(result)) text += ContinuationLine("Partial plaintext may be in " + output + ".");
+std::string Counted(std::uint64_t bytes, const char* verb) {
+    return WithThousands(bytes) + (bytes == 1 ? " byte" : " bytes") + verb;
+}
+
+/// Of an encrypted file that is longer, shorter or otherwise than its header says.
+std::string WrongEndText(const WrongEnd& end, bool isPlaintextComplete) {
+    const bool isFront = end.side == Side::Front;
+    const std::string begin = isPlaintextComplete ? "The plaintext is complete; " : "";
+    if (end.surplusBytes == 0) {
+        return begin + (begin.empty() ? "The" : "the") + " header " +
+               (isFront ? "in front" : "at the end") + " is damaged.";
+    }
+    if (end.surplusBytes > 0) {
+        return begin + Counted(static_cast<std::uint64_t>(end.surplusBytes), " too much") +
+               (isFront ? " in front." : ".");
+    }
+    const auto missing = static_cast<std::uint64_t>(-end.surplusBytes);
+    return begin + Counted(missing, missing == 1 ? " is missing" : " are missing") +
+           (isFront ? " in front." : " at the end.");
+}
+
+std::string LostText(const ByteRange& lost, bool isKept) {
+    const std::string first = WithThousands(lost.offset + 1);
+    if (lost.lengthBytes == 1) return "Byte " + first + " is lost" + (isKept ? " (zero)." : ".");
+    return "Bytes " + first + " to " + WithThousands(lost.offset + lost.lengthBytes) + " are lost" +
+           (isKept ? " (zeros)." : ".");
+}
+
+/// A line for everything that is known to be lost. Where the rest was kept, zeros stand for it.
+std::string DamageText(const Damage& damage, bool isKept) {
+    std::string text;
+    for (const ByteRange& lost : damage.lost)
+        text += ContinuationLine(LostText(lost, isKept));
+    if (const std::uint64_t more = damage.lostStretches - damage.lost.size(); more != 0) {
+        text += ContinuationLine("And " + WithThousands(more) + " more " +
+                                 (more == 1 ? "stretch is lost." : "stretches are lost."));
+    }
+    if (damage.missingPlainBytes != 0) {
+        text += ContinuationLine("The end of the plaintext is missing: " +
+                                 Counted(damage.missingPlainBytes, "."));
+    } else if (damage.wrongEnd) {
+        text += ContinuationLine(WrongEndText(*damage.wrongEnd, damage.lostStretches == 0));
+    }
     return text;
+}
+
+std::string EngineText(const FileResult& result, const std::string& output) {
+    std::string text = ReasonText(result.engineResult);
+    if (result.damage.isOfNewerVersion) {
+        text += ContinuationLine("The file was made by a newer version of this program.");
+    }
+    if (!IsPartial(result.engineResult)) return text;
+    const bool isKept = !output.empty();
+    if (isKept) text += ContinuationLine("Partial plaintext may be in " + output + ".");
+    return text + DamageText(result.damage, isKept);
 }
 
 std::string RemarkText(Remark remark) {
@@ -154,7 +205,7 @@ std::string OutcomeText(const FileResult& result, const std::string& inputPath, 
         return "Error: probably insufficient space on the floppy disk in drive " +
                inputPath.substr(0, 1) + ".  " + ResultIsIn(output, direction);
     case Outcome::EngineFailed:
-        return EngineText(result.engineResult, output);
+        return EngineText(result, output);
     }
     std::abort();
 }

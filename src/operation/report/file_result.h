@@ -55,6 +55,7 @@ struct FileResult {
     /// What may be left of the result of a failed operation; empty when nothing can be.
     std::string leftPath = {};
     Remark remark = Remark::None;
+    Damage damage = {};
 
     /// Done, or failed as `result` says.
     [[nodiscard]] static FileResult OfEngine(EngineResult result, std::string outputPath);

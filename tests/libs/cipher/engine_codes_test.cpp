@@ -121,52 +121,66 @@ TEST_F(EngineCodes, AnInputThatChangesMeanwhileIsNotEncrypted) {
     }
 }
 
-TEST_F(EngineCodes, DecryptionKeepsWhatWasRecoveredBeforeAFailure) {
+TEST_F(EngineCodes, DecryptionKeepsWhatCouldBeRecoveredWhateverFails) {
     const std::string plain = PatternBytes(2 * MiB + 100);
-    const std::string sealed = Sealed(plain);
-    folder.Write("in", sealed);
+    folder.Write("in", Sealed(plain));
+    folder.Write("out", "what stood there before");
+    std::string firstLost = plain;
+    firstLost.replace(0, PlainBlockBytes, PlainBlockBytes, '\0');
+    const std::string none;
     using enum FsStatus;
-    const std::tuple<FsCall, unsigned, FsStatus, EngineResult, std::size_t> cases[] = {
-        {FsCall::Read, 2, IoError, ReadError, 0}, // the first after the header
-        {FsCall::Read, 3, IoError, ReadErrorPartial, MiB},
-        {FsCall::Read, 4, IoError, ReadErrorPartial, 2 * MiB},
-        {FsCall::Write, 1, IoError, WriteError, 0},
-        {FsCall::Write, 2, IoError, WriteErrorPartial, MiB},
-        {FsCall::Write, 3, NotPermitted, WriteErrorPartial, 2 * MiB},
-        {FsCall::Write, 3, NoSpace, DiskFull, 0},
-        {FsCall::Reserve, 1, NoSpace, DiskFull, 0},
-        {FsCall::Flush, 1, IoError, WriteError, 0},
-        {FsCall::Flush, 1, NoSpace, DiskFull, 0}};
-    for (const auto& [kind, number, status, code, keptBytes] : cases) {
-        SCOPED_TRACE(testing::Message() << "call " << number);
+    const struct {
+        FsCall kind;
+        unsigned first, last; ///< of the calls that fail
+        FsStatus status;
+        EngineResult code;
+        std::string kept;
+    } cases[] = {
+        {FsCall::Read, 1, 1, IoError, CorruptEndPartial, plain}, // of the header in front
+        {FsCall::Read, 2, 2, IoError, CorruptEndPartial, plain}, // at the end
+        {FsCall::Read, 1, 2, IoError, ReadError, none},
+        {FsCall::Read, 3, 4, IoError, ReadErrorPartial, firstLost}, // a piece and its first block
+        {FsCall::Read, 3, 19, IoError, ReadError, none},            // and all its blocks
+        {FsCall::Read, 4, 20, IoError, ReadErrorPartial, plain.substr(0, MiB)},
+        {FsCall::Read, 5, 6, IoError, ReadErrorPartial, plain.substr(0, 2 * MiB)},
+        {FsCall::Write, 1, 1, IoError, WriteError, none},
+        {FsCall::Write, 2, 2, IoError, WriteErrorPartial, plain.substr(0, MiB)},
+        {FsCall::Write, 3, 3, NotPermitted, WriteErrorPartial, plain.substr(0, 2 * MiB)},
+        {FsCall::Write, 3, 3, NoSpace, DiskFull, none},
+        {FsCall::Reserve, 1, 1, NoSpace, DiskFull, none},
+        {FsCall::Flush, 1, 1, IoError, WriteError, none},
+        {FsCall::Flush, 1, 1, NoSpace, DiskFull, none}};
+    for (const auto& one : cases) {
+        SCOPED_TRACE(testing::Message() << "from call " << one.first << " to " << one.last);
         Disk().Reset();
-        Disk().Fail(kind, number, status);
-        EXPECT_EQ(Decrypt("in", "out"), code);
+        for (unsigned call = one.first; call <= one.last; ++call)
+            Disk().Fail(one.kind, call, one.status);
+        EXPECT_EQ(Decrypt("in", "out"), one.code);
         EXPECT_TRUE(Disk().AllMet());
-        EXPECT_EQ(folder.Has("out"), keptBytes != 0);
-        if (keptBytes != 0) {
-            EXPECT_TRUE(folder.Read("out") == plain.substr(0, keptBytes));
-            folder.Remove("out");
-        }
-        EXPECT_EQ(folder.Names(), Names{"in"});
-        EXPECT_TRUE(folder.Read("in") == sealed);
+        EXPECT_TRUE(!folder.Has("out.partial") ? one.kept.empty()
+                                               : folder.Read("out.partial") == one.kept);
+        EXPECT_EQ(folder.Read("out"), "what stood there before");
+        folder.Remove("out.partial");
+        EXPECT_EQ(folder.Names(), (Names{"in", "out"}));
     }
 }
 
-TEST_F(EngineCodes, ShortReadsAreReadErrors) {
+TEST_F(EngineCodes, ASalvageTakesAFreeName) {
+    std::string cut = Sealed("content");
+    cut.pop_back();
+    folder.Write("in", cut);
+    folder.Write("out.partial", "somebody's");
+    Disk().Before(FsCall::Rename, 1, [&] { folder.Write("out.partial-2", "somebody else's"); });
+    EXPECT_EQ(Decrypt("in", "out"), CorruptEndPartial);
+    EXPECT_EQ(folder.Read("out.partial-3"), "content");
+    EXPECT_EQ(folder.Names(), (Names{"in", "out.partial", "out.partial-2", "out.partial-3"}));
+}
+
+TEST_F(EngineCodes, AShortReadIsAReadError) {
     folder.Write("plain", PatternBytes(2 * MiB));
-    folder.Write("sealed", Sealed(PatternBytes(2 * MiB)));
     Disk().EndReadEarly(2, 1000);
     EXPECT_EQ(Encrypt("plain", "out"), ReadError);
-    Disk().Reset();
-    Disk().EndReadEarly(1, 10);
-    EXPECT_EQ(Decrypt("sealed", "out"), ReadError) << "inside the header";
     EXPECT_FALSE(folder.Has("out"));
-    Disk().Reset();
-    Disk().EndReadEarly(3, 70'000);
-    EXPECT_EQ(Decrypt("sealed", "out"), ReadErrorPartial);
-    EXPECT_EQ(folder.Read("out").size(), MiB + PlainBlockBytes)
-        << "a block that came whole is kept";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-// One engine for all tests of a suite, because deriving a key is slow by intent, on a disk that
-// can be made to fail, in a fresh folder for every test.
+// One engine for all tests of a suite, on a disk that can be made to fail, in a fresh folder for
+// every test.
 
 #include "libs/cipher/cipher_engine.h"
 #include "libs/cipher/zr5_format.h"
@@ -20,6 +20,8 @@ namespace zr5::test {
 class EngineTest : public testing::Test {
   protected:
     static constexpr std::string_view Key = "CORRECTHORSEBATTERYSTAPLE";
+    /// The derivation is not what is tried here.
+    static constexpr Argon2Cost SmallCost{1, std::size_t{64} << 10U};
 
     static void SetUpTestSuite() {
         shared_ = std::make_unique<Shared>();
@@ -69,7 +71,7 @@ class EngineTest : public testing::Test {
         FaultyFileSystem disk{*system};
         StoppedClock clock;
         SystemRandom random;
-        std::unique_ptr<CipherEngine> engine = MakeCipherEngine(disk, clock, random);
+        std::unique_ptr<CipherEngine> engine = MakeCipherEngine(disk, clock, random, SmallCost);
     };
     inline static std::unique_ptr<Shared> shared_;
 };

@@ -134,7 +134,7 @@ struct Observer final : OutputObserver {
     [[nodiscard]] bool StandsForSource() const override { return isInPlace; }
     bool WillMake(const std::string& /*partPath*/) override { return true; }
     void HasMade() override {}
-    bool WillName(const FileInfo& /*info*/, Extent /*extent*/) override { return true; }
+    bool WillName(const FileInfo& /*info*/, const std::string& /*path*/) override { return true; }
     void IsTooLarge() override {}
 };
 
