@@ -139,6 +139,7 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
                                 Machine& machine, ConfirmationView& view,
                                 const StopAsked& stopped) {
     UserPort& user = machine.user;
+    const std::string title = PerformCaption(PurposeOf(setup));
     const auto refuse = [&](const MessageBox& box) {
         user.Ask(box);
         return std::nullopt;
@@ -146,10 +147,10 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
     if (OutputIsInput(setup, machine.fileSystem)) {
         return refuse(Notice(TextOr(machine.fileKit, ProgramText::OutputIsInput,
                                     "The output file is the input file."),
-                             PerformCaption(setup.Operation), BoxIcon::Information));
+                             title, BoxIcon::Information));
     }
     if (const auto forbidden = ForbiddenInput(setup, machine)) {
-        return refuse(ForbiddenFolderBox(*forbidden, PerformCaption(setup.Operation)));
+        return refuse(ForbiddenFolderBox(*forbidden, title));
     }
     if (const auto question = AntiVirusQuestion(setup);
         question && user.Ask(*question) != Answer::Yes) {

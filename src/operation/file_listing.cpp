@@ -109,7 +109,7 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
         return;
     }
     show();
-    screen.BeginRun(setup.Operation);
+    screen.BeginRun(PurposeOf(setup));
     screen.AppendToReport("Files to be " + VerbForm(setup.Operation, "encrypted") + "\r\n");
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
     const StopAsked screenStopped = [&screen] { return screen.StopRequested(); };
@@ -119,7 +119,7 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
         machine.user.Ask(TextboxFullBox());
     }
     screen.AppendAlways(
-        "\r\n" + ListingSummaryText(setup.Operation,
+        "\r\n" + ListingSummaryText(PurposeOf(setup),
                                     {visitor.Files(), listed.cutShort, visitor.Randomness()}));
     WarnOfAntiVirus(machine.user, visitor.Extensions());
     screen.EndRun();

@@ -9,24 +9,20 @@ std::string Line(const std::string& text) {
     return text + "\r\n";
 }
 
-std::string Indication(Direction operation, const RandomnessCounts& counts) {
+std::string Indication(Purpose purpose, const RandomnessCounts& counts) {
     if (counts.measured < 2 || counts.below == counts.above) return {};
-    if (counts.below > counts.above) {
-        return Line("This indicates that all or most files are not already encrypted or "
-                    "compressed.") +
-               (operation == Direction::Decrypt
-                    ? Line("Warning: You may be trying to decrypt already-decrypted files!")
-                    : std::string{});
-    }
-    return Line("This indicates that all or most files are already encrypted or compressed.") +
-           (operation == Direction::Encrypt
-                ? Line("Warning: You may be trying to encrypt already-encrypted files!")
-                : std::string{});
+    const bool encrypts = purpose == Purpose::Encrypt;
+    const bool areEncrypted = counts.above > counts.below;
+    std::string text = Line(std::string("This indicates that all or most files are ") +
+                            (areEncrypted ? "" : "not ") + "already encrypted or compressed.");
+    if (encrypts != areEncrypted) return text;
+    return text + Line("Warning: You may be trying to " + VerbForm(purpose, "encrypt") +
+                       (encrypts ? " already-encrypted files!" : " already-decrypted files!"));
 }
 
 } // namespace
 
-std::string ListingSummaryText(Direction operation, const ListingSummary& listing) {
+std::string ListingSummaryText(Purpose purpose, const ListingSummary& listing) {
     const auto number = [](std::uint64_t count) {
         return AfterText(static_cast<std::int64_t>(count));
     };
@@ -37,7 +33,7 @@ std::string ListingSummaryText(Direction operation, const ListingSummary& listin
         const RandomnessCounts& counts = *listing.randomness;
         text += Line("Number of files with randomness value < 0:" + number(counts.below));
         text += Line("Number of files with randomness value > 0:" + number(counts.above));
-        text += Indication(operation, counts);
+        text += Indication(purpose, counts);
     }
     return text;
 }

@@ -4,7 +4,7 @@
 // compressed.
 
 #include "libs/filekit/file_kit.h"
-#include "setup/operation_setup.h"
+#include "setup/wording.h"
 
 #include <cstdint>
 #include <optional>
@@ -50,6 +50,6 @@ struct ListingSummary {
 };
 
 /// Whole lines, each with its line end.
-[[nodiscard]] std::string ListingSummaryText(Direction operation, const ListingSummary& listing);
+[[nodiscard]] std::string ListingSummaryText(Purpose purpose, const ListingSummary& listing);
 
 } // namespace zr5

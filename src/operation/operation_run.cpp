@@ -25,16 +25,15 @@ void WarnOfAntiVirusIn(const OperationContext& operation) {
 /// False, after a message, when there are so many files that the limit is likely a mistake.
 bool IsWithinTwiceTheMaximum(const OperationContext& operation) {
     const std::uint64_t files = operation.list.Files();
-    const Direction direction = operation.setup.Operation;
+    const Purpose purpose = PurposeOf(operation.setup);
     if (files < 2 * static_cast<std::uint64_t>(operation.setup.MaxNumFiles)) return true;
-    operation.machine.user.Ask(
-        Notice("At least " + std::to_string(files) + " files are to be " +
-                   VerbForm(direction, "encrypted") +
-                   ".\r\nThis is twice as many as the maximum number of files\r\n"
-                   "currently specified.\r\n"
-                   "Either increase that number or consider whether\r\nyou wish to " +
-                   VerbForm(direction, "encrypt") + " this many files in a single operation.",
-               "Maximum number of files exceeded", BoxIcon::Exclamation));
+    operation.machine.user.Ask(Notice(
+        "At least " + std::to_string(files) + " files are to be " + VerbForm(purpose, "encrypted") +
+            ".\r\nThis is twice as many as the maximum number of files\r\n"
+            "currently specified.\r\n"
+            "Either increase that number or consider whether\r\nyou wish to " +
+            VerbForm(purpose, "encrypt") + " this many files in a single operation.",
+        "Maximum number of files exceeded", BoxIcon::Exclamation));
     return false;
 }
 
@@ -114,10 +113,10 @@ std::string KilobytesText(std::uint64_t bytes) {
 void RunOperation(const OperationContext& operation, const ListingSummary& listing,
                   const FileWork& work) {
     ReportScreen& screen = operation.screen;
-    const Direction direction = operation.setup.Operation;
-    if (!screen.IsRunning()) screen.BeginRun(direction);
+    const Purpose purpose = PurposeOf(operation.setup);
+    if (!screen.IsRunning()) screen.BeginRun(purpose);
     screen.AppendToReport(ListingSummaryText(
-        direction, {operation.list.Files(), listing.wasCutShort, listing.randomness}));
+        purpose, {operation.list.Files(), listing.wasCutShort, listing.randomness}));
     WriteClosingSummary(operation, RunFiles(operation, work));
     screen.EndRun();
 }

@@ -83,11 +83,11 @@ void Operations::RunConfirmed(const StopAsked& stopped) {
 
 void Operations::RunListed(const Consent& consent, std::optional<int> performances) {
     const OperationSetup& setup = desk_.Setup();
-    screen_.ShowCount(setup.Operation, 0);
-    screen_.BeginRun(setup.Operation);
+    screen_.ShowCount(PurposeOf(setup), 0);
+    screen_.BeginRun(PurposeOf(setup));
     windows_->ShowReport();
     const ListedFiles listed = MakeWorkList(
-        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(setup.Operation, files); },
+        setup, machine_, [&](std::uint64_t files) { screen_.ShowCount(PurposeOf(setup), files); },
         [this] { return screen_.StopRequested(); });
     OperationJournal journal(machine_.fileSystem);
     const OperationContext operation{.setup = setup,
@@ -109,7 +109,7 @@ void Operations::RunListed(const Consent& consent, std::optional<int> performanc
 void Operations::ListFiles(const std::string& buttonCaption) {
     WhileOutOfUse([&](const StopAsked& stopped) {
         zr5::ListFiles(desk_.Setup(), machine_, screen_, buttonCaption, stopped, [this] {
-            screen_.ShowCount(desk_.Setup().Operation, 0);
+            screen_.ShowCount(PurposeOf(desk_.Setup()), 0);
             windows_->ShowReport();
         });
     });

@@ -79,7 +79,7 @@ MainWindowView WithFixedCaptions() {
 void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
     const auto verb = [&](std::string_view word) { return VerbForm(setup.Operation, word); };
     view["cmdKeyFrom"].text = "Specify " + verb("encryption") + " key";
-    view["cmdDoIt"].text = PerformCaption(setup.Operation);
+    view["cmdDoIt"].text = PerformCaption(PurposeOf(setup));
     view["cmdListFiles"].text = "List files to be " + verb("encrypted");
     view["lblFilesInAFolder"].text = IsReliabilityTest(setup)
                                          ? "Copies of the files will be tested."

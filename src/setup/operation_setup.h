@@ -12,7 +12,8 @@
 namespace zr5 {
 
 enum class InputSource { SingleFile, FilesInAFolder };
-enum class OutputTarget { OverwriteInput, SeparateOutput };
+/// Nowhere is nobody's choice: with it a decryption is a check, which writes nothing.
+enum class OutputTarget { OverwriteInput, SeparateOutput, Nowhere };
 
 /// Indices of the two-element fields.
 inline constexpr std::size_t InputSide = 0;
@@ -40,6 +41,7 @@ struct OperationSetup {
     std::int16_t MaxNumFiles = MaxNumFilesAfterReset;
     std::string SetupFileName; ///< operation file last loaded or saved
 
+    [[nodiscard]] bool IsCheck() const { return OutputMode == OutputTarget::Nowhere; }
     [[nodiscard]] bool IncludeSubfolders() const { return SubfolderAnswer.value_or(false); }
     /// The pattern that decides: the field, or "*.*" when it is empty.
     [[nodiscard]] std::string EffectivePattern() const {

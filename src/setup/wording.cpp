@@ -3,35 +3,42 @@
 #include "util/display.h"
 
 #include <array>
-#include <utility>
 
 namespace zr5 {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 8> Forms{{
-    {"Encrypt", "Decrypt"},
-    {"encrypt", "decrypt"},
-    {"Encryption", "Decryption"},
-    {"encryption", "decryption"},
-    {"Encrypted", "Decrypted"},
-    {"encrypted", "decrypted"},
-    {"Encrypting", "Decrypting"},
-    {"encrypting", "decrypting"},
-}};
+/// In the order of Purpose.
+constexpr std::array<std::string_view, 3> Forms[] = {
+    {"Encrypt", "Decrypt", "Check"},          {"encrypt", "decrypt", "check"},
+    {"Encryption", "Decryption", "Check"},    {"encryption", "decryption", "check"},
+    {"Encrypted", "Decrypted", "Checked"},    {"encrypted", "decrypted", "checked"},
+    {"Encrypting", "Decrypting", "Checking"}, {"encrypting", "decrypting", "checking"},
+};
 
 } // namespace
 
-std::string VerbForm(Direction operation, std::string_view word) {
-    if (operation == Direction::Decrypt) {
-        for (const auto& [encrypt, decrypt] : Forms) {
-            if (word == encrypt) return std::string(decrypt);
-        }
+Purpose PurposeOf(Direction operation) {
+    return operation == Direction::Encrypt ? Purpose::Encrypt : Purpose::Decrypt;
+}
+
+Purpose PurposeOf(const OperationSetup& setup) {
+    return setup.IsCheck() ? Purpose::Check : PurposeOf(setup.Operation);
+}
+
+std::string VerbForm(Purpose purpose, std::string_view word) {
+    for (const auto& forms : Forms) {
+        if (word == forms.front()) return std::string(forms.at(static_cast<std::size_t>(purpose)));
     }
     return std::string(word);
 }
 
-std::string PerformCaption(Direction operation) {
-    return "Perform the " + VerbForm(operation, "encryption");
+std::string VerbForm(Direction operation, std::string_view word) {
+    return VerbForm(PurposeOf(operation), word);
+}
+
+std::string PerformCaption(Purpose purpose) {
+    return purpose == Purpose::Check ? "Check the encrypted files"
+                                     : "Perform the " + VerbForm(purpose, "encryption");
 }
 
 std::string InputOutputFileWord(std::size_t side, InputSource source) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// The words for what an operation is about: every word that depends on the direction is written
-// in its encrypt form and passes here.
+// The words for what an operation is about: every word that depends on its purpose is written in
+// its encrypt form and passes here.
 
 #include "setup/operation_setup.h"
 
@@ -10,12 +10,20 @@
 
 namespace zr5 {
 
-/// `word` when encrypting; when decrypting, the counterpart of the eight forms of "encrypt"
-/// ("Encryption" becomes "Decryption"); any other word unchanged.
+/// What becomes of the files of an operation, in words.
+enum class Purpose { Encrypt, Decrypt, Check };
+
+[[nodiscard]] Purpose PurposeOf(Direction operation);
+[[nodiscard]] Purpose PurposeOf(const OperationSetup& setup);
+
+/// `word` when encrypting; else the counterpart of the eight forms of "encrypt" ("Encryption"
+/// becomes "Decryption" or "Check"); any other word unchanged.
+[[nodiscard]] std::string VerbForm(Purpose purpose, std::string_view word);
 [[nodiscard]] std::string VerbForm(Direction operation, std::string_view word);
 
-/// The caption of `cmdDoIt`, which is also the title of what is said before an operation.
-[[nodiscard]] std::string PerformCaption(Direction operation);
+/// The caption of the button that starts such an operation, which is also the title of what is
+/// said before it.
+[[nodiscard]] std::string PerformCaption(Purpose purpose);
 
 /// "Input file" or "Output file" by side, with an "s" when the input is a folder.
 [[nodiscard]] std::string InputOutputFileWord(std::size_t side, InputSource source);

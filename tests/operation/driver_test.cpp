@@ -12,7 +12,7 @@ namespace {
 class DriverTest : public OperationTest {
   protected:
     std::string Run() {
-        screen.BeginRun(setup.Operation);
+        screen.BeginRun(PurposeOf(setup));
         totals = ProcessFiles(Context());
         screen.EndRun();
         return screen.text();

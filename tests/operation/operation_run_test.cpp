@@ -101,7 +101,7 @@ TEST(RandomnessSummary, IndicatesWhatMostFilesAre) {
     const std::string plain = "not already encrypted or compressed.\r\n";
     const std::string coded = "already encrypted or compressed.\r\n";
     const std::string warning = "Warning: You may be trying to ";
-    using enum Direction;
+    using enum Purpose;
     for (const auto& [operation, counts, words] :
          {std::tuple{Encrypt, RandomnessCounts{3, 3, 6}, std::string()},
           {Encrypt, {3, 1, 4}, plain},
@@ -207,7 +207,7 @@ TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     screen.PauseContinuePressed(); // nothing runs: it does nothing
     ExpectButtons("Stop at next file", false, "Pause at next file", "");
     EXPECT_EQ(screen.Time().Text(), "");
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     ExpectButtons("Stop at next file", true, "Pause at next file", "");
     clock.now += std::chrono::seconds(61);
     EXPECT_EQ(screen.Time().Text(), "Started 14:03, elapsed 1 minute and 1 second");
@@ -216,18 +216,18 @@ TEST_F(ReportScreenTest, FollowsARunFromIdleToDone) {
     EXPECT_EQ(screen.Time().ElapsedSeconds(), 61);
     screen.StopPressed();
     ExpectButtons("Stop at next file", false, "Pause at next file", "Done");
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     screen.StopPressed();
     ExpectButtons("Stop", false, "Pause at next file", "Stopped");
     EXPECT_TRUE(screen.IsRunning());
     screen.EndRun();
     EXPECT_EQ(screen.PausedDoneText(), "Stopped");
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     EXPECT_FALSE(screen.StopRequested());
 }
 
 TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     screen.PauseStep(); // not paused: returns
     int waits = 0;
     user.onEvents = [&] {
@@ -247,7 +247,7 @@ TEST_F(ReportScreenTest, WaitsWhilePausedUntilContinueOrStop) {
 
 TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     constexpr std::uint64_t Megabyte = 1048576;
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     screen.BeginFiles(2, 4 * Megabyte);
     EXPECT_EQ(screen.ProgressText(), "0 of 2 files, 0.00 of 4.00 MB");
     screen.BeginFile("a", 2 * Megabyte, 2);
@@ -276,7 +276,7 @@ TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
 }
 
 TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSaysSo) {
-    screen.BeginRun(Direction::Encrypt);
+    screen.BeginRun(Purpose::Encrypt);
     screen.AppendToReport(std::string(999, 'x'));
     EXPECT_FALSE(screen.IsFull());
     screen.AppendToReport("\u00e9");
@@ -294,7 +294,7 @@ TEST_F(ReportScreenTest, GoesOnWithoutEntriesWhenTheTextIsFullOrStopsIfTheUserSa
     EXPECT_EQ(screen.text(), before + "summary");
     EXPECT_FALSE(screen.StopRequested());
 
-    screen.BeginRun(Direction::Decrypt);
+    screen.BeginRun(Purpose::Decrypt);
     screen.AppendToReport("short");
     user.Expect(ReportFullQuestion(), Answer::No);
     screen.ReportBufferFull();

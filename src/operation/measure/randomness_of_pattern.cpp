@@ -2,6 +2,7 @@
 
 #include "files/folder_walk.h"
 #include "operation/measure/randomness_report.h"
+#include "setup/wording.h"
 #include "util/display.h"
 #include "util/paths.h"
 
@@ -60,7 +61,7 @@ void ReportRandomnessOfPattern(const OperationSetup& setup, Machine& machine, Re
         return;
     }
     show();
-    screen.BeginRun(setup.Operation);
+    screen.BeginRun(PurposeOf(setup));
     screen.BeginFiles(found.files, found.totalBytes);
     PatternVisitor visitor(machine, screen);
     static_cast<void>(WalkFolder(machine, request, visitor));

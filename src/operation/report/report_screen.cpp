@@ -93,8 +93,8 @@ void ReportScreen::CopyPressed(const std::string& selection) {
     user_.CopyToClipboard(selection.empty() ? text_.text() : selection);
 }
 
-void ReportScreen::BeginRun(Direction operation) {
-    operation_ = operation;
+void ReportScreen::BeginRun(Purpose purpose) {
+    purpose_ = purpose;
     text_.Clear();
     stopRequested_ = stopsAtOnce_;
     pauseRequested_ = false;
@@ -149,7 +149,7 @@ void ReportScreen::ReportBufferFull() {
     } else {
         AppendAlways("This operation was terminated at the user's request.\r\n"
                      "Note: Some files were not " +
-                     VerbForm(operation_, "encrypted") + ".\r\n");
+                     VerbForm(purpose_, "encrypted") + ".\r\n");
         stopRequested_ = true;
     }
     NotifyState();
@@ -211,10 +211,10 @@ void ReportScreen::EndFile(std::uint64_t listedBytes) {
     NotifyState();
 }
 
-void ReportScreen::ShowCount(Direction operation, std::uint64_t files) {
+void ReportScreen::ShowCount(Purpose purpose, std::uint64_t files) {
     caption_ = files == 0 ? "Report"
                           : std::to_string(files) + " " + FileWord(files) + " to be " +
-                                VerbForm(operation, "encrypted");
+                                VerbForm(purpose, "encrypted");
     NotifyState();
 }
 

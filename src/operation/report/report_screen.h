@@ -7,7 +7,7 @@
 #include "operation/report/extension_warnings.h"
 #include "operation/report/operation_progress.h"
 #include "operation/report/report_text.h"
-#include "setup/operation_setup.h"
+#include "setup/wording.h"
 #include "util/user_port.h"
 
 #include <chrono>
@@ -81,7 +81,7 @@ class ReportScreen {
     void CopyPressed(const std::string& selection);
 
     // What a run does.
-    void BeginRun(Direction operation);
+    void BeginRun(Purpose purpose);
     void EndRun();
     /// Ends the run as if the user had pressed Stop.
     void Halt();
@@ -113,7 +113,7 @@ class ReportScreen {
     /// `listedBytes`: what the file counted in the total.
     void EndFile(std::uint64_t listedBytes);
     /// Shows the running count in the caption.
-    void ShowCount(Direction operation, std::uint64_t files);
+    void ShowCount(Purpose purpose, std::uint64_t files);
     void ShowPurgeWarning(PurgeWarning& warning, const std::string& path);
 
   private:
@@ -124,7 +124,7 @@ class ReportScreen {
     ReportView* view_ = nullptr;
     ReportText text_;
     State state_ = State::Idle;
-    Direction operation_ = Direction::Encrypt;
+    Purpose purpose_ = Purpose::Encrypt;
     bool stopRequested_ = false;
     bool stopsAtOnce_ = false; ///< for good: the program ends
     bool closesAfterRun_ = false;
