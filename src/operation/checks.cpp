@@ -105,6 +105,7 @@ std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSyste
     if (*count.totalBytes == 0) {
         return Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
     }
+    if (setup.IsCheck()) return std::nullopt;
     const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
     // The reliability test makes an encrypted and a decrypted copy.
     const std::uint64_t neededBytes = *count.totalBytes * (IsReliabilityTest(setup) ? 2 : 1);
@@ -167,7 +168,8 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
         if (const auto box = ProtectedOutputBox(outputPath, key, machine)) return refuse(*box);
         consent.replaceable = machine.fileSystem.Info(outputPath);
     }
-    if (!view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()))) {
+    if (!setup.IsCheck() &&
+        !view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()))) {
         return std::nullopt;
     }
     if (const auto problem = ProblemWithSize(setup, machine.fileSystem, count)) {

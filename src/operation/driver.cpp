@@ -48,16 +48,20 @@ class Driver {
 
   private:
     [[nodiscard]] std::string Verb(std::string_view word) const {
-        return VerbForm(operation_.setup.Operation, word);
+        return VerbForm(PurposeOf(operation_.setup), word);
     }
 
     /// "Encrypting <what> to a file with same name."
     void WriteHeading() {
+        screen_.AppendToReport(Verb("Encrypting") + " " + InputDescription(operation_.setup) +
+                               Destination() + "\r\n");
+    }
+
+    [[nodiscard]] std::string Destination() const {
+        if (operation_.setup.IsCheck()) return "; nothing is written.";
         const bool inPlace = operation_.setup.OutputMode == OutputTarget::OverwriteInput;
-        std::string heading = Verb("Encrypting") + " " + InputDescription(operation_.setup) +
-                              " to " + (operation_.list.Files() == 1 ? "a file" : "files");
-        if (inPlace) heading += " with same name.";
-        screen_.AppendToReport(heading + "\r\n");
+        return std::string(operation_.list.Files() == 1 ? " to a file" : " to files") +
+               (inPlace ? " with same name." : "");
     }
 
     void WriteFolder(const WorkItem& item) {
@@ -120,10 +124,7 @@ class Driver {
     }
 
     void EndEntry(const WorkItem& item, const FileResult& result, std::uint64_t lengthBytes) {
-        if (result.IsProcessed()) {
-            ++totals_.filesProcessed;
-            totals_.totalBytes += lengthBytes;
-        }
+        Count(result, lengthBytes);
         const auto output = operation_.machine.fileSystem.Info(result.outputPath);
         screen_.AppendToReport(ResultText(result, item.inputPath, operation_.setup.Operation,
                                           output ? output->lengthBytes : 0));
@@ -141,6 +142,24 @@ class Driver {
         EndLine();
     }
 
+    void Count(const FileResult& result, std::uint64_t lengthBytes) {
+        const bool counts =
+            operation_.setup.IsCheck() ? CountChecked(result) : result.IsProcessed();
+        if (!counts) return;
+        ++totals_.filesProcessed;
+        totals_.totalBytes += lengthBytes;
+    }
+
+    /// False when nothing was found out about the file.
+    bool CountChecked(const FileResult& result) {
+        const EngineResult found = result.engineResult;
+        const bool isIntact = result.outcome == Outcome::Intact;
+        const bool isNotOpened = found == EngineResult::WrongKeyOrCorrupt;
+        if (isIntact) ++totals_.filesIntact;
+        if (isNotOpened) ++totals_.filesNotOpened;
+        return isIntact || isNotOpened || IsPartial(found) || found == EngineResult::ReadError;
+    }
+
     void AppendRemark(const std::string& text) {
         screen_.AppendToReport(std::string(LineEnd) + ContinuationIndent + text);
     }
@@ -150,11 +169,11 @@ class Driver {
         if (screen_.ReportsFiles() && screen_.IsFull()) screen_.ReportBufferFull();
     }
 
-    /// Asks when a file that is to be decrypted does not look encrypted. False: leave it out.
+    /// Asks when a file that is to be decrypted does not look encrypted. False: leave it out. A
+    /// check does no harm to such a file and tells of it in its entry.
     bool MayBeDecrypted(const std::string& path, std::uint64_t lengthBytes) {
-        if (!Decrypts() || !operation_.mayMeetPlaintext || lengthBytes < RandomnessSampleBytes) {
-            return true;
-        }
+        const bool asks = Decrypts() && !operation_.setup.IsCheck() && operation_.mayMeetPlaintext;
+        if (!asks || lengthBytes < RandomnessSampleBytes) return true;
         const double randomness = operation_.machine.fileKit.fr(path, RandomnessSampleBytes, {});
         const bool wasMeasured = randomness > RandomnessFailureLimit;
         if (!wasMeasured || randomness >= RandomnessThreshold) return true;
@@ -183,6 +202,7 @@ class Driver {
     }
 
     FileResult Work(const WorkItem& item) {
+        if (operation_.setup.IsCheck()) return CheckOne(operation_, item.inputPath);
         if (!IsInPlace(item)) {
             return ProcessToOther(operation_, item.inputPath, item.outputPath);
         }

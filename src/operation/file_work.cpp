@@ -221,6 +221,20 @@ FileResult ProcessToOther(const OperationContext& operation, const std::string& 
     return note.Ended(RunEngine(operation, note, outputPath));
 }
 
+FileResult CheckOne(const OperationContext& operation, const std::string& inputPath) {
+    CipherEngine& engine = operation.machine.engine;
+    FileResult checked;
+    engine.operation_initialization(operation.key.keyText.text(), Direction::Decrypt);
+    checked.engineResult =
+        engine.check_file(inputPath, {.progress = operation.screen.PassProgress(),
+                                      .stopped = StopOf(operation),
+                                      .damage = &checked.damage});
+    operation.machine.user.ProcessEvents();
+    const bool isIntact = checked.engineResult == EngineResult::Success;
+    checked.outcome = isIntact ? Outcome::Intact : Outcome::EngineFailed;
+    return checked;
+}
+
 FileResult ProcessInPlace(const OperationContext& operation, const std::string& inputPath,
                           const std::function<void()>& beforePurge) {
     const Outcome refusal = RefusalInPlace(operation, inputPath);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The work on one file: through the cipher engine into another file, or in place.
+// The work on one file: through the cipher engine into another file, in place, or nowhere.
 //
 // In place a complete input or a complete result is on the disk at every moment: the result is
 // made beside the input, flushed and, of an encryption, read back and compared; only then is the
@@ -23,6 +23,9 @@ namespace zr5 {
 [[nodiscard]] FileResult ProcessToOther(const OperationContext& operation,
                                         const std::string& inputPath,
                                         const std::string& outputPath);
+
+/// Reads the file with the key and makes nothing.
+[[nodiscard]] FileResult CheckOne(const OperationContext& operation, const std::string& inputPath);
 
 /// The result takes the place of the input. Refuses the program itself, the keyfile in use and
 /// the extensions that are never worked on in place. The input is not touched unless the result is

@@ -64,12 +64,30 @@ void OpenJournal(const OperationContext& operation) {
         "\r\n");
 }
 
+std::string FilesLine(const std::string& which, std::uint64_t count) {
+    return "Number of files " + which + ":" + AfterText(static_cast<std::int64_t>(count)) + "\r\n";
+}
+
+std::string CountsText(Purpose purpose, const OperationTotals& totals) {
+    const std::string first =
+        FilesLine(purpose == Purpose::Check ? "checked" : "processed", totals.filesProcessed);
+    if (purpose != Purpose::Check) {
+        return first + FilesLine(VerbForm(purpose, "encrypted"), totals.filesProcessed);
+    }
+    const std::uint64_t opened = totals.filesProcessed - totals.filesNotOpened;
+    return first + FilesLine("intact", totals.filesIntact) +
+           FilesLine("damaged", opened - totals.filesIntact) +
+           (totals.filesNotOpened == 0
+                ? ""
+                : FilesLine("damaged altogether, or not encrypted with this key",
+                            totals.filesNotOpened));
+}
+
 void WriteClosingSummary(const OperationContext& operation, const OperationTotals& totals) {
-    const std::string encrypted = VerbForm(operation.setup.Operation, "encrypted");
-    const std::string processed = AfterText(static_cast<std::int64_t>(totals.filesProcessed));
-    std::string text = "\r\nNumber of files processed:" + processed + "\r\n" + "Number of files " +
-                       encrypted + ":" + processed + "\r\nTotal KB " + encrypted + ": " +
-                       KilobytesText(totals.totalBytes) + "\r\n";
+    const Purpose purpose = PurposeOf(operation.setup);
+    std::string text = "\r\n" + CountsText(purpose, totals) + "Total KB " +
+                       VerbForm(purpose, "encrypted") + ": " + KilobytesText(totals.totalBytes) +
+                       "\r\n";
     if (const std::int64_t seconds = operation.screen.Time().ElapsedSeconds(); seconds > 0) {
         text += "Elapsed time: " +
                 FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";
@@ -92,13 +110,14 @@ OperationTotals RunFiles(const OperationContext& operation, const FileWork& work
         screen.Halt();
         return {};
     }
-    WarnOfAntiVirusIn(operation);
+    const bool writes = !operation.setup.IsCheck();
+    if (writes) WarnOfAntiVirusIn(operation);
     if (!IsWithinTwiceTheMaximum(operation) || !HasDistinctOutputs(operation)) {
         screen.Halt();
         return {};
     }
     screen.AppendToReport("\r\n");
-    OpenJournal(operation);
+    if (writes) OpenJournal(operation);
     const OperationTotals totals = work(operation);
     operation.journal.Close();
     return totals;

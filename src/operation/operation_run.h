@@ -16,7 +16,8 @@ namespace zr5 {
 /// What is done with the files between the head of the report and its closing summary.
 using FileWork = std::function<OperationTotals(const OperationContext&)>;
 
-/// Runs the operation to its end or to the user's stop; its journal is opened for it. The run
+/// Runs the operation to its end or to the user's stop; its journal is opened for it, unless it is
+/// a check. The run
 /// begins here, unless it began with the making of the list. `listing` tells what was measured
 /// then, and whether it is complete.
 void RunOperation(const OperationContext& operation, const ListingSummary& listing = {},

@@ -66,23 +66,33 @@ void Operations::WhileOutOfUse(const std::function<void(const StopAsked&)>& work
 }
 
 void Operations::Perform() {
-    WhileOutOfUse([this](const StopAsked& stopped) { RunConfirmed(stopped); });
+    Run(desk_.Setup());
 }
 
-void Operations::RunConfirmed(const StopAsked& stopped) {
-    const auto consent = MayStart(desk_.Setup(), key_, machine_, *windows_, stopped);
+void Operations::Check() {
+    OperationSetup setup = desk_.Setup();
+    setup.OutputMode = OutputTarget::Nowhere;
+    Run(setup);
+}
+
+void Operations::Run(const OperationSetup& setup) {
+    WhileOutOfUse([&](const StopAsked& stopped) { RunConfirmed(setup, stopped); });
+}
+
+void Operations::RunConfirmed(const OperationSetup& setup, const StopAsked& stopped) {
+    const auto consent = MayStart(setup, key_, machine_, *windows_, stopped);
     if (!consent) return;
     std::optional<int> performances;
-    if (IsReliabilityTest(desk_.Setup())) {
+    if (IsReliabilityTest(setup)) {
         performances = windows_->AskForPerformances();
         if (!performances) return;
     }
     const TestAnnounced announced(*windows_, performances.has_value());
-    RunListed(*consent, performances);
+    RunListed(setup, *consent, performances);
 }
 
-void Operations::RunListed(const Consent& consent, std::optional<int> performances) {
-    const OperationSetup& setup = desk_.Setup();
+void Operations::RunListed(const OperationSetup& setup, const Consent& consent,
+                           std::optional<int> performances) {
     screen_.ShowCount(PurposeOf(setup), 0);
     screen_.BeginRun(PurposeOf(setup));
     windows_->ShowReport();

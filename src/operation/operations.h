@@ -38,6 +38,9 @@ class Operations {
     /// "Perform": checks, confirmation, and the run on the report screen. The input is known to
     /// be there. Returns when the run has ended.
     void Perform();
+    /// "Check the encrypted files": as Perform, but nothing is written and no question asked. A
+    /// decryption is selected.
+    void Check();
     /// "List files"; boxes have `buttonCaption` as their title. Returns when the listing has ended.
     void ListFiles(const std::string& buttonCaption);
     /// Runs `work`, which lets the interface react, with the main window out of use. What it is
@@ -54,8 +57,10 @@ class Operations {
     [[nodiscard]] ReportScreen& Screen() { return screen_; }
 
   private:
-    void RunConfirmed(const StopAsked& stopped);
-    void RunListed(const Consent& consent, std::optional<int> performances);
+    void Run(const OperationSetup& setup);
+    void RunConfirmed(const OperationSetup& setup, const StopAsked& stopped);
+    void RunListed(const OperationSetup& setup, const Consent& consent,
+                   std::optional<int> performances);
 
     SetupDesk& desk_;
     const CurrentKey& key_;

@@ -72,11 +72,11 @@ class Lister : public ConsiderateVisitor {
 };
 
 WorkList SingleFileList(const OperationSetup& setup, FileSystem& fileSystem) {
-    const bool inPlace = setup.OutputMode == OutputTarget::OverwriteInput;
+    const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
     const std::string inputPath = setup.FilePath(InputSide);
     const auto info = fileSystem.Info(inputPath);
     WorkList list;
-    list.AddFile(inputPath, inPlace ? inputPath : setup.FilePath(OutputSide),
+    list.AddFile(inputPath, separate ? setup.FilePath(OutputSide) : inputPath,
                  info ? info->lengthBytes : 0);
     return list;
 }

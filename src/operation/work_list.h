@@ -36,7 +36,7 @@ struct WorkItem {
     enum class Kind { File, Folder, ProhibitedFolder, UnreadableFolder };
     Kind kind = Kind::File;
     std::string inputPath;  ///< of the file or folder
-    std::string outputPath; ///< of the file; equal to inputPath in place
+    std::string outputPath; ///< of the file; equal to inputPath in place and in a check
     /// Of the file when the list was made: for showing progress, never for deciding.
     std::uint64_t lengthBytes = 0;
     FileIdentity identity = {}; ///< of a folder with files: another one's are left alone

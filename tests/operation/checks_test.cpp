@@ -56,6 +56,10 @@ TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
     setup.InputMode = InputSource::FilesInAFolder;
     setup.Folder = {"/usr/share/", "/usr/share/"};
     Refuses("A 'usr' folder cannot be selected.", "Perform the encryption", BoxIcon::Information);
+    setup.OutputMode = OutputTarget::Nowhere;
+    Refuses("A 'usr' folder cannot be selected.", "Check the encrypted files",
+            BoxIcon::Information);
+    setup.OutputMode = OutputTarget::OverwriteInput;
     setup.InputMode = InputSource::SingleFile;
     setup.Folder = {"/tmp/../" + config.Path(), ""};
     Refuses("A '" + std::filesystem::path(config.Path()).parent_path().filename().native() +
@@ -106,13 +110,16 @@ TEST_F(Checks, RefuseTheKeyfileOrACopyOfItOrTheProgramAsTheOutput) {
     EXPECT_TRUE(May());
 }
 
-TEST_F(Checks, AskForTheKeyBeforeTheOutput) {
+TEST_F(Checks, AskForTheKeyBeforeTheOutputOfWhichACheckHasNone) {
     ChooseOutput("");
     key.keyState = KeyState::NoKey;
     setup.Operation = Direction::Decrypt;
     Refuses("Please specify the decryption key.", "Decryption key not specified", BoxIcon::None);
     key.keyState = KeyState::Keyboard;
     Refuses("Output file not specified.", "Output file", BoxIcon::Information);
+    setup.OutputMode = OutputTarget::Nowhere;
+    disk.freeBytes = 0;
+    EXPECT_TRUE(May());
     EXPECT_TRUE(view.asked.empty());
 }
 

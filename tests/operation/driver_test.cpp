@@ -26,20 +26,6 @@ class DriverTest : public OperationTest {
     OperationTotals totals; ///< of the last run
 };
 
-TEST_F(DriverTest, EncryptsInPlaceAndReportsBothLengths) {
-    folder.Write("notes.odg", std::string(1234, 'x'));
-    ChooseInput("notes.odg");
-    const std::string path = folder / "notes.odg";
-    EXPECT_EQ(Entries(), "     notes.odg 1,234 bytes   -> " +
-                             std::to_string(("result of " + path).size()) + " bytes\r\n");
-    EXPECT_EQ(totals.totalBytes, 1234U);
-    setup.Operation = Direction::Decrypt;
-    static_cast<void>(Run());
-    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{path, PurgeMode::OverwriteAndDelete},
-                                                       {path, PurgeMode::DeleteOnly}}));
-    EXPECT_EQ(folder.Names(), std::set<std::string>{"notes.odg"});
-}
-
 TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
     folder.Write("a-rather-long-name.txt", "secret");
     ChooseInput("a-rather-long-name.txt");

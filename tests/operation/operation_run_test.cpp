@@ -26,19 +26,57 @@ class OperationRun : public OperationTest {
 };
 
 TEST_F(OperationRun, OpensWithTheCountAndClosesWithTheSummary) {
-    folder.Write("a.odg", "abc");
+    const std::string path = folder.Write("a.odg", std::string(1234, 'x'));
     ChooseInput("a.odg");
     screen.AppendAlways("of the run before");
     engine.onFile = [this](const std::string&, const std::string& output) {
         std::ofstream(output) << "four";
         clock.now += std::chrono::milliseconds(2400);
     };
-    EXPECT_EQ(Run(), "Number of files: 1\r\n\r\nEncrypting " + (folder / "a.odg") +
+    EXPECT_EQ(Run(), "Number of files: 1\r\n\r\nEncrypting " + path +
                          " to a file with same name.\r\n"
-                         "         a.odg 3 bytes   -> 4 bytes\r\n"
+                         "         a.odg 1,234 bytes   -> 4 bytes\r\n"
                          "\r\nNumber of files processed: 1\r\nNumber of files encrypted: 1\r\n"
-                         "Total KB encrypted: 0.00\r\nElapsed time: 2 seconds\r\n");
+                         "Total KB encrypted: 1.21\r\nElapsed time: 2 seconds\r\n");
     EXPECT_EQ(screen.PausedDoneText(), "Done");
+    setup.Operation = Direction::Decrypt;
+    static_cast<void>(Run());
+    EXPECT_EQ(kit.purged, (std::vector<FakeKit::Purge>{{path, PurgeMode::OverwriteAndDelete},
+                                                       {path, PurgeMode::DeleteOnly}}));
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"a.odg"});
+}
+
+TEST_F(OperationRun, ChecksWithoutTouchingTheDiskAndSumsUpWhatItFound) {
+    ListFiles(4, "exe"); // of which nobody is warned
+    folder.Write("0.exe", std::string(4096, 'x'));
+    folder.Write("3.exe", "");
+    setup.Operation = Direction::Decrypt;
+    setup.InputMode = InputSource::FilesInAFolder;
+    setup.OutputMode = OutputTarget::Nowhere;
+    setup.Folder[InputSide] = folder.Path();
+    kit.fileRandomness = -0.4;
+    engine.onFile = [this](const std::string& input, const std::string&) {
+        engine.fileResult = input == folder / "0.exe"   ? EngineResult::Success
+                            : input == folder / "1.exe" ? EngineResult::OneDamagedBlock
+                                                        : EngineResult::WrongKeyOrCorrupt;
+        clock.now += std::chrono::seconds(1);
+    };
+    const std::string indent = "\r\n              ";
+    EXPECT_EQ(Run(), "Number of files: 4\r\n\r\nChecking all files in the folder " + folder.Path() +
+                         "; nothing is written.\r\n         0.exe 4,096 bytes   intact\r\n"
+                         "         1.exe 3 bytes   One block expansion error occurred." +
+                         indent + "Ciphertext is corrupt or decryption key is incorrect.\r\n" +
+                         "         2.exe 3 bytes   Invalid block size." + indent +
+                         "Decryption key is incorrect or ciphertext is corrupt.\r\n"
+                         "         3.exe  This file is empty (0 bytes).\r\n"
+                         "\r\nNumber of files checked: 3\r\nNumber of files intact: 1\r\n"
+                         "Number of files damaged: 1\r\n"
+                         "Number of files damaged altogether, or not encrypted with this key: 1\r\n"
+                         "Total KB checked: 4.01\r\nElapsed time: 3 seconds\r\n");
+    for (const FsCall call : disk.Calls())
+        EXPECT_EQ(call, FsCall::Look);
+    engine.onFile = [this](const std::string&, const std::string&) { screen.StopPressed(); };
+    EXPECT_NE(Run().find("Number of files checked: 1\r\n"), std::string::npos);
 }
 
 TEST_F(OperationRun, WarnsOfAntiVirusProgramsByKindOfFile) {
@@ -107,6 +145,7 @@ TEST(RandomnessSummary, IndicatesWhatMostFilesAre) {
           {Encrypt, {3, 1, 4}, plain},
           {Decrypt, {3, 1, 4}, plain + warning + "decrypt already-decrypted files!\r\n"},
           {Encrypt, {0, 2, 2}, coded + warning + "encrypt already-encrypted files!\r\n"},
+          {Check, {3, 1, 4}, plain + warning + "check already-decrypted files!\r\n"},
           {Decrypt, {0, 2, 2}, coded}}) {
         EXPECT_EQ(
             ListingSummaryText(operation, {7, true, counts}),

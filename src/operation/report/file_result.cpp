@@ -204,6 +204,8 @@ std::string OutcomeText(const FileResult& result, const std::string& inputPath, 
     case Outcome::NotRenamedOnFloppy:
         return "Error: probably insufficient space on the floppy disk in drive " +
                inputPath.substr(0, 1) + ".  " + ResultIsIn(output, direction);
+    case Outcome::Intact:
+        return "intact";
     case Outcome::EngineFailed:
         return EngineText(result, output);
     }

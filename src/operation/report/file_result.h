@@ -19,6 +19,7 @@ enum class Outcome {
     NotRenamed = 6, ///< the result is complete, under its temporary name
     IsExcludedType = 7,
     NotRenamedOnFloppy = 8,
+    Intact,       ///< as a check has found
     EngineFailed, ///< `FileResult::engineResult` says why
 };
 
