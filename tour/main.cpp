@@ -1,5 +1,5 @@
-// Drives the program's own windows through one encryption and one decryption, as a user would,
-// and leaves screenshots and the report in the folder that is its argument.
+// Drives the program's own windows through one encryption, a check and a decryption, as a user
+// would, and leaves screenshots and the report in the folder that is its argument.
 
 #include "app/program.h"
 #include "app/system_machine.h"
@@ -61,6 +61,9 @@ class Tour {
         Perform("encryption");
         if (Content() == SampleText) return false;
         Control<QRadioButton>(program_.Window(), "optDecrypt").click();
+        Picture(program_.Window(), "ready-to-decrypt");
+        Press(program_.Window(), "cmdCheckFiles");
+        KeepReport("check");
         Perform("decryption");
         return Content() == SampleText;
     }
@@ -105,6 +108,9 @@ class Tour {
             Press(dialog, "cmdYes");
         });
         Press(window, "cmdDoIt");
+        KeepReport(what);
+    }
+    void KeepReport(const std::string& what) {
         QWidget* report = TopWindow("frmReport");
         Picture(*report, "report-of-" + what);
         std::ofstream(folder_ / ("report-of-" + what + ".txt"))

@@ -80,6 +80,9 @@ void DeriveWording(const OperationSetup& setup, MainWindowView& view) {
     const auto verb = [&](std::string_view word) { return VerbForm(setup.Operation, word); };
     view["cmdKeyFrom"].text = "Specify " + verb("encryption") + " key";
     view["cmdDoIt"].text = PerformCaption(PurposeOf(setup));
+    ControlView& check = view["cmdCheckFiles"];
+    check.text = PerformCaption(Purpose::Check);
+    check.enabled = check.visible = setup.Operation == Direction::Decrypt;
     view["cmdListFiles"].text = "List files to be " + verb("encrypted");
     view["lblFilesInAFolder"].text = IsReliabilityTest(setup)
                                          ? "Copies of the files will be tested."

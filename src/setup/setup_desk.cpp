@@ -152,20 +152,24 @@ void SetupDesk::Ask(Prompt prompt) {
 }
 
 bool SetupDesk::ReadyToPerform() {
-    const OperationSetup& setup = Setup();
-    if (setup.Folder[InputSide].empty() || setup.FileName[InputSide].empty()) {
+    if (!ReadyToCheck()) return false;
+    if (CheckLabels() == 0) return true;
+    const bool outputIsChosenApart = Setup().InputMode == InputSource::SingleFile &&
+                                     Setup().OutputMode == OutputTarget::SeparateOutput;
+    Ask(outputIsChosenApart ? Prompt::SpecifyOutput : Prompt::ChooseAnew);
+    return false;
+}
+
+bool SetupDesk::ReadyToCheck() {
+    if (Setup().Folder[InputSide].empty() || Setup().FileName[InputSide].empty()) {
         Ask(Prompt::MissingInput);
         return false;
     }
     RewriteLabels();
     const int disagreement = CheckLabels();
-    if (disagreement == 0) return true;
-    const bool outputIsChosenApart = setup.InputMode == InputSource::SingleFile &&
-                                     setup.OutputMode == OutputTarget::SeparateOutput;
-    Ask(disagreement >= -4    ? Prompt::SpecifyInput
-        : outputIsChosenApart ? Prompt::SpecifyOutput
-                              : Prompt::ChooseAnew);
-    return false;
+    const bool isOfInput = disagreement < 0 && disagreement >= -4;
+    if (isOfInput) Ask(Prompt::SpecifyInput);
+    return !isOfInput;
 }
 
 void SetupDesk::SetOperationRunning(bool running) {

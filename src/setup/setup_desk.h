@@ -76,9 +76,11 @@ class SetupDesk {
     [[nodiscard]] bool StartupDone() const { return startupDone_; }
     void Ask(Prompt prompt);
 
-    /// Whether an operation can be checked: the input is there and agrees with the labels, which
-    /// are written anew first. If not, a prompt says what is missing.
+    /// Whether an operation can begin with its checks: input and output are there and agree with
+    /// the labels, which are written anew first. If not, a prompt says what is missing.
     [[nodiscard]] bool ReadyToPerform();
+    /// The same for a check of encrypted files, which has no output.
+    [[nodiscard]] bool ReadyToCheck();
 
     void SetOperationRunning(bool running);
     [[nodiscard]] bool OperationRunning() const { return operationRunning_; }

@@ -23,11 +23,12 @@ constexpr int ClockIntervalMs = 1000;
 constexpr QSize ComfortableSize(980, 660);
 
 constexpr const char* MouseButtons[] = {
-    "cmdKeyFrom",          "cmdDoIt",           "cmdListFiles",
-    "cmdRandomnessReport", "cmdReportScreen",   "cmdSetup",
-    "cmdHelp(0)",          "cmdHelp(1)",        "cmdQuit",
-    "cmdSingleFile(0)",    "cmdSingleFile(1)",  "cmdSpecifyDirectory",
-    "cmdSpecifyFiles(0)",  "cmdSpecifyFiles(1)"};
+    // of the menu
+    "cmdKeyFrom", "cmdDoIt", "cmdCheckFiles", "cmdRandomnessReport", "cmdReportScreen", "cmdSetup",
+    "cmdHelp(0)", "cmdHelp(1)", "cmdQuit",
+    // of the files
+    "cmdSingleFile(0)", "cmdSingleFile(1)", "cmdSpecifyDirectory", "cmdListFiles",
+    "cmdSpecifyFiles(0)", "cmdSpecifyFiles(1)"};
 
 constexpr const char* TextBoxes[] = {"txbFilePattern", "txbMaxNumFiles"};
 

@@ -80,7 +80,7 @@ class MainWindow : public QWidget {
     void ConnectRandomnessPane();
     void ChooseFolder();
     void UseKeyfile(KeyfileMode mode);
-    void Perform();
+    void StartOperation(bool isReady, void (Operations::*run)());
     void ShowPane(Pane pane, const char* focusAfter);
     void CloseKeyPane();
     void ShowRandomness();

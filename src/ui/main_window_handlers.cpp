@@ -117,7 +117,11 @@ void MainWindow::ConnectMenu() {
         keyFrame_.Open(parts_.key, keyLabels_);
         ShowPane(Pane::Key, "cmdKeyboardWithDisplay");
     });
-    OnButtonUnlessRefused("cmdDoIt", [this] { Perform(); });
+    OnButtonUnlessRefused(
+        "cmdDoIt", [this] { StartOperation(parts_.desk.ReadyToPerform(), &Operations::Perform); });
+    OnButtonUnlessRefused("cmdCheckFiles", [this] {
+        StartOperation(parts_.desk.ReadyToCheck(), &Operations::Check);
+    });
     OnButton("cmdRandomnessReport", [this] {
         parts_.randomness.Open();
         OperationEnded();
@@ -131,11 +135,10 @@ void MainWindow::ConnectMenu() {
             [this] { parts_.openManual(); });
 }
 
-void MainWindow::Perform() {
-    const bool ready = parts_.desk.ReadyToPerform();
+void MainWindow::StartOperation(bool isReady, void (Operations::*run)()) {
     Refresh();
-    if (!ready) return;
-    parts_.operations.Perform();
+    if (!isReady) return;
+    (parts_.operations.*run)();
     OperationEnded();
 }
 

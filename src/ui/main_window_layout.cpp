@@ -197,8 +197,9 @@ QLayout* Panes(QWidget* parent) {
     auto* cell = new QGridLayout;
     for (QFrame* pane : std::initializer_list<QFrame*>{
              ButtonPane("fraMenu", parent,
-                        {"cmdKeyFrom", "cmdDoIt", "", "cmdRandomnessReport", "cmdReportScreen", "",
-                         "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/", "cmdQuit"}),
+                        {"cmdKeyFrom", "cmdDoIt", "cmdCheckFiles", "", "cmdRandomnessReport",
+                         "cmdReportScreen", "", "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/",
+                         "cmdQuit"}),
              ButtonPane("fraSetup", parent,
                         {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
              ButtonPane("fraSaveSetup", parent,
@@ -248,6 +249,7 @@ void MainWindow::LayOut() {
         if (!widget->objectName().isEmpty()) controls_.insert(widget->objectName(), widget);
     }
     MakePrimary(Find<QPushButton>("cmdDoIt"));
+    KeepRoomWhenHidden(Find<QPushButton>("cmdCheckFiles"));
 }
 
 void MainWindow::Settle() {

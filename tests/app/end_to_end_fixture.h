@@ -77,7 +77,10 @@ class EndToEnd : public testing::Test {
     std::string Perform() {
         WhenDialogOpens(Main(), "frmConfirmOperation",
                         [](QWidget& dialog) { Press(dialog, "cmdYes"); });
-        Press(Main(), "cmdDoIt");
+        return ReportAfter("cmdDoIt");
+    }
+    std::string ReportAfter(const char* button) {
+        Press(Main(), button);
         QWidget* report = TopWindow("frmReport");
         if (report == nullptr) return "no report";
         const QString text = Control<QPlainTextEdit>(*report, "txbText").toPlainText();

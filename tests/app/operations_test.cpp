@@ -76,12 +76,12 @@ TEST_F(EndToEnd, EndsWithinAFileWhenThatIsAskedFromOutside) {
     EXPECT_EQ(std::ifstream(folder / "large.odg").get(), 0) << "untouched";
 }
 
-TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {
+TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndChecksItAndBack) {
     std::map<std::string, std::string> originals;
     for (const char* name : {"a.odg", "two\nlines.odg", "not \xFF utf-8.odg", ".hidden.odg",
                              "sub/b.odg", "sub/deep/c.odg", "sub/.Trash-1/d.odg", "e.odp"}) {
         std::filesystem::create_directories(std::filesystem::path(folder / name).parent_path());
-        originals[name] = PatternBytes(3000, static_cast<unsigned>(originals.size()));
+        originals[name] = PatternBytes(90000, static_cast<unsigned>(originals.size()));
         folder.Write(name, originals[name]);
     }
     folder.Write("sub/empty.odg", "");
@@ -93,6 +93,16 @@ TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndBack) {
     for (const auto& [name, content] : originals)
         EXPECT_EQ(folder.Read(name) == content, name == "sub/.Trash-1/d.odg" || name == "e.odp");
     Choose("optDecrypt");
+    const std::string encrypted = folder.Read("a.odg");
+    folder.Write("a.odg", std::string(encrypted).replace(1500, 1, 1, ~encrypted[1500]));
+    const std::string checked = ReportAfter("cmdCheckFiles");
+    for (const char* part : {"bytes   One block expansion error", "bytes   intact\n",
+                             "Number of files intact: 5\nNumber of files damaged: 1\n"})
+        EXPECT_NE(checked.find(part), std::string::npos) << part << checked;
+    folder.Write("a.odg", encrypted);
+    TypeKey("another key of the user");
+    EXPECT_NE(ReportAfter("cmdCheckFiles").find("with this key: 6\n"), std::string::npos);
+    TypeKey();
     const std::string report = Perform();
     EXPECT_NE(report.find("\n***  Prohibited folder  ***\n"), std::string::npos);
     EXPECT_NE(report.find("Number of files decrypted: 6\n"), std::string::npos);

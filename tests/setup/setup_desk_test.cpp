@@ -208,6 +208,18 @@ TEST_F(Desk, PromptsForAMissingInputOnceStartupIsOver) {
     EXPECT_FALSE(desk.ReadyToPerform());
     desk.SelectInputMode(InputSource::FilesInAFolder);
     user.Expect("Input folder", "Please specify input folder.");
+    EXPECT_FALSE(desk.ReadyToCheck());
+}
+
+TEST_F(Desk, OffersACheckOfWhatIsToBeDecryptedWhateverItsOutput) {
+    EXPECT_FALSE(Control("cmdCheckFiles").visible || Control("cmdCheckFiles").enabled);
+    OperationSetup setup = SingleFileSetup();
+    setup.Operation = Direction::Decrypt;
+    setup.OutputMode = OutputTarget::OverwriteInput; // but the output is another
+    desk.TakeOver(setup);
+    EXPECT_TRUE(Control("cmdCheckFiles").visible && Control("cmdCheckFiles").enabled);
+    EXPECT_TRUE(desk.ReadyToCheck());
+    user.Expect(PromptBox(Prompt::ChooseAnew, InputSource::SingleFile));
     EXPECT_FALSE(desk.ReadyToPerform());
 }
 
