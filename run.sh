@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing, builds Vaultline ZR5 and opens it. Without a display it shows a tour
-# on a virtual one instead: an encryption and a decryption, with screenshots in build/tour/.
+# on a virtual one instead: an encryption, a check and a decryption, with screenshots in build/tour/.
 set -eu
 cd "$(dirname "$0")"
 
