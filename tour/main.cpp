@@ -1,6 +1,8 @@
 // Drives the program's own windows through one encryption, a check and a decryption, as a user
 // would, and leaves screenshots and the report in the folder that is its argument.
 
+#include "report_states.h"
+
 #include "app/program.h"
 #include "app/system_machine.h"
 #include "support/window_driver.h"
@@ -141,6 +143,7 @@ int main(int argc, char** argv) {
     std::filesystem::create_directories(configFolder);
     Program program(machine.For(user, executable.parent_path() / "zr5e", configFolder));
     const bool cameBack = Tour(program, user, folder).Run();
+    DrawReportStates(folder);
     std::cout << (cameBack ? "The file came back unchanged.\n" : "The tour failed.\n");
     return cameBack ? 0 : 1;
 }

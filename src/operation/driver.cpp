@@ -27,6 +27,9 @@ class Driver {
     OperationTotals Run() {
         WriteHeading();
         screen_.BeginFiles(operation_.list.Files(), operation_.list.TotalBytes());
+        const bool isCheck = operation_.setup.IsCheck();
+        screen_.BeginOutcome(isCheck ? "intact" : Verb("encrypted"),
+                             isCheck ? "not intact" : "failed", operation_.list.Files());
         if (screen_.IsFull()) {
             screen_.AppendAlways("Textbox is full.\r\n");
             screen_.Halt();
@@ -103,6 +106,7 @@ class Driver {
         } else {
             screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ");
             if (isRegular && !MayBeDecrypted(item.inputPath, lengthBytes)) {
+                screen_.EndEntry(EntryKind::LeftAlone);
                 EndLine();
                 return;
             }
@@ -120,6 +124,7 @@ class Driver {
         std::string name = NameOf(path);
         const std::size_t characters = CharacterCount(name);
         if (characters < NameColumn) name.insert(0, NameColumn - characters, ' ');
+        screen_.BeginEntry();
         screen_.AppendToReport("  " + name);
     }
 
@@ -139,6 +144,7 @@ class Driver {
                               ? " cannot be written, so the operation ends here."
                               : " could not be written; another takes its place."));
         }
+        screen_.EndEntry(result.Kind());
         EndLine();
     }
 
@@ -184,8 +190,9 @@ class Driver {
             return true;
         }
         screen_.AppendToReport("skipped (file seems not encrypted)");
-        if (filesLeft_ > 0 && user.Ask(Question("Abort this " + Verb("encryption") + " operation?",
-                                                "Abort?")) == Answer::Yes) {
+        if (filesLeft_ > 0 &&
+            user.Ask(Question("Abort this " + Verb("encryption") + " operation?", "Abort?",
+                              BoxIcon::Question, Answer::No)) == Answer::Yes) {
             abandoned_ = true;
             screen_.Halt();
         }

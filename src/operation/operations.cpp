@@ -3,6 +3,7 @@
 #include "operation/file_listing.h"
 #include "operation/operation_run.h"
 #include "operation/reliability_test.h"
+#include "operation/report/file_saving.h"
 #include "setup/reliability_condition.h"
 
 #include <new>
@@ -141,6 +142,10 @@ void Operations::ViewReport() {
     } else {
         windows_->ShowReport();
     }
+}
+
+bool Operations::SaveReport() {
+    return zr5::SaveReport(machine_.fileSystem, machine_.random, machine_.user, screen_);
 }
 
 } // namespace zr5

@@ -53,6 +53,8 @@ class Operations {
     void RequestStopAtOnce();
     /// "View report screen".
     void ViewReport();
+    /// "Save report" of the report screen. Whether it was saved.
+    bool SaveReport();
 
     [[nodiscard]] ReportScreen& Screen() { return screen_; }
 

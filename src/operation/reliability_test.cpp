@@ -139,6 +139,7 @@ class ReliabilityTest {
         Line(std::to_string(files_.size()) + " test file" + (files_.size() == 1 ? "" : "s") +
              " in " + DisplayName(folder_));
         const std::string_view text = key.keyText.text();
+        if (KeyIsText(text)) screen_.WillHoldKey();
         Line(std::to_string(text.size()) + "-byte " +
              (KeyIsText(text) ? "text key: " + FromCodePage1252(text) : "non-text key"));
     }
@@ -201,12 +202,15 @@ class ReliabilityTest {
         for (const TestFile& file : files_)
             totalBytes += file.lengthBytes;
         screen_.BeginFiles(files_.size(), totalBytes);
+        screen_.BeginOutcome("identical", "not identical", files_.size());
     }
 
     /// False when the file was not given back as it was.
     bool Compare(const TestFile& file) {
         const std::string start = DisplayName(file.name) + ": ";
+        screen_.BeginEntry();
         if (WasLeftOutAsEmpty(file)) {
+            screen_.EndEntry(EntryKind::LeftAlone);
             Line(start + ComparisonText({CompareOutcome::FirstEmpty}));
             return true;
         }
@@ -216,9 +220,11 @@ class ReliabilityTest {
         const Comparison result = machine_.fileKit.compare_files(file.path, decrypted, progress);
         if (result.outcome == CompareOutcome::Identical) {
             ++compared_;
+            screen_.EndEntry(EntryKind::Success);
             Line(start + ComparisonText(result));
             return true;
         }
+        screen_.EndEntry(EntryKind::Failed);
         screen_.AppendAlways(start + ComparisonText(result) + "\r\n");
         keepsCopies_ = true; // they can tell what went wrong
         return false;
@@ -239,6 +245,7 @@ class ReliabilityTest {
     }
 
     void WriteFailure(const CurrentKey& key) {
+        screen_.WillHoldKey();
         std::string text = "\r\nReliability test failed.\r\nAscii values of bytes in key:";
         for (const std::byte byte : key.keyText.bytes())
             text += AfterText(std::to_integer<std::int64_t>(byte));

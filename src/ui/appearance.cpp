@@ -63,6 +63,22 @@ QIcon ProgramIcon() {
     return icon;
 }
 
+QColor Tint(Verdict verdict, const QPalette& palette) {
+    constexpr qreal Strength = 0.22;
+    const QColor ground = palette.color(QPalette::Active, QPalette::Base);
+    switch (verdict) {
+    case Verdict::None:
+        return palette.color(QPalette::Active, QPalette::Window);
+    case Verdict::Good:
+        return Mixed(QColor(0x2e, 0xa0, 0x4f), ground, Strength);
+    case Verdict::Attention:
+        return Mixed(QColor(0xe0, 0xa0, 0x10), ground, Strength);
+    case Verdict::Bad:
+        return Mixed(QColor(0xd8, 0x30, 0x30), ground, Strength);
+    }
+    return ground;
+}
+
 QPixmap KeyPicture(const QPalette& palette, bool held, qreal pixelRatio) {
     constexpr int Size = 32;
     QPixmap pixmap(qRound(Size * pixelRatio), qRound(Size * pixelRatio));

@@ -2,6 +2,9 @@
 
 // The looks that windows share: the program's icon, the key, colours and typefaces.
 
+#include "operation/report/run_outcome.h"
+
+#include <QColor>
 #include <QIcon>
 #include <QLabel>
 #include <QPalette>
@@ -14,6 +17,9 @@ namespace zr5 {
 
 /// A key, in the colour of text when one is held and pale when not.
 [[nodiscard]] QPixmap KeyPicture(const QPalette& palette, bool held, qreal pixelRatio);
+
+/// The ground, in a light or a dark palette, of what is said with such a verdict.
+[[nodiscard]] QColor Tint(Verdict verdict, const QPalette& palette);
 
 /// Gives the caption of a value less weight than the value, in a light or a dark palette.
 /// To be called again when the palette changes.

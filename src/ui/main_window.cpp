@@ -2,6 +2,7 @@
 
 #include "setup/identity.h"
 #include "ui/appearance.h"
+#include "ui/outcome_strip.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
@@ -90,6 +91,7 @@ MainWindow::MainWindow(const MainWindowParts& parts)
     Settle();
     ApplyPalette();
     RefreshKeyLabels();
+    ShowOutcome();
 }
 
 void MainWindow::SetUpClocks() {
@@ -139,8 +141,16 @@ void MainWindow::NoteDialogClosed() {
     deafClock_.start();
 }
 
+void MainWindow::ShowOutcome() {
+    const RunOutcome& outcome = parts_.operations.Screen().Outcome();
+    auto& strip = Find<OutcomeStrip>("fraOutcome");
+    strip.setVisible(outcome.HasBegun());
+    strip.ShowOutcome(outcome);
+}
+
 void MainWindow::OperationEnded() {
     Refresh();
+    ShowOutcome();
     if (!closeAfterRun_ || parts_.desk.OperationRunning()) return;
     closeAfterRun_ = false;
     close();

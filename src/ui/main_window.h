@@ -90,6 +90,7 @@ class MainWindow : public QWidget {
     void SetUpClocks();
     void Apply(MainWindowView view);
     void ApplyPalette();
+    void ShowOutcome();
     void ConnectTextBoxes();
     [[nodiscard]] QString ValueInForce(const QLineEdit& box) const;
     bool LeaveTextBox(QLineEdit& box);

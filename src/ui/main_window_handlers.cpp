@@ -2,7 +2,7 @@
 
 #include "files/specify_files.h"
 #include "operation/measure/byte_pair_picture.h"
-#include "operation/measure/picture_file.h"
+#include "operation/report/file_saving.h"
 #include "ui/graphic_window.h"
 #include "ui/inspect_key_window.h"
 #include "ui/key_dialogs.h"

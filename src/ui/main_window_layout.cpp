@@ -4,6 +4,7 @@
 
 #include "setup/identity.h"
 #include "ui/labels.h"
+#include "ui/outcome_strip.h"
 #include "ui/randomness_pane.h"
 #include "ui/widgets.h"
 
@@ -20,6 +21,8 @@ namespace {
 
 /// Added to the width that a caption needs.
 constexpr int ButtonPadding = 20;
+
+constexpr const char* OutcomeName = "fraOutcome";
 
 enum class Border { None, Panel };
 
@@ -175,7 +178,8 @@ QLayout* KeyStatus(QWidget* parent) {
     return row;
 }
 
-/// A column of buttons; an empty name is a gap, "/" takes the room that is left.
+/// A column of buttons, and how the last run went; an empty name is a gap, "/" takes the room that
+/// is left.
 QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<const char*> buttons) {
     QFrame* frame = Frame(name, parent, Border::Panel);
     KeepRoomWhenHidden(*frame);
@@ -185,6 +189,9 @@ QFrame* ButtonPane(const char* name, QWidget* parent, std::initializer_list<cons
             column->addSpacing(RowSpacing);
         } else if (button == "/") {
             column->addStretch(1);
+        } else if (button == OutcomeName) {
+            column->addWidget(
+                Named(new OutcomeStrip(OutcomeStrip::Wrapping::TwoLines, frame), button.data()));
         } else {
             column->addWidget(Button(button.data(), frame));
         }
@@ -198,8 +205,8 @@ QLayout* Panes(QWidget* parent) {
     for (QFrame* pane : std::initializer_list<QFrame*>{
              ButtonPane("fraMenu", parent,
                         {"cmdKeyFrom", "cmdDoIt", "cmdCheckFiles", "", "cmdRandomnessReport",
-                         "cmdReportScreen", "", "cmdSetup", "cmdHelp(0)", "cmdHelp(1)", "/",
-                         "cmdQuit"}),
+                         "cmdReportScreen", OutcomeName, "cmdSetup", "cmdHelp(0)", "cmdHelp(1)",
+                         "/", "cmdQuit"}),
              ButtonPane("fraSetup", parent,
                         {"cmdLoadSetup", "cmdSaveSetup", "cmdClearSetup", "", "cmdKeepSetup", "/"}),
              ButtonPane("fraSaveSetup", parent,

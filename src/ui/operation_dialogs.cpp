@@ -28,7 +28,9 @@ std::optional<int> OperationDialogs::AskForPerformances() {
 }
 
 void OperationDialogs::ShowReport() {
-    if (!report_) report_ = std::make_unique<ReportWindow>(operations_.Screen());
+    if (!report_)
+        report_ = std::make_unique<ReportWindow>(operations_.Screen(),
+                                                 [this] { return operations_.SaveReport(); });
     report_->ShowAtEnd();
 }
 

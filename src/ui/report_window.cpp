@@ -1,6 +1,9 @@
 #include "ui/report_window.h"
 
+#include "ui/find_bar.h"
 #include "ui/notices.h"
+#include "ui/outcome_strip.h"
+#include "ui/report_text_box.h"
 #include "ui/text_edges.h"
 #include "ui/widgets.h"
 
@@ -8,11 +11,7 @@
 #include <initializer_list>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFontDatabase>
 #include <QKeyEvent>
-#include <QPlainTextEdit>
-#include <QScrollBar>
-#include <QTextCursor>
 
 namespace zr5 {
 namespace {
@@ -20,16 +19,7 @@ namespace {
 constexpr int FlushIntervalMs = 50;
 constexpr int ClockIntervalMs = 1000;
 constexpr int FileBarWidth = 180;
-
-QPlainTextEdit* MakeText(QWidget* parent) {
-    auto* text = Named(new QPlainTextEdit(parent), "txbText");
-    text->setReadOnly(true);
-    text->setUndoRedoEnabled(false);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    text->document()->setDocumentMargin(FrameMargin);
-    return text;
-}
+constexpr int SaidForMs = 2500;
 
 /// As wide as the widest of its captions, so that nothing moves when the caption changes.
 QPushButton* MakeChangingButton(const char* name, std::initializer_list<std::string> captions,
@@ -47,10 +37,13 @@ QPushButton* MakeChangingButton(const char* name, std::initializer_list<std::str
 
 } // namespace
 
-ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
+ReportWindow::ReportWindow(ReportScreen& screen, std::function<bool()> save, QWidget* parent)
     : QDialog(parent),
       screen_(screen),
-      text_(MakeText(this)),
+      save_(std::move(save)),
+      outcome_(new OutcomeStrip(OutcomeStrip::Wrapping::OneLine, this)),
+      nextProblem_(MakeChangingButton("cmdNextProblem", {"Next problem"}, this)),
+      text_(new ReportTextBox(this)),
       pausedDone_(MakeLabel("lblPausedDone", {}, this)),
       time_(MakeLabel("lblTime", {}, this)),
       file_(MakeLabel("lblFile", {}, this)),
@@ -60,6 +53,8 @@ ReportWindow::ReportWindow(ReportScreen& screen, QWidget* parent)
       stop_(MakeChangingButton("cmdStop", {"Stop at next file", "Stop"}, this)),
       pauseContinue_(
           MakeChangingButton("cmdPauseContinue", {"Pause at next file", "Continue"}, this)),
+      said_(MakeLabel("lblSaid", {}, this)),
+      saveReport_(MakeChangingButton("cmdSaveReport", {"Save report"}, this)),
       copy_(MakeChangingButton("cmdCopyToClipboard",
                                {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)},
                                this)) {
@@ -81,12 +76,21 @@ void ReportWindow::LayOut() {
     operation->addWidget(wholeProgress_, 1);
     operation->addWidget(whole_);
     auto* column = MakeColumn(*this);
+    column->addLayout(OutcomeRow());
     column->addWidget(text_, 1);
+    column->addWidget(new FindBar(*text_, this));
     column->addLayout(operation);
     column->addLayout(status);
     column->addLayout(buttons);
     resize(820, 560);
     setMinimumSize(560, 320);
+}
+
+QLayout* ReportWindow::OutcomeRow() {
+    auto* row = MakeRow(RowSpacing);
+    row->addWidget(outcome_, 1);
+    row->addWidget(nextProblem_);
+    return row;
 }
 
 QLayout* ReportWindow::StatusRow() {
@@ -109,6 +113,8 @@ QLayout* ReportWindow::ButtonRow() {
     row->addWidget(pauseContinue_);
     row->addWidget(stop_);
     row->addStretch(1);
+    row->addWidget(said_);
+    row->addWidget(saveReport_);
     row->addWidget(copy_);
     row->addWidget(close);
     return row;
@@ -119,10 +125,13 @@ void ReportWindow::Connect() {
     connect(pauseContinue_, &QPushButton::clicked, this,
             [this] { screen_.PauseContinuePressed(); });
     connect(copy_, &QPushButton::clicked, this, [this] {
-        QString selected = text_->textCursor().selectedText();
-        selected.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
-        screen_.CopyPressed(FromQt(selected));
+        screen_.CopyPressed(text_->Selected());
+        Say(QStringLiteral("Copied"));
     });
+    connect(saveReport_, &QPushButton::clicked, this, [this] {
+        if (save_()) Say(QStringLiteral("Saved"));
+    });
+    connect(nextProblem_, &QPushButton::clicked, this, [this] { ShowNextProblem(); });
     connect(text_, &QPlainTextEdit::selectionChanged, this, [this] { ShowSelection(); });
 }
 
@@ -131,10 +140,14 @@ void ReportWindow::SetUpClocks() {
     clock_.setParent(this);
     clock_.setInterval(ClockIntervalMs);
     connect(&clock_, &QTimer::timeout, this, [this] { ShowTime(); });
+    saidTimer_.setSingleShot(true);
+    saidTimer_.setInterval(SaidForMs);
+    connect(&saidTimer_, &QTimer::timeout, said_, &QLabel::clear);
     flushTimer_.setSingleShot(true);
     flushTimer_.setInterval(FlushIntervalMs);
     connect(&flushTimer_, &QTimer::timeout, this, [this] {
-        FlushText();
+        text_->Flush(screen_.Problems());
+        ShowOutcome();
         ShowProgress();
     });
 }
@@ -145,12 +158,12 @@ ReportWindow::~ReportWindow() {
 }
 
 void ReportWindow::ShowAtEnd() {
-    FlushText();
+    text_->Flush(screen_.Problems());
     show();
     raise();
     activateWindow();
     text_->moveCursor(QTextCursor::End);
-    ScrollToEnd();
+    text_->ScrollToEnd();
 }
 
 void ReportWindow::ComeToFront() {
@@ -160,45 +173,16 @@ void ReportWindow::ComeToFront() {
 }
 
 void ReportWindow::TextReplaced() {
-    waiting_.clear();
-    text_->setPlainText(ToQt(screen_.text()));
-    text_->moveCursor(QTextCursor::End);
+    text_->Replace(screen_.text(), screen_.Problems());
 }
 
 void ReportWindow::TextAppended(std::string_view text) {
-    waiting_ += text;
+    text_->Append(text);
     if (!flushTimer_.isActive()) flushTimer_.start();
 }
 
 void ReportWindow::TextRemoved(std::string_view text) {
-    if (waiting_.ends_with(text)) {
-        waiting_.resize(waiting_.size() - text.size());
-        return;
-    }
-    FlushText();
-    QTextCursor cursor(text_->document());
-    cursor.movePosition(QTextCursor::End);
-    cursor.movePosition(QTextCursor::PreviousCharacter, QTextCursor::KeepAnchor,
-                        static_cast<int>(ToQt(text).size()));
-    cursor.removeSelectedText();
-}
-
-void ReportWindow::FlushText() {
-    if (waiting_.empty()) return;
-    QTextCursor cursor(text_->document());
-    cursor.movePosition(QTextCursor::End);
-    cursor.insertText(ToQt(waiting_));
-    waiting_.clear();
-    // What the user is selecting stays in view and selected.
-    if (!text_->textCursor().hasSelection()) {
-        text_->moveCursor(QTextCursor::End);
-        ScrollToEnd();
-    }
-}
-
-void ReportWindow::ScrollToEnd() {
-    text_->verticalScrollBar()->setValue(text_->verticalScrollBar()->maximum());
-    text_->horizontalScrollBar()->setValue(0);
+    text_->Remove(text);
 }
 
 void ReportWindow::StateChanged() {
@@ -207,7 +191,10 @@ void ReportWindow::StateChanged() {
     pauseContinue_->setText(ToQt(screen_.PauseCaption()));
     pauseContinue_->setEnabled(screen_.PauseEnabled());
     pausedDone_->setText(ToQt(screen_.PausedDoneText()));
+    saveReport_->setEnabled(screen_.MaySave());
     setWindowTitle(ToQt(screen_.Caption()));
+    const bool hasEnded = wasRunning_ && !screen_.IsRunning();
+    wasRunning_ = screen_.IsRunning();
     if (screen_.IsRunning()) {
         // Small files come by the thousand: progress is drawn as often as text.
         if (!flushTimer_.isActive()) flushTimer_.start();
@@ -215,14 +202,36 @@ void ReportWindow::StateChanged() {
             clock_.start();
             ShowTime();
         }
-        if (screen_.state() == ReportScreen::State::Paused) FlushText();
+        if (screen_.state() == ReportScreen::State::Paused) text_->Flush(screen_.Problems());
         return;
     }
     clock_.stop();
     ShowProgress();
-    FlushText();
+    text_->Flush(screen_.Problems());
+    ShowOutcome();
     ShowTime();
+    if (hasEnded) QApplication::alert(this);
     if (screen_.ClosesNow()) reject();
+}
+
+void ReportWindow::ShowOutcome() {
+    outcome_->setVisible(screen_.ShowsOutcome());
+    nextProblem_->setVisible(screen_.ShowsOutcome());
+    nextProblem_->setEnabled(!screen_.Problems().empty());
+    outcome_->ShowOutcome(screen_.Outcome());
+}
+
+void ReportWindow::Say(const QString& word) {
+    said_->setText(word);
+    saidTimer_.start();
+}
+
+void ReportWindow::ShowNextProblem() {
+    const ReportEntry* entry =
+        screen_.NextProblem(static_cast<std::size_t>(text_->textCursor().blockNumber()));
+    if (entry == nullptr) return;
+    text_->Flush(screen_.Problems());
+    text_->ShowEntry(*entry);
 }
 
 void ReportWindow::ShowProgress() {
@@ -265,7 +274,7 @@ void ReportWindow::ShowSelection() {
 }
 
 void ReportWindow::ShowPurgeWarning(PurgeWarning& warning, const std::string& path) {
-    FlushText();
+    text_->Flush(screen_.Problems());
     ShowProgress();
     PurgeWarningWindow(warning, path, this).exec();
 }
@@ -281,10 +290,12 @@ void ReportWindow::keyPressEvent(QKeyEvent* event) {
         button->click();
         return;
     }
+    // A slip must not end a run.
+    if (event->key() == Qt::Key_Escape && screen_.IsRunning()) return;
     QDialog::keyPressEvent(event);
 }
 
-/// Every way of closing comes here: the button, Escape and the window's frame.
+/// Every way of closing comes here: the button, the window's frame, and after a run Escape.
 void ReportWindow::reject() {
     if (screen_.MayClose()) QDialog::reject();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-// `frmReport`: shows the report screen. Holds no rule; it only gathers what is appended, so that
-// ten thousand entries do not cost ten thousand repaints.
+// `frmReport`: shows the report screen. Holds no rule.
 
 #include "operation/report/report_screen.h"
 
+#include <functional>
 #include <QDialog>
 #include <QTimer>
 #include <string>
@@ -12,16 +12,18 @@
 
 class QLabel;
 class QLayout;
-class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 
 namespace zr5 {
 
+class OutcomeStrip;
+class ReportTextBox;
+
 class ReportWindow : public QDialog, public ReportView {
   public:
-    /// `screen` outlives the window.
-    explicit ReportWindow(ReportScreen& screen, QWidget* parent = nullptr);
+    /// `screen` outlives the window. `save` saves the report and says whether it did.
+    ReportWindow(ReportScreen& screen, std::function<bool()> save, QWidget* parent = nullptr);
     ~ReportWindow() override;
 
     /// Opens the window, or brings it to the front, with the end of the text in view.
@@ -43,20 +45,26 @@ class ReportWindow : public QDialog, public ReportView {
 
   private:
     void LayOut();
+    QLayout* OutcomeRow();
     QLayout* StatusRow();
     QLayout* ButtonRow();
     void Connect();
     void SetUpClocks();
-    void FlushText();
-    void ScrollToEnd();
     void ShowSelection();
     void ShowTime();
     void ShowProgress();
+    void ShowOutcome();
+    void ShowNextProblem();
+    /// A word for a moment.
+    void Say(const QString& word);
     void NameFile();
     void NameWhole();
 
     ReportScreen& screen_;
-    QPlainTextEdit* text_;
+    std::function<bool()> save_;
+    OutcomeStrip* outcome_;
+    QPushButton* nextProblem_;
+    ReportTextBox* text_;
     QLabel* pausedDone_;
     QLabel* time_;
     QLabel* file_;
@@ -65,10 +73,13 @@ class ReportWindow : public QDialog, public ReportView {
     QProgressBar* wholeProgress_;
     QPushButton* stop_;
     QPushButton* pauseContinue_;
+    QLabel* said_;
+    QPushButton* saveReport_;
     QPushButton* copy_;
     QTimer clock_;
     QTimer flushTimer_;
-    std::string waiting_; ///< appended, but not yet in the text box
+    QTimer saidTimer_;
+    bool wasRunning_ = false;
 };
 
 } // namespace zr5

@@ -99,6 +99,12 @@ TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndChecksItAndBack) {
     for (const char* part : {"bytes   One block expansion error", "bytes   intact\n",
                              "Number of files intact: 5\nNumber of files damaged: 1\n"})
         EXPECT_NE(checked.find(part), std::string::npos) << part << checked;
+    EXPECT_EQ(Label("lblOutcome"), "5 intact · 1 left alone · 1 not intact");
+    QWidget& window = *TopWindow("frmReport");
+    Press(window, "cmdNextProblem");
+    auto& text = Control<QPlainTextEdit>(window, "txbText");
+    EXPECT_TRUE(text.textCursor().selectedText().startsWith("         a.odg")) << "it is selected";
+    EXPECT_NE(text.textCursor().blockFormat().background(), QBrush()) << "and tinted";
     folder.Write("a.odg", encrypted);
     TypeKey("another key of the user");
     EXPECT_NE(ReportAfter("cmdCheckFiles").find("with this key: 6\n"), std::string::npos);

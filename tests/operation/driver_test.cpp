@@ -157,6 +157,7 @@ TEST_F(Anomaly, SkipsTheFileAndAsksWhetherToAbortUnlessItIsTheLast) {
     user.Expect(question, Answer::No);
     EXPECT_EQ(Entries(), "             a 4,096 bytes   skipped (file seems not encrypted)\r\n");
     EXPECT_TRUE(engine.calls.empty());
+    EXPECT_EQ(screen.Outcome().Text(), "0 decrypted · 1 left alone");
     Add("b");
     for (const Answer abort : {Answer::Yes, Answer::No}) {
         user.Expect(question, Answer::No);
@@ -194,6 +195,7 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
     };
     static_cast<void>(Run());
     EXPECT_EQ(totals.filesProcessed, 2U);
+    EXPECT_EQ(screen.Outcome().Text(), "2 encrypted · 1 not begun");
     EXPECT_EQ(folder.Read("c"), "abc");
 }
 

@@ -2,10 +2,10 @@
 // pairs of bytes.
 
 #include "operation/measure/byte_pair_picture.h"
-#include "operation/measure/picture_file.h"
 #include "operation/measure/randomness_of_pattern.h"
 #include "operation/measure/randomness_report.h"
 #include "operation/operation_fixture.h"
+#include "operation/report/file_saving.h"
 
 #include <cmath>
 #include <filesystem>
@@ -283,6 +283,24 @@ TEST_F(Picture, IsSavedWithAnExtensionNeverOverItsFileAndOverAnotherOnlyWhenTold
     disk.Fail(FsCall::Flush, 1);
     refuses("flush.png", "was not written.");
     EXPECT_EQ(folder.Names(), names) << "nothing is left of it";
+}
+
+TEST_F(Picture, IsNotTheOnlyThingSavedSoIsAReportWithAWarningWhereItHoldsAKey) {
+    ReportScreen screen(user, clock);
+    screen.BeginRun(Purpose::Encrypt);
+    screen.AppendToReport("one\r\nGr\u00fc\u00dfe");
+    user.ExpectFile("Save report", folder / "report");
+    EXPECT_TRUE(SaveReport(disk, random, user, screen));
+    EXPECT_EQ(folder.Read("report.txt"), "one\nGr\u00fc\u00dfe");
+    EXPECT_EQ(std::filesystem::status(folder / "report.txt").permissions(),
+              std::filesystem::perms(0600));
+    screen.WillHoldKey();
+    user.Expect("Save report",
+                "This report holds a key: whoever can read the saved file can read the key."
+                "\r\n\r\nDo you wish to save it all the same?",
+                Answer::No);
+    EXPECT_FALSE(SaveReport(disk, random, user, screen));
+    EXPECT_EQ(folder.Names().size(), 1U);
 }
 
 } // namespace

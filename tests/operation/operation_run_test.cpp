@@ -306,6 +306,46 @@ TEST_F(ReportScreenTest, ShowsHowFarItIsWithTheCurrentFileAndWithoutPauses) {
     EXPECT_EQ(screen.Progress().Fraction(), 0.5);
 }
 
+TEST_F(ReportScreenTest, TellsHowItWentAndLeadsFromProblemToProblem) {
+    const auto went = [this] { return screen.Outcome().Text(); };
+    const auto add = [this](EntryKind kind, const char* words) {
+        screen.BeginEntry();
+        screen.AppendToReport(words);
+        screen.EndEntry(kind);
+        screen.AppendToReport("\r\n");
+    };
+    screen.BeginRun(Purpose::Encrypt);
+    EXPECT_FALSE(screen.ShowsOutcome());
+    screen.BeginOutcome("encrypted", "failed", 6);
+    add(EntryKind::Success, "a");
+    EXPECT_EQ(screen.Outcome().GetVerdict(), Verdict::None) << "not before the end";
+    EXPECT_EQ(screen.NextProblem(0), nullptr);
+    add(EntryKind::Failed, "b\r\nfor this reason");
+    add(EntryKind::LeftOut, "c");
+    add(EntryKind::LeftAlone, "d");
+    add(EntryKind::Warned, "e");
+    EXPECT_EQ(went(), "2 encrypted (1 with a warning) · 1 left out · 1 left alone · 1 failed");
+    for (const auto& [from, line, lines] : {std::tuple{0U, 1U, 2U}, {1U, 4U, 1U}, {5U, 1U, 2U}}) {
+        EXPECT_EQ(screen.NextProblem(from)->firstLine, line);
+        EXPECT_EQ(screen.NextProblem(from)->lines, lines);
+    }
+    screen.Halt();
+    screen.EndRun();
+    EXPECT_TRUE(went().ends_with(" · 1 failed · 1 not begun"));
+    EXPECT_EQ(screen.Caption(), "Report: " + went());
+    EXPECT_EQ(screen.Outcome().GetVerdict(), Verdict::Bad);
+    screen.BeginRun(Purpose::Encrypt); // a listing, say
+    EXPECT_FALSE(screen.ShowsOutcome());
+    EXPECT_TRUE(went().starts_with("2 encrypted")) << "the main window still tells it";
+    add(EntryKind::Failed, "f");
+    screen.AppendToReport(std::string(1000, 'x'));
+    user.Expect(ReportFullQuestion(), Answer::Yes);
+    screen.ReportBufferFull();
+    ASSERT_NE(screen.NextProblem(0), nullptr) << "it stands before what was cut off";
+    add(EntryKind::Failed, "g");
+    EXPECT_EQ(screen.Problems().size(), 1U) << "one without an entry leads nowhere";
+}
+
 TEST_F(ReportScreenTest, CopiesTheSelectionOrElseEverything) {
     screen.AppendToReport("one\r\ntwo");
     for (const auto& [selected, copied] : {std::pair{"two", "two"}, {"", "one\r\ntwo"}}) {

@@ -167,6 +167,26 @@ FileResult FileResult::OfEngine(EngineResult result, std::string outputPath) {
     return {succeeded ? Outcome::Done : Outcome::EngineFailed, result, std::move(outputPath)};
 }
 
+EntryKind FileResult::Kind() const {
+    switch (outcome) {
+    case Outcome::Done:
+    case Outcome::Intact:
+        return remark == Remark::None ? EntryKind::Success : EntryKind::Warned;
+    case Outcome::IsExecutable:
+    case Outcome::IsKeyfile:
+    case Outcome::IsEmpty:
+    case Outcome::IsTooSmall:
+    case Outcome::IsExcludedType:
+        return EntryKind::LeftAlone;
+    case Outcome::NoTemporaryName:
+    case Outcome::NotRenamed: // the input is still what it was
+    case Outcome::NotRenamedOnFloppy:
+    case Outcome::EngineFailed:
+        break;
+    }
+    return EntryKind::Failed;
+}
+
 bool FileResult::IsProcessed() const {
     return outcome == Outcome::Done || outcome == Outcome::NotRenamed ||
            outcome == Outcome::NotRenamedOnFloppy;

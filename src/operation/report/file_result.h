@@ -3,6 +3,7 @@
 // What became of one file of an operation, and the words for it in the report.
 
 #include "libs/cipher/cipher_engine.h"
+#include "operation/report/run_outcome.h"
 
 #include <cstdint>
 #include <string>
@@ -60,6 +61,7 @@ struct FileResult {
 
     /// Done, or failed as `result` says.
     [[nodiscard]] static FileResult OfEngine(EngineResult result, std::string outputPath);
+    [[nodiscard]] EntryKind Kind() const;
     /// Whether a complete result is there.
     [[nodiscard]] bool IsProcessed() const;
     /// Whether `ResultText` names `outputPath`.

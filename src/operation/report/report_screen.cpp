@@ -3,10 +3,11 @@
 #include "setup/wording.h"
 #include "util/numbers.h"
 
+#include <algorithm>
+
 namespace zr5 {
 namespace {
 
-/// So much is cut off a full text that the closing words find room.
 constexpr std::size_t CutWhenFull = 500;
 
 } // namespace
@@ -39,7 +40,8 @@ void ReportScreen::SetView(ReportView* view) {
 }
 
 std::string ReportScreen::StopCaption() const {
-    return stopRequested_ || state_ == State::Paused ? "Stop" : "Stop at next file";
+    const bool isShort = IsRunning() && (stopRequested_ || state_ == State::Paused);
+    return isShort ? "Stop" : "Stop at next file";
 }
 
 std::string ReportScreen::PauseCaption() const {
@@ -101,6 +103,8 @@ void ReportScreen::BeginRun(Purpose purpose) {
     perFileReportingOff_ = false;
     closesAfterRun_ = false;
     progress_ = {};
+    showsOutcome_ = holdsKey_ = false;
+    problems_.clear();
     time_.Start();
     if (view_ != nullptr) view_->TextReplaced();
     SetState(State::Running);
@@ -110,6 +114,10 @@ void ReportScreen::EndRun() {
     time_.Stop();
     pauseRequested_ = false;
     progress_ = {};
+    if (showsOutcome_) {
+        outcome_.End();
+        caption_ = "Report: " + outcome_.Text();
+    }
     SetState(stopRequested_ ? State::Stopped : State::Done);
 }
 
@@ -132,9 +140,17 @@ void ReportScreen::RemoveFromReport(std::string_view suffix) {
     if (text_.RemoveSuffix(suffix) && view_ != nullptr) view_->TextRemoved(suffix);
 }
 
-void ReportScreen::ReportBufferFull() {
+/// So that the closing words find room.
+void ReportScreen::CutText() {
     text_.CutCharacters(CutWhenFull);
+    std::erase_if(problems_, [end = text_.LineEnds()](const ReportEntry& entry) {
+        return entry.firstLine + entry.lines > end;
+    });
     if (view_ != nullptr) view_->TextReplaced();
+}
+
+void ReportScreen::ReportBufferFull() {
+    CutText();
     const Answer answer = user_.Ask(
         Question("The output report buffer has been filled, so this report cannot continue.\r\n"
                  "The operation, however, may continue, but without report of results for "
@@ -156,8 +172,7 @@ void ReportScreen::ReportBufferFull() {
 }
 
 void ReportScreen::RandomnessBufferFull() {
-    text_.CutCharacters(CutWhenFull);
-    if (view_ != nullptr) view_->TextReplaced();
+    CutText();
     user_.Ask(Notice("The output report buffer has been filled.\r\n"
                      "This randomness report cannot continue and will now terminate.",
                      "Report buffer full", BoxIcon::Exclamation));
@@ -180,6 +195,25 @@ void ReportScreen::BeginFiles(std::uint64_t files, std::uint64_t totalBytes) {
     progress_ = {.files = files, .totalBytes = totalBytes, .file = {}};
     workedBeforeFiles_ = time_.Worked();
     NotifyState();
+}
+
+void ReportScreen::BeginOutcome(std::string success, std::string failure, std::uint64_t files) {
+    outcome_.Begin(std::move(success), std::move(failure), files);
+    showsOutcome_ = true;
+    NotifyState();
+}
+
+void ReportScreen::EndEntry(EntryKind kind) {
+    outcome_.Count(kind);
+    const bool asksForALook = kind != EntryKind::Success && kind != EntryKind::LeftOut;
+    if (!asksForALook || perFileReportingOff_) return;
+    problems_.push_back({entryLine_, text_.LineEnds() - entryLine_ + 1, kind});
+}
+
+const ReportEntry* ReportScreen::NextProblem(std::size_t line) const {
+    if (problems_.empty()) return nullptr;
+    const auto next = std::ranges::upper_bound(problems_, line, {}, &ReportEntry::firstLine);
+    return &(next == problems_.end() ? problems_.front() : *next);
 }
 
 void ReportScreen::BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes) {

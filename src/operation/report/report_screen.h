@@ -7,6 +7,7 @@
 #include "operation/report/extension_warnings.h"
 #include "operation/report/operation_progress.h"
 #include "operation/report/report_text.h"
+#include "operation/report/run_outcome.h"
 #include "setup/wording.h"
 #include "util/user_port.h"
 
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zr5 {
 
@@ -65,7 +67,18 @@ class ReportScreen {
     /// No files while no operation runs.
     [[nodiscard]] const OperationProgress& Progress() const { return progress_; }
     [[nodiscard]] std::string ProgressText() const;
-    /// The caption of the window: "Report", or how many files were counted.
+    /// How the last operation goes or went; kept until the next one.
+    [[nodiscard]] const RunOutcome& Outcome() const { return outcome_; }
+    /// Whether that operation is what the report is about.
+    [[nodiscard]] bool ShowsOutcome() const { return showsOutcome_; }
+    /// Whether a key stands in the text.
+    [[nodiscard]] bool HoldsKey() const { return holdsKey_; }
+    [[nodiscard]] bool MaySave() const { return !IsRunning() && !IsEmpty(); }
+    /// The entries that were no success, and not left out as the user had asked.
+    [[nodiscard]] const std::vector<ReportEntry>& Problems() const { return problems_; }
+    /// The first of them that begins after `line`, or else the first; null when there is none.
+    [[nodiscard]] const ReportEntry* NextProblem(std::size_t line) const;
+    /// The caption of the window: "Report", how many files were counted, or how it ended.
     [[nodiscard]] const std::string& Caption() const { return caption_; }
 
     // What the user does.
@@ -87,6 +100,8 @@ class ReportScreen {
     void Halt();
     /// Unless reporting of single files is off, appends `text` as it stands; line ends are CR LF.
     void AppendToReport(std::string_view text);
+    /// What is appended next tells a key.
+    void WillHoldKey() { holdsKey_ = true; }
     /// Appends whatever else is switched off: for headings and the closing summary.
     void AppendAlways(std::string_view text);
     void RemoveFromReport(std::string_view suffix);
@@ -105,6 +120,11 @@ class ReportScreen {
     /// The operation, or a part of it, is about so many files and bytes; the time left is told of
     /// that.
     void BeginFiles(std::uint64_t files, std::uint64_t totalBytes);
+    /// As BeginFiles, for files whose results are counted: see RunOutcome::Begin.
+    void BeginOutcome(std::string success, std::string failure, std::uint64_t files);
+    /// The lines of a file begin here, and end with the last one so far.
+    void BeginEntry() { entryLine_ = text_.LineEnds(); }
+    void EndEntry(EntryKind kind);
     void BeginFile(std::string displayName, std::uint64_t lengthBytes, unsigned passes);
     /// Shows how far the current pass over the file has come, and lets the interface react. Valid
     /// as long as the screen is.
@@ -119,6 +139,7 @@ class ReportScreen {
   private:
     void SetState(State state);
     void NotifyState();
+    void CutText();
 
     UserPort& user_;
     ReportView* view_ = nullptr;
@@ -133,6 +154,11 @@ class ReportScreen {
     RunClock time_;
     std::chrono::milliseconds workedBeforeFiles_{0};
     OperationProgress progress_;
+    RunOutcome outcome_;
+    bool showsOutcome_ = false;
+    bool holdsKey_ = false;
+    std::size_t entryLine_ = 0;
+    std::vector<ReportEntry> problems_;
     std::string caption_ = "Report";
 };
 

@@ -2,6 +2,8 @@
 
 #include "util/text.h"
 
+#include <algorithm>
+
 namespace zr5 {
 namespace {
 
@@ -9,22 +11,28 @@ bool BeginsCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80;
 }
 
+std::size_t LineEndsIn(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::count(text, '\n'));
+}
+
 } // namespace
 
 void ReportText::Clear() {
     text_.clear();
-    characters_ = 0;
+    characters_ = lineEnds_ = 0;
 }
 
 void ReportText::Append(std::string_view text) {
     text_ += text;
     characters_ += CharacterCount(text);
+    lineEnds_ += LineEndsIn(text);
 }
 
 bool ReportText::RemoveSuffix(std::string_view suffix) {
     if (!text_.ends_with(suffix)) return false;
     text_.resize(text_.size() - suffix.size());
     characters_ -= CharacterCount(suffix);
+    lineEnds_ -= LineEndsIn(suffix);
     return true;
 }
 
@@ -36,6 +44,7 @@ void ReportText::CutCharacters(std::size_t count) {
         } while (end != 0 && !BeginsCharacter(text_[end]));
         --characters_;
     }
+    lineEnds_ -= LineEndsIn(std::string_view(text_).substr(end));
     text_.resize(end);
 }
 

@@ -25,11 +25,14 @@ class ReportText {
     [[nodiscard]] bool IsEmpty() const { return text_.empty(); }
     /// Characters (code points), line ends counting two.
     [[nodiscard]] std::size_t Characters() const { return characters_; }
+    /// Line ends so far, which is also the number of the line at the end, counted from 0.
+    [[nodiscard]] std::size_t LineEnds() const { return lineEnds_; }
     [[nodiscard]] bool IsFull() const { return characters_ >= capacity_; }
 
   private:
     std::string text_;
     std::size_t characters_ = 0;
+    std::size_t lineEnds_ = 0;
     std::size_t capacity_;
 };
 
