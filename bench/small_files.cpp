@@ -116,7 +116,7 @@ bool RunProgram(const std::string& folder, std::size_t count, Figures& figures) 
     QtUserPort user;
     Machine machine{user, *disk, *engine, *kit, clock, random, "/proc/self/exe", folder + "-"};
     ReportScreen screen(user, clock);
-    ReportWindow window(screen);
+    ReportWindow window(screen, [] { return false; });
     CurrentKey key;
     key.keyText = SecretBytes::CopyOf(std::string_view("CORRECTHORSEBATTERYSTAPLE"));
     key.keyState = KeyState::Keyboard;
