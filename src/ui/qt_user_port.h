@@ -16,7 +16,7 @@ namespace zr5 {
 
 /// Boxes and pickers belong to the window that is active when they open. From the making of it on
 /// the toolkit keeps no settings of this user, so that no picker leaves a trace.
-class QtUserPort final : public UserPort {
+class QtUserPort : public UserPort {
   public:
     QtUserPort();
     ~QtUserPort() override;
