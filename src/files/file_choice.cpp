@@ -1,6 +1,7 @@
 #include "files/file_choice.h"
 
 #include "files/forbidden_folder.h"
+#include "files/seen_search.h"
 #include "setup/wording.h"
 #include "util/chosen_file.h"
 #include "util/display.h"
@@ -150,18 +151,14 @@ void FolderChoice::ChooseInput(const std::string& buttonCaption, const StopAsked
         machine_.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
         return;
     }
-    ConsiderateVisitor visitor(machine_.user, stopped);
-    const WalkResult found = WalkFolder(
-        machine_,
-        {.folder = folder, .pattern = AllFilesPattern, .withSubfolders = true, .limit = 1},
-        visitor);
-    if (found.files > 0) {
-        desk_.SetInputFolder(folder);
-    } else if (!found.cutShort) {
-        machine_.user.Ask(
-            Notice(DisplayName(folder) + " contains no files." + UnreadableNote(found), "No files",
-                   BoxIcon::Information));
-    }
+    const WalkRequest request{.folder = folder, .pattern = AllFilesPattern, .withSubfolders = true};
+    const WalkResult found = SearchForOneFile(machine_, request, stopped);
+    if (stopped()) return;
+    if (found.files > 0) return desk_.SetInputFolder(folder);
+    const std::string text =
+        found.wasStopped ? NothingFoundYetText(request, found)
+                         : DisplayName(folder) + " contains no files." + UnreadableNote(found);
+    machine_.user.Ask(Notice(text, "No files", BoxIcon::Information));
 }
 
 } // namespace zr5

@@ -60,7 +60,7 @@ class FolderChoice {
 
     /// `buttonCaption` is the title of the box that refuses a forbidden folder, or what is no
     /// folder or not there. A cancelled picker or a refusal changes nothing, and neither does a
-    /// search for files that `stopped` ends.
+    /// search for files that the user stops, which a box tells, or that `stopped` ends.
     void ChooseInput(const std::string& buttonCaption, const StopAsked& stopped);
 
   private:

@@ -5,16 +5,21 @@
 #include "util/paths.h"
 
 #include <algorithm>
+#include <chrono>
 #include <set>
 #include <utility>
 
 namespace zr5 {
 namespace {
 
+/// While a folder is read, the visitor is asked so often.
+constexpr std::chrono::milliseconds AskedEvery{20};
+
 class Walk {
   public:
     Walk(const Machine& machine, const WalkRequest& request, WalkVisitor& visitor)
         : fileSystem_(machine.fileSystem),
+          clock_(machine.clock),
           request_(request),
           visitor_(visitor),
           forbidden_(machine) {}
@@ -30,6 +35,7 @@ class Walk {
             visitor_.MeetProhibitedFolder(request_.folder);
         } else {
             static_cast<void>(Enter(request_.folder, judged));
+            if (examined_ > 0) result_.subfolders = examined_ - 1; // one is the input folder
         }
         return result_;
     }
@@ -41,7 +47,9 @@ class Walk {
         // A folder can be met twice where it is mounted a second time.
         const auto identity = fileSystem_.IdentityOf(canonical);
         if (identity && !entered_.insert({identity->device, identity->inode}).second) return true;
-        auto entries = fileSystem_.ListFolder(canonical);
+        auto entries = fileSystem_.ListFolder(canonical, [this] { return ReadsOn(); });
+        if (result_.wasStopped) return false;
+        ++examined_;
         if (!entries) {
             PassBy(folder);
             return true;
@@ -52,6 +60,20 @@ class Walk {
                               static_cast<std::uint64_t>(files),
                               entries->size() - static_cast<std::size_t>(files)});
         return TakeFiles(folder, *entries) && EnterSubfolders(folder, canonical, *entries);
+    }
+
+    [[nodiscard]] bool GoesOn() {
+        result_.wasStopped = !visitor_.GoesOn();
+        result_.cutShort = result_.wasStopped;
+        return !result_.wasStopped;
+    }
+
+    /// Asked for every entry of a folder, of which there may be very many.
+    [[nodiscard]] bool ReadsOn() {
+        if (clock_.Now() - lastAsked_ < AskedEvery) return true;
+        const bool goesOn = GoesOn();
+        lastAsked_ = clock_.Now();
+        return goesOn;
     }
 
     void PassBy(const std::string& unreadableFolder) {
@@ -75,11 +97,11 @@ class Walk {
                 }
             }
             visitor_.MeetFile(path);
-            const bool full = request_.limit != 0 && result_.files == request_.limit;
-            if (full || !visitor_.GoesOn()) {
+            if (request_.limit != 0 && result_.files == request_.limit) {
                 result_.cutShort = true;
                 return false;
             }
+            if (!GoesOn()) return false;
         }
         return true;
     }
@@ -95,21 +117,19 @@ class Walk {
                 visitor_.MeetProhibitedFolder(path);
                 continue;
             }
-            ++result_.subfolders;
-            if (!visitor_.GoesOn()) {
-                result_.cutShort = true;
-                return false;
-            }
-            if (!Enter(path, canonicalPath)) return false;
+            if (!GoesOn() || !Enter(path, canonicalPath)) return false;
         }
         return true;
     }
 
     FileSystem& fileSystem_;
+    const Clock& clock_;
     const WalkRequest& request_;
     WalkVisitor& visitor_;
     ForbiddenFolders forbidden_;
     WalkResult result_;
+    std::uint64_t examined_ = 0;
+    std::chrono::milliseconds lastAsked_ = clock_.Now();
     std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };
 

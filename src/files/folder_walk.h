@@ -24,9 +24,10 @@ struct WalkRequest {
 struct WalkResult {
     std::uint64_t files = 0;
     std::uint64_t totalBytes = 0; ///< of the files whose length could be read, if asked for
-    std::uint64_t subfolders = 0; ///< examined
+    std::uint64_t subfolders = 0; ///< examined; one whose reading was ended is not
     std::uint64_t unreadable = 0; ///< folders, the input folder included, that cannot be read
     bool cutShort = false;        ///< by the limit or by the visitor
+    bool wasStopped = false;      ///< by the visitor: there may be more than was counted
 };
 
 /// A folder that a walk has entered.
@@ -45,7 +46,8 @@ class WalkVisitor {
     virtual void MeetProhibitedFolder(const std::string& /*path*/) {}
     virtual void MeetUnreadableFolder(const std::string& /*path*/) {}
     virtual void MeetFile(const std::string& /*path*/) {}
-    /// Asked after each file and folder; false ends the walk.
+    /// Asked after each file and folder, and now and then while a long folder is read; false ends
+    /// the walk.
     [[nodiscard]] virtual bool GoesOn() { return true; }
 };
 

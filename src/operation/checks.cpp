@@ -50,7 +50,7 @@ std::string TooManyText(const OperationSetup& setup, std::uint64_t files) {
 
 bool CanBeRead(FileSystem& fileSystem, const std::string& folder) {
     const auto canonical = fileSystem.CanonicalPath(folder);
-    return canonical && fileSystem.ListFolder(*canonical);
+    return canonical && fileSystem.ListFolder(*canonical, {});
 }
 
 std::optional<MessageBox> ProblemWithCount(const OperationSetup& setup, Machine& machine,
@@ -160,7 +160,7 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
     Consent consent{.replaceable = {},
                     .inputFolder = machine.fileSystem.IdentityOf(setup.Folder[InputSide])};
     const FileCount count = CountFiles(setup, machine, stopped);
-    if (stopped()) return std::nullopt;
+    if (count.wasStopped || stopped()) return std::nullopt;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
     if (const auto problem = ProblemWithKeyOrOutput(setup, key)) return refuse(*problem);
     if (setup.OutputMode == OutputTarget::SeparateOutput) {

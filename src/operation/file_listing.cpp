@@ -1,6 +1,7 @@
 #include "operation/file_listing.h"
 
 #include "files/forbidden_folder.h"
+#include "files/seen_search.h"
 #include "operation/report/extension_warnings.h"
 #include "operation/work_list.h"
 #include "setup/wording.h"
@@ -67,19 +68,12 @@ class ListingVisitor : public ConsiderateVisitor {
     std::uint64_t files_ = 0;
 };
 
-std::string NoFilesText(const OperationSetup& setup, const WalkResult& found) {
-    const std::string pattern = setup.EffectivePattern();
-    const std::string suffix = pattern == AllFilesPattern ? "" : " " + DisplayName(pattern);
-    const std::string folder = DisplayName(setup.Folder[InputSide]);
-    if (setup.IncludeSubfolders() && found.cutShort) {
-        const std::string number = std::to_string(found.subfolders);
-        return number + " subfolders of " + folder + " were checked\r\nand there are no files" +
-               suffix + "\r\nin this folder or any of these " + number +
-               " subfolders\r\n(but perhaps in others).";
-    }
-    return "There are no files" + suffix + "\r\nin folder " + folder +
-           (setup.IncludeSubfolders() ? "\r\nor any of its subfolders." : "") +
-           UnreadableNote(found);
+std::string NoFilesText(const WalkRequest& request, const WalkResult& found) {
+    if (found.wasStopped) return NothingFoundYetText(request, found);
+    const std::string suffix =
+        request.pattern == AllFilesPattern ? "" : " " + DisplayName(request.pattern);
+    return "There are no files" + suffix + "\r\nin folder " + DisplayName(request.folder) +
+           (request.withSubfolders ? "\r\nor any of its subfolders." : "") + UnreadableNote(found);
 }
 
 } // namespace
@@ -102,19 +96,20 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
         machine.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
         return;
     }
-    ConsiderateVisitor first(machine.user, stopped); // only as far as the first file
-    const WalkResult found = WalkFolder(machine, WalkRequestFor(setup, 1), first);
+    const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
+    const WalkRequest request = WalkRequestFor(setup, maximum + 1);
+    const WalkResult found = SearchForOneFile(machine, request, stopped);
+    if (stopped()) return;
     if (found.files == 0) {
-        machine.user.Ask(Notice(NoFilesText(setup, found), buttonCaption, BoxIcon::Information));
+        machine.user.Ask(Notice(NoFilesText(request, found), buttonCaption, BoxIcon::Information));
         return;
     }
     show();
     screen.BeginRun(PurposeOf(setup));
     screen.AppendToReport("Files to be " + VerbForm(setup.Operation, "encrypted") + "\r\n");
-    const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
     const StopAsked screenStopped = [&screen] { return screen.StopRequested(); };
     ListingVisitor visitor(machine, screen, maximum, screenStopped);
-    const WalkResult listed = WalkFolder(machine, WalkRequestFor(setup, maximum + 1), visitor);
+    const WalkResult listed = WalkFolder(machine, request, visitor);
     if (screen.IsFull()) {
         machine.user.Ask(TextboxFullBox());
     }

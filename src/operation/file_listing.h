@@ -11,8 +11,9 @@
 namespace zr5 {
 
 /// Lists the files of a folder operation until the maximum, or until the user stops it. When
-/// there is none, or `stopped` ends the search for a first one, a box with the title
+/// there is none, or the user stops the search for a first one, a box with the title
 /// `buttonCaption` says so and nothing is listed; otherwise `show` opens the report screen first.
+/// Where `stopped` ends that search, nothing is said.
 void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
                const std::string& buttonCaption, const StopAsked& stopped,
                const std::function<void()>& show);

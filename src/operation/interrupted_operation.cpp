@@ -3,8 +3,8 @@
 #include "operation/file_work.h"
 #include "util/display.h"
 #include "util/paths.h"
+#include "util/work_shown.h"
 
-#include <chrono>
 #include <span>
 #include <vector>
 
@@ -28,34 +28,23 @@ bool BeginsWith(FileSystem& fileSystem, const std::string& path, const std::stri
            head == std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
-/// Shows how far the work on a file is once somebody may wonder why the program does not answer.
-class WorkShown {
+/// Shows how far the work on a file is.
+class MendingShown {
   public:
-    WorkShown(const Machine& machine, const JournalRecord& record)
-        : machine_(machine),
-          text_("An interrupted operation is being put in order:\r\n\r\n" +
+    MendingShown(const Machine& machine, const JournalRecord& record)
+        : text_("An interrupted operation is being put in order:\r\n\r\n" +
                 DisplayName(record.inputPath)),
-          begin_(machine.clock.Now()) {}
-    ~WorkShown() {
-        if (isShown_) machine_.user.EndWork();
-    }
-    WorkShown(const WorkShown&) = delete;
-    WorkShown& operator=(const WorkShown&) = delete;
+          shown_(machine.user, machine.clock) {}
 
     [[nodiscard]] ProgressFunction Progress() {
-        return Throttled(machine_.clock, [this](std::uint64_t done, std::uint64_t total) {
-            if (machine_.clock.Now() - begin_ < ShownAfter) return;
-            isShown_ = true;
-            machine_.user.ShowWork(text_, done, total);
-        });
+        return [this](std::uint64_t done, std::uint64_t total) {
+            if (shown_.IsTimeToShow()) shown_.Show({text_, done, total});
+        };
     }
 
   private:
-    static constexpr std::chrono::milliseconds ShownAfter{500};
-    const Machine& machine_;
     std::string text_;
-    std::chrono::milliseconds begin_;
-    bool isShown_ = false;
+    WorkShown shown_;
 };
 
 /// Whether the result was made in another folder than the one that is there now; no, where it could
@@ -112,7 +101,7 @@ InterruptionEnd RemoveResult(Machine& machine, const JournalRecord& record,
 /// name goes; in place the result goes, too, if it is the file that the part became.
 InterruptionEnd EndWriting(Machine& machine, const JournalRecord& record) {
     FileSystem& fileSystem = machine.fileSystem;
-    WorkShown shown(machine, record);
+    MendingShown shown(machine, record);
     const auto input = MarkAt(fileSystem, record.inputPath);
     const auto result = MarkAt(fileSystem, record.outputPath);
     const auto part = MarkAt(fileSystem, record.partPath);
@@ -204,7 +193,7 @@ InterruptionEnd EndReplacing(Machine& machine, OperationJournal& journal, Journa
     }
     if (!input || !IsInput(fileSystem, record, *input)) return InterruptionEnd::LeftAlone;
     ResultNote note(fileSystem, journal, record);
-    WorkShown shown(machine, record);
+    MendingShown shown(machine, record);
     return EndOf(ReplaceInput(fileSystem, machine.fileKit, note, shown.Progress()));
 }
 

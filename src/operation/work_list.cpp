@@ -1,18 +1,20 @@
 #include "operation/work_list.h"
 
+#include "files/seen_search.h"
 #include "libs/cipher/cipher_engine.h"
 
 namespace zr5 {
 namespace {
 
 /// Looks for files that are encrypted already.
-class Counter : public ConsiderateVisitor {
+class Counter : public SeenSearch {
   public:
     Counter(const OperationSetup& setup, Machine& machine, const StopAsked& stopped)
-        : ConsiderateVisitor(machine.user, stopped),
+        : SeenSearch(machine, setup.Folder[InputSide], stopped),
           looks_(setup.Operation == Direction::Encrypt),
           fileSystem_(machine.fileSystem) {}
     void MeetFile(const std::string& path) override {
+        SeenSearch::MeetFile(path);
         if (looks_ && LooksEncrypted(fileSystem_, path)) ++encryptedAlready_;
     }
     [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
@@ -106,7 +108,7 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAs
     if (setup.InputMode == InputSource::SingleFile) {
         const std::string path = setup.FilePath(InputSide);
         counter.MeetFile(path);
-        FileCount one{1, counter.EncryptedAlready(), {}, {}};
+        FileCount one{1, counter.EncryptedAlready(), {}, false, {}};
         const auto info = machine.fileSystem.Info(path);
         if (info && info->kind == FileKind::Regular) one.totalBytes = info->lengthBytes;
         return one;
@@ -114,7 +116,8 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAs
     WalkRequest request = WalkRequestFor(setup, static_cast<std::uint64_t>(setup.MaxNumFiles) + 1);
     request.addsUpSizes = true;
     const WalkResult walked = WalkFolder(machine, request, counter);
-    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked), walked.totalBytes};
+    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked), walked.wasStopped,
+            walked.totalBytes};
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,

@@ -19,12 +19,13 @@ struct FileCount {
     std::uint64_t files = 0;
     std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
     std::string unreadableNote;         ///< of the walk (`UnreadableNote`)
+    bool wasStopped = false;            ///< by the user: there may be more
     /// Of all that could be read; nothing when the single file cannot.
     std::optional<std::uint64_t> totalBytes;
 };
 
-/// How many files the operation has; counting stops one above the maximum of the setup. Lets the
-/// interface react.
+/// How many files the operation has; counting stops one above the maximum of the setup. It is seen
+/// when it takes long, and the user can stop it.
 [[nodiscard]] FileCount CountFiles(const OperationSetup& setup, Machine& machine,
                                    const StopAsked& stopped);
 

@@ -83,7 +83,7 @@ bool SetupDesk::AnswerSubfolders(bool include) {
 
 bool SetupDesk::HasSubfolders() {
     const auto canonical = fileSystem_.CanonicalPath(state_.setup.Folder[InputSide]);
-    const auto entries = canonical ? fileSystem_.ListFolder(*canonical) : std::nullopt;
+    const auto entries = canonical ? fileSystem_.ListFolder(*canonical, {}) : std::nullopt;
     return entries &&
            std::ranges::find(*entries, FileKind::Folder, &FolderEntry::kind) != entries->end();
 }

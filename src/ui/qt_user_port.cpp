@@ -1,24 +1,18 @@
 #include "ui/qt_user_port.h"
 
-#include "setup/identity.h"
 #include "ui/text_edges.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QCloseEvent>
 #include <QDesktopServices>
-#include <QDialog>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QSettings>
 #include <QUrl>
-#include <QVBoxLayout>
 
 namespace zr5 {
 namespace {
@@ -98,40 +92,6 @@ QString NameFilter(const std::string& filter) {
 
 } // namespace
 
-/// What is being done, and a bar. The work ends it, nothing else.
-class QtUserPort::WorkWindow final : public QDialog {
-  public:
-    explicit WorkWindow(QWidget* parent) : QDialog(parent) {
-        setObjectName(QStringLiteral("frmWork"));
-        setWindowTitle(QString::fromLatin1(ProductName));
-        setWindowFlag(Qt::WindowCloseButtonHint, false);
-        setModal(true);
-        text_->setTextFormat(Qt::PlainText);
-        text_->setWordWrap(true);
-        bar_->setRange(0, Steps);
-        bar_->setAccessibleName(windowTitle());
-        auto* layout = new QVBoxLayout(this);
-        layout->addWidget(text_);
-        layout->addWidget(bar_);
-        setMinimumWidth(LeastWidth);
-    }
-    void Show(const QString& text, double part) {
-        text_->setText(text);
-        bar_->setValue(static_cast<int>(part * Steps));
-        show();
-    }
-    void reject() override {}
-
-  protected:
-    void closeEvent(QCloseEvent* event) override { event->ignore(); }
-
-  private:
-    static constexpr int Steps = 1000;
-    static constexpr int LeastWidth = 420;
-    QLabel* text_ = new QLabel(this);
-    QProgressBar* bar_ = new QProgressBar(this);
-};
-
 QtUserPort::QtUserPort() {
     KeepNoHistory();
 }
@@ -207,12 +167,12 @@ void QtUserPort::WaitForEvents() {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-void QtUserPort::ShowWork(const std::string& text, std::uint64_t doneBytes,
-                          std::uint64_t totalBytes) {
-    if (!work_) work_ = std::make_unique<WorkWindow>(QApplication::activeWindow());
-    const double part =
-        totalBytes == 0 ? 0 : static_cast<double>(doneBytes) / static_cast<double>(totalBytes);
-    work_->Show(ToQt(text), part);
+void QtUserPort::ShowWork(const LongWork& work) {
+    if (!work_) {
+        const bool canBeStopped = static_cast<bool>(work.stop);
+        work_ = std::make_unique<WorkWindow>(QApplication::activeWindow(), canBeStopped);
+    }
+    work_->Show(work);
     ProcessEvents();
 }
 

@@ -3,6 +3,7 @@
 // The user, reached through the toolkit: message boxes, pickers, clipboard and web browser.
 
 #include "ui/toolkit_dialogs.h"
+#include "ui/work_window.h"
 #include "util/user_port.h"
 
 #include <cstdint>
@@ -25,8 +26,7 @@ class QtUserPort : public UserPort {
     [[nodiscard]] std::optional<std::string> PickFolder(const FolderPicker& picker) override;
     void ProcessEvents() override;
     void WaitForEvents() override;
-    void ShowWork(const std::string& text, std::uint64_t doneBytes,
-                  std::uint64_t totalBytes) override;
+    void ShowWork(const LongWork& work) override;
     void EndWork() override;
     void CopyToClipboard(const std::string& text) override;
     [[nodiscard]] std::int32_t OpenAddress(const std::string& address) override;
@@ -38,8 +38,6 @@ class QtUserPort : public UserPort {
   private:
     [[nodiscard]] std::optional<std::string> Run(NamePicker& dialog,
                                                  const std::string& startFolder);
-
-    class WorkWindow;
 
     MessageBoxDresser dresser_;
     std::unique_ptr<WorkWindow> work_; ///< while work is shown

@@ -4,6 +4,7 @@
 // real boxes; tests script it; with no user it gives the answer that changes nothing.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -55,6 +56,15 @@ struct FolderPicker {
     std::string startFolder;
 };
 
+/// Work that takes long, as the user sees it.
+struct LongWork {
+    std::string text; ///< what is being done
+    std::uint64_t doneBytes = 0;
+    std::uint64_t totalBytes = 0; ///< 0: nobody knows how much there is to do
+    /// What the button Stop does; without it the work cannot be stopped.
+    std::function<void()> stop{};
+};
+
 class UserPort {
   public:
     virtual ~UserPort() = default;
@@ -70,11 +80,12 @@ class UserPort {
     /// As ProcessEvents, but first sleeps until something happens; for loops that wait for the
     /// user.
     virtual void WaitForEvents() { ProcessEvents(); }
-    /// Shows what is being done and how far it is, in a window that cannot be closed, until
-    /// EndWork; called again and again. Windows are repainted meanwhile and take no input. A port
-    /// without windows shows nothing.
-    virtual void ShowWork(const std::string& /*text*/, std::uint64_t /*doneBytes*/,
-                          std::uint64_t /*totalBytes*/) {}
+    /// Shows what is being done and how far it is, in a window of its own, until EndWork; called
+    /// again and again, and windows are repainted meanwhile. Work that can be stopped is stopped
+    /// by closing that window, too, and leaves the other windows as they are. While there is other
+    /// work, the window cannot be closed and the others take no input. A port without windows
+    /// shows nothing.
+    virtual void ShowWork(const LongWork& /*work*/) {}
     virtual void EndWork() {}
     virtual void CopyToClipboard(const std::string& text) = 0;
     /// Opens an address in the desktop's web browser. Above 32 on success, else an error code

@@ -63,6 +63,24 @@ TEST_F(InputFolder, IsRefusedWhenItIsForbiddenOrHoldsNoFile) {
     EXPECT_EQ(desk.Setup().Folder[InputSide], folder / "sub/");
 }
 
+TEST_F(InputFolder, IsSearchedInSightAfterHalfASecondAndNotTakenWhenTheUserStops) {
+    for (const char* name : {"1", "2", "3", "4", "5", "6", "7"})
+        fs::create_directories(folder / (std::string("sub/deep/") + name));
+    user.onEvents = [&] {
+        clock.now += std::chrono::milliseconds(200);
+        if (user.isWorkShown) user.shownWork.back().stop();
+    };
+    const std::string path = folder / "sub/";
+    Choose(path, Notice("1 subfolders of " + path +
+                            " were checked\r\nand there are no files\r\nin this folder or any of "
+                            "these 1 subfolders\r\n(but perhaps in others).",
+                        "No files", BoxIcon::Information));
+    EXPECT_EQ(desk.Setup().Folder[InputSide], "");
+    ASSERT_EQ(user.shownWork.size(), 1U);
+    EXPECT_EQ(user.shownWork[0].text, "Searching " + path + "\r\n\r\n0 files found in 2 folders");
+    EXPECT_FALSE(user.isWorkShown) << "before the box";
+}
+
 class SingleFile : public DeskTest {
   protected:
     SingleFile() { folder.Write("a.txt", "content"); }

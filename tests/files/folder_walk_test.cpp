@@ -141,13 +141,16 @@ TEST_F(FolderWalk, StopsExactlyAtTheLimitOrWhenTold) {
     for (int i = 0; i < 25; ++i)
         Make("f" + std::to_string(i));
     Make("sub/last");
-    EXPECT_TRUE(Walk(10).cutShort);
+    EXPECT_TRUE(Walk(10).cutShort && !Walk(10).wasStopped);
     EXPECT_EQ(seen.files.size(), 10U);
     EXPECT_FALSE(Walk(27).cutShort);
     seen.most = 3;
     const WalkResult result = Walk();
     EXPECT_EQ(result.files, 3U);
-    EXPECT_TRUE(result.cutShort);
+    EXPECT_TRUE(result.cutShort && result.wasStopped);
+    seen.most = 0;
+    clock.step = std::chrono::milliseconds(20); // also while a long folder is read
+    EXPECT_TRUE(Walk().wasStopped && seen.folders.empty());
 }
 
 TEST_F(FolderWalk, GoesOnPastFoldersThatCannotBeReadAndNamesThem) {

@@ -135,9 +135,17 @@ TEST_F(Checks, CountTheFilesOfAFolderAgainstItsMaximum) {
             "This is greater than the maximum number \r\n"
             "of files allowed (10) in a single operation.",
             "Maximum number of files exceeded");
-    user.onEvents = [&] { stopped = true; };
     const std::size_t asked = view.asked.size();
+    user.onEvents = [&] {
+        clock.now += std::chrono::milliseconds(300);
+        if (user.isWorkShown) user.shownWork.back().stop();
+    };
     EXPECT_FALSE(May()) << "the user stops the counting";
+    EXPECT_EQ(user.shownWork.size(), 1U);
+    EXPECT_NE(user.shownWork[0].text.find("\r\n2 files found in 1 folder"), std::string::npos);
+    EXPECT_FALSE(user.isWorkShown);
+    user.onEvents = [&] { stopped = true; };
+    EXPECT_FALSE(May()) << "the program is to end";
     EXPECT_EQ(view.asked.size(), asked);
 }
 

@@ -278,7 +278,7 @@ TEST_F(LeftJournal, ShowsWorkThatTakesLong) {
         EXPECT_FALSE(user.isWorkShown);
         ASSERT_EQ(user.shownWork.empty(), stepMs == 5);
     }
-    EXPECT_NE(user.shownWork.front().find(folder / "a"), std::string::npos);
+    EXPECT_NE(user.shownWork.front().text.find(folder / "a"), std::string::npos);
 }
 
 TEST_F(LeftJournal, ThatIsDoneWithHoldsNoPathAnyMore) {

@@ -222,10 +222,15 @@ TEST_F(Listing, SaysWhenThereIsNothingToList) {
     ExpectNone("There are no files *.txt\r\nin folder " + path);
     std::filesystem::create_directories(folder / "sub/deep");
     setup.SubfolderAnswer = true;
-    stopped = true;
-    ExpectNone("1 subfolders of " + path +
-               " were checked\r\nand there are no files *.txt\r\nin this folder or any of these "
-               "1 subfolders\r\n(but perhaps in others).");
+    clock.step = std::chrono::milliseconds(500);
+    user.onEvents = [&] {
+        if (user.isWorkShown) user.shownWork.back().stop();
+    };
+    ExpectNone("The search of " + path +
+               "\r\nwas stopped early. There are no files *.txt\r\n"
+               "as far as it came (but perhaps in the rest).");
+    user.onEvents = [&] { stopped = true; }; // the program is to end
+    EXPECT_EQ(List(), "");
 }
 
 class ReportScreenTest : public DiskTest {

@@ -108,8 +108,9 @@ class FaultyFileSystem : public FileSystem {
     FsStatus RemoveFolder(const std::string& path) override {
         return StatusFor(FsCall::RemoveFolder, [&] { return inner_.RemoveFolder(path); });
     }
-    std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
-        return Fails(FsCall::ListFolder) ? std::nullopt : inner_.ListFolder(path);
+    std::optional<std::vector<FolderEntry>>
+    ListFolder(const std::string& path, const std::function<bool()>& goesOn) override {
+        return Fails(FsCall::ListFolder) ? std::nullopt : inner_.ListFolder(path, goesOn);
     }
     std::optional<std::string> CanonicalPath(const std::string& path) override {
         return SeesNothing() ? std::nullopt : inner_.CanonicalPath(path);

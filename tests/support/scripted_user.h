@@ -55,7 +55,7 @@ class ScriptedUser : public UserPort {
     std::string clipboard;
     std::vector<MessageBox> asked; ///< every box shown, in order
     FilePicker lastPicker;
-    std::vector<std::string> shownWork; ///< the text of each showing
+    std::vector<LongWork> shownWork; ///< each showing
     bool isWorkShown = false;
 
     Answer Ask(const MessageBox& box) override {
@@ -87,10 +87,11 @@ class ScriptedUser : public UserPort {
     void ProcessEvents() override {
         if (onEvents) onEvents();
     }
-    void ShowWork(const std::string& text, std::uint64_t done, std::uint64_t total) override {
-        EXPECT_LE(done, total);
-        shownWork.push_back(text);
+    void ShowWork(const LongWork& work) override {
+        EXPECT_LE(work.doneBytes, work.totalBytes);
+        shownWork.push_back(work);
         isWorkShown = true;
+        ProcessEvents();
     }
     void EndWork() override { isWorkShown = false; }
     void CopyToClipboard(const std::string& text) override { clipboard = text; }

@@ -1,6 +1,7 @@
 #include "ui/qt_user_port.h"
 
 #include "support/temporary_folder.h"
+#include "support/window_driver.h"
 #include "util/paths.h"
 
 #include <array>
@@ -69,18 +70,44 @@ TEST(WorkThatTakesLong, IsShownUntilItEndsAndKeepsInputFromTheOtherWindows) {
     QPushButton behind;
     QObject::connect(&behind, &QPushButton::clicked, [] { ADD_FAILURE() << "clicked"; });
     behind.show();
-    user.ShowWork("Mending:\r\n/a/<b>x", 1, 4);
+    user.ShowWork({"Mending:\r\n/a/<b>x", 1, 4});
     QWidget* window = QApplication::activeModalWidget();
     ASSERT_NE(window, nullptr);
     QTest::keyClick(window, Qt::Key_Escape);
     window->close();
     QTest::mouseClick(behind.windowHandle(), Qt::LeftButton);
-    user.ShowWork("Mending:\r\n/a/<b>x", 5'000'000'000, 10'000'000'000);
+    user.ShowWork({"Mending:\r\n/a/<b>x", 5'000'000'000, 10'000'000'000});
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->findChild<QLabel*>()->text(), "Mending:\n/a/<b>x");
     EXPECT_EQ(window->findChild<QProgressBar*>()->value(), 500);
     user.EndWork();
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST(WorkThatTakesLong, IsStoppedByItsButtonEscapeAndTheWindowsFrameAndKeepsBeforeItsParent) {
+    QtUserPort user;
+    QWidget parent;
+    parent.show();
+    parent.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&parent));
+    int stops = 0;
+    for (const auto& stop : std::vector<std::function<void(QWidget&)>>{
+             [](QWidget& window) { test::Press(window, "cmdStop"); },
+             [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); },
+             [](QWidget& window) { window.close(); }}) {
+        user.ShowWork({.text = "Searching", .stop = [&] { ++stops; }});
+        QWidget* window = test::TopWindow("frmWork");
+        ASSERT_NE(window, nullptr);
+        EXPECT_FALSE(window->isModal());
+        parent.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        stop(*window);
+        EXPECT_TRUE(window->isVisible()) << "until the work has heard of it";
+        user.EndWork();
+        parent.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&parent));
+    }
+    EXPECT_EQ(stops, 3);
 }
 
 TEST(MessageBoxes, ThatMustBeAnsweredAreLeftByTheirButtonsOnly) {

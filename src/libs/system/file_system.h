@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -159,9 +160,10 @@ class FileSystem {
     /// Removes an empty folder; AlreadyExists when something is in it.
     [[nodiscard]] virtual FsStatus RemoveFolder(const std::string& path) = 0;
     /// What is in a folder, in the order of the file system; nothing when it cannot be read or is
-    /// no folder. A link at the end of the path is not followed.
+    /// no folder. A link at the end of the path is not followed. `goesOn`, which may be empty, is
+    /// asked after each entry; once it says no, the reading ends with nothing.
     [[nodiscard]] virtual std::optional<std::vector<FolderEntry>>
-    ListFolder(const std::string& path) = 0;
+    ListFolder(const std::string& path, const std::function<bool()>& goesOn) = 0;
     /// The path with every link resolved; empty when nothing is there.
     [[nodiscard]] virtual std::optional<std::string> CanonicalPath(const std::string& path) = 0;
     /// The free bytes that this user may fill on the drive that holds `path`; the largest number

@@ -152,7 +152,8 @@ class LinuxFileSystem final : public FileSystem {
         return StatusOfCall(rmdir(path.c_str()));
     }
 
-    std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path) override {
+    std::optional<std::vector<FolderEntry>>
+    ListFolder(const std::string& path, const std::function<bool()>& goesOn) override {
         const int descriptor =
             open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
         if (descriptor < 0) return std::nullopt;
@@ -172,6 +173,7 @@ class LinuxFileSystem final : public FileSystem {
             const std::string_view name = entry->d_name;
             if (name == "." || name == "..") continue;
             entries.push_back({std::string(name), KindOf(descriptor, *entry)});
+            if (goesOn && !goesOn()) return std::nullopt;
         }
         if (errno != 0) return std::nullopt;
         return entries;
