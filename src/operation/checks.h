@@ -25,7 +25,8 @@ struct Consent {
 /// Set when the operation may start: the output is not the input, the user does not shrink from
 /// anti-virus programs, there is something to do and not too much, there is a key, an output is
 /// chosen that is not protected, the user confirms, and there is room for the result. A check has
-/// no output and needs no confirmation. Nothing once `stopped`, or when the user stops the counting.
+/// no output and needs no confirmation. Nothing once `stopped`, or when the user stops the
+/// counting.
 [[nodiscard]] std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& key,
                                               Machine& machine, ConfirmationView& view,
                                               const StopAsked& stopped);

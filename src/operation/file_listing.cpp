@@ -33,17 +33,18 @@ class ListingVisitor : public ConsiderateVisitor {
     }
 
     void MeetFile(const std::string& path) override {
-        if (files_ == maximum_) {
+        if (listed_.size() == maximum_) {
             thereAreMore_ = true;
             return;
         }
         const auto info = machine_.fileSystem.Info(path);
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
         const std::string extension = ExtensionOf(path);
-        screen_.AppendToReport("     [" + std::to_string(++files_) + "]" +
+        screen_.AppendToReport("     [" + std::to_string(listed_.size() + 1) + "]" +
                                (IsInPlaceExcludedExtension(extension) ? " * " : "   ") +
                                DisplayName(path) + " (" + WithThousands(lengthBytes) +
                                " bytes)   \r\n");
+        listed_.push_back({path, lengthBytes});
         extensions_.Add(extension);
         tally_.Add(path, lengthBytes);
     }
@@ -54,7 +55,7 @@ class ListingVisitor : public ConsiderateVisitor {
         return !screen_.StopRequested();
     }
 
-    [[nodiscard]] std::uint64_t Files() const { return files_; }
+    [[nodiscard]] std::vector<ListedFile>& Listed() { return listed_; }
     [[nodiscard]] const RandomnessCounts& Randomness() const { return tally_.Counts(); }
     [[nodiscard]] const ExtensionCounts& Extensions() const { return extensions_; }
 
@@ -65,7 +66,7 @@ class ListingVisitor : public ConsiderateVisitor {
     bool thereAreMore_ = false;
     RandomnessTally tally_;
     ExtensionCounts extensions_;
-    std::uint64_t files_ = 0;
+    std::vector<ListedFile> listed_;
 };
 
 std::string NoFilesText(const WalkRequest& request, const WalkResult& found) {
@@ -89,20 +90,20 @@ std::string FolderSummaryLine(const std::string& folder, std::uint64_t matchingF
            counted(subfolders, "subfolder", "subfolders") + ".\r\n";
 }
 
-void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& screen,
-               const std::string& buttonCaption, const StopAsked& stopped,
-               const std::function<void()>& show) {
+std::vector<ListedFile> ListFiles(const OperationSetup& setup, Machine& machine,
+                                  ReportScreen& screen, const std::string& buttonCaption,
+                                  const StopAsked& stopped, const std::function<void()>& show) {
     if (const auto forbidden = ForbiddenInput(setup, machine)) {
         machine.user.Ask(ForbiddenFolderBox(*forbidden, buttonCaption));
-        return;
+        return {};
     }
     const auto maximum = static_cast<std::uint64_t>(setup.MaxNumFiles);
     const WalkRequest request = WalkRequestFor(setup, maximum + 1);
     const WalkResult found = SearchForOneFile(machine, request, stopped);
-    if (stopped()) return;
+    if (stopped()) return {};
     if (found.files == 0) {
         machine.user.Ask(Notice(NoFilesText(request, found), buttonCaption, BoxIcon::Information));
-        return;
+        return {};
     }
     show();
     screen.BeginRun(PurposeOf(setup));
@@ -114,10 +115,11 @@ void ListFiles(const OperationSetup& setup, Machine& machine, ReportScreen& scre
         machine.user.Ask(TextboxFullBox());
     }
     screen.AppendAlways(
-        "\r\n" + ListingSummaryText(PurposeOf(setup),
-                                    {visitor.Files(), listed.cutShort, visitor.Randomness()}));
+        "\r\n" + ListingSummaryText(PurposeOf(setup), {visitor.Listed().size(), listed.cutShort,
+                                                       visitor.Randomness()}));
     WarnOfAntiVirus(machine.user, visitor.Extensions());
     screen.EndRun();
+    return std::move(visitor.Listed());
 }
 
 } // namespace zr5

@@ -7,26 +7,31 @@
 #include "setup/reliability_condition.h"
 
 #include <new>
+#include <utility>
 
 namespace zr5 {
 namespace {
 
-/// While it lives, the main window is out of use.
+/// While it lives, the main window is out of use, and the report screen offers nothing.
 class OutOfUse {
   public:
-    OutOfUse(SetupDesk& desk, OperationWindows& windows) : desk_(desk), windows_(windows) {
-        desk_.SetOperationRunning(true);
-        windows_.SetOutOfUse(true);
+    OutOfUse(SetupDesk& desk, ReportScreen& screen, OperationWindows& windows)
+        : desk_(desk), screen_(screen), windows_(windows) {
+        Set(true);
     }
-    ~OutOfUse() {
-        desk_.SetOperationRunning(false);
-        windows_.SetOutOfUse(false);
-    }
+    ~OutOfUse() { Set(false); }
     OutOfUse(const OutOfUse&) = delete;
     OutOfUse& operator=(const OutOfUse&) = delete;
 
   private:
+    void Set(bool outOfUse) {
+        desk_.SetOperationRunning(outOfUse);
+        screen_.SetOutOfUse(outOfUse);
+        windows_.SetOutOfUse(outOfUse);
+    }
+
     SetupDesk& desk_;
+    ReportScreen& screen_;
     OperationWindows& windows_;
 };
 
@@ -53,7 +58,12 @@ Operations::Operations(SetupDesk& desk, const CurrentKey& key, Machine& machine)
     : desk_(desk), key_(key), machine_(machine), screen_(machine.user, machine.clock) {}
 
 void Operations::WhileOutOfUse(const std::function<void(const StopAsked&)>& work) {
-    const OutOfUse outOfUse(desk_, *windows_);
+    RunOutOfUse(work);
+    windows_->OperationEnded();
+}
+
+void Operations::RunOutOfUse(const std::function<void(const StopAsked&)>& work) {
+    const OutOfUse outOfUse(desk_, screen_, *windows_);
     stopRequested_ = false;
     try {
         work([this] { return stopRequested_; });
@@ -119,11 +129,19 @@ void Operations::RunListed(const OperationSetup& setup, const Consent& consent,
 
 void Operations::ListFiles(const std::string& buttonCaption) {
     WhileOutOfUse([&](const StopAsked& stopped) {
-        zr5::ListFiles(desk_.Setup(), machine_, screen_, buttonCaption, stopped, [this] {
+        const auto show = [this] {
             screen_.ShowCount(PurposeOf(desk_.Setup()), 0);
             windows_->ShowReport();
-        });
+        };
+        auto listed =
+            zr5::ListFiles(desk_.Setup(), machine_, screen_, buttonCaption, stopped, show);
+        if (listed.empty()) return;
+        screen_.OfferRandomness([this, listed = std::move(listed)] { ReportRandomness(listed); });
     });
+}
+
+void Operations::ReportRandomness(const std::vector<ListedFile>& files) {
+    WhileOutOfUse([&](const StopAsked&) { ReportRandomnessOfFiles(files, machine_, screen_); });
 }
 
 void Operations::RequestStop() {

@@ -4,6 +4,7 @@
 // often, the list, the run on the report screen, and what is said when memory is short.
 
 #include "operation/checks.h"
+#include "operation/measure/randomness_of_files.h"
 #include "operation/report/report_screen.h"
 #include "setup/setup_desk.h"
 #include "util/machine.h"
@@ -11,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zr5 {
 
@@ -24,6 +26,8 @@ class OperationWindows : public ConfirmationView {
     /// Puts the main window out of use, or into use again with the focus where it was: counting,
     /// checking and running let the interface react, and nothing must begin a second operation.
     virtual void SetOutOfUse(bool outOfUse) = 0;
+    /// What put the main window out of use has ended, and it is in use again.
+    virtual void OperationEnded() = 0;
     /// Shows in the main window whether it is the reliability test that runs.
     virtual void AnnounceTest(bool runs) = 0;
 };
@@ -41,7 +45,8 @@ class Operations {
     /// "Check the encrypted files": as Perform, but nothing is written and no question asked. A
     /// decryption is selected.
     void Check();
-    /// "List files"; boxes have `buttonCaption` as their title. Returns when the listing has ended.
+    /// "List files"; boxes have `buttonCaption` as their title. Returns when the listing has ended;
+    /// the report screen then offers the randomness of the listed files.
     void ListFiles(const std::string& buttonCaption);
     /// Runs `work`, which lets the interface react, with the main window out of use. What it is
     /// handed tells it when `RequestStop` was called.
@@ -59,6 +64,8 @@ class Operations {
     [[nodiscard]] ReportScreen& Screen() { return screen_; }
 
   private:
+    void RunOutOfUse(const std::function<void(const StopAsked&)>& work);
+    void ReportRandomness(const std::vector<ListedFile>& files);
     void Run(const OperationSetup& setup);
     void RunConfirmed(const OperationSetup& setup, const StopAsked& stopped);
     void RunListed(const OperationSetup& setup, const Consent& consent,

@@ -71,7 +71,8 @@ void CloseOtherWindows(const QWidget& mainWindow) {
 } // namespace
 
 MainWindow::MainWindow(const MainWindowParts& parts)
-    : parts_(parts), dialogs_(parts.operations, parts.machine.user, *this) {
+    : parts_(parts),
+      dialogs_(parts.operations, parts.machine.user, *this, [this] { OperationEnded(); }) {
     setObjectName("frmMain");
     setWindowTitle(ProductName);
     LayOut();

@@ -51,7 +51,7 @@ class MainWindow : public QWidget {
     void FitToScreen();
     /// Writes the two key lines anew from the key.
     void RefreshKeyLabels();
-    /// To be called when a run has ended: closes the window if that was asked for meanwhile.
+    /// Called when a run has ended: closes the window if that was asked for meanwhile.
     void OperationEnded();
     /// A file picker of the setup buttons has closed: for a second the mouse buttons are deaf.
     void NoteDialogClosed();

@@ -98,10 +98,8 @@ void MainWindow::ConnectFiles() {
         SpecifyFilesWindow(rules, SpecifyOutputNames, this).exec();
         Refresh();
     });
-    OnButtonUnlessRefused("cmdListFiles", [this] {
-        parts_.operations.ListFiles(Caption("cmdListFiles"));
-        OperationEnded();
-    });
+    OnButtonUnlessRefused("cmdListFiles",
+                          [this] { parts_.operations.ListFiles(Caption("cmdListFiles")); });
 }
 
 void MainWindow::ChooseFolder() {
@@ -109,7 +107,6 @@ void MainWindow::ChooseFolder() {
         FolderChoice(parts_.machine, parts_.desk)
             .ChooseInput(Caption("cmdSpecifyDirectory"), stopped);
     });
-    OperationEnded();
 }
 
 void MainWindow::ConnectMenu() {
@@ -139,7 +136,6 @@ void MainWindow::StartOperation(bool isReady, void (Operations::*run)()) {
     Refresh();
     if (!isReady) return;
     (parts_.operations.*run)();
-    OperationEnded();
 }
 
 void MainWindow::ShowPane(Pane pane, const char* focusAfter) {

@@ -4,11 +4,13 @@
 #include "ui/reliability_test_window.h"
 
 #include <QEvent>
+#include <utility>
 
 namespace zr5 {
 
-OperationDialogs::OperationDialogs(Operations& operations, UserPort& user, QWidget& mainWindow)
-    : operations_(operations), user_(user), mainWindow_(mainWindow) {
+OperationDialogs::OperationDialogs(Operations& operations, UserPort& user, QWidget& mainWindow,
+                                   std::function<void()> ended)
+    : operations_(operations), user_(user), mainWindow_(mainWindow), ended_(std::move(ended)) {
     operations_.SetWindows(this);
     mainWindow_.installEventFilter(this);
 }

@@ -5,6 +5,7 @@
 #include "operation/operations.h"
 #include "ui/report_window.h"
 
+#include <functional>
 #include <memory>
 #include <QObject>
 #include <QPointer>
@@ -14,14 +15,17 @@ namespace zr5 {
 
 class OperationDialogs final : public QObject, public OperationWindows {
   public:
-    /// `operations` shows itself through this, as long as it lives. Both outlive it.
-    OperationDialogs(Operations& operations, UserPort& user, QWidget& mainWindow);
+    /// `operations` shows itself through this, as long as it lives. Both outlive it. `ended` is
+    /// called whenever the main window is in use again.
+    OperationDialogs(Operations& operations, UserPort& user, QWidget& mainWindow,
+                     std::function<void()> ended);
     ~OperationDialogs() override;
 
     [[nodiscard]] bool Confirm(const Confirmation& confirmation) override;
     [[nodiscard]] std::optional<int> AskForPerformances() override;
     void ShowReport() override;
     void SetOutOfUse(bool outOfUse) override;
+    void OperationEnded() override { ended_(); }
     void AnnounceTest(bool runs) override;
 
   protected:
@@ -32,6 +36,7 @@ class OperationDialogs final : public QObject, public OperationWindows {
     Operations& operations_;
     UserPort& user_;
     QWidget& mainWindow_;
+    std::function<void()> ended_;
     std::unique_ptr<ReportWindow> report_; ///< made at its first use
     QPointer<QWidget> focus_; ///< disabling the main window takes it away, so it is given back
     bool isOutOfUse_ = false;

@@ -55,6 +55,7 @@ ReportWindow::ReportWindow(ReportScreen& screen, std::function<bool()> save, QWi
           MakeChangingButton("cmdPauseContinue", {"Pause at next file", "Continue"}, this)),
       said_(MakeLabel("lblSaid", {}, this)),
       saveReport_(MakeChangingButton("cmdSaveReport", {"Save report"}, this)),
+      randomness_(MakeButton("cmdRandomnessOfFiles", "Randomness report", this)),
       copy_(MakeChangingButton("cmdCopyToClipboard",
                                {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)},
                                this)) {
@@ -108,12 +109,14 @@ QLayout* ReportWindow::StatusRow() {
 QLayout* ReportWindow::ButtonRow() {
     auto* close = MakeButton("cmdClose", "Close", this);
     close->setAutoDefault(false);
+    randomness_->setAutoDefault(false);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     auto* row = MakeRow(RowSpacing);
     row->addWidget(pauseContinue_);
     row->addWidget(stop_);
     row->addStretch(1);
     row->addWidget(said_);
+    row->addWidget(randomness_);
     row->addWidget(saveReport_);
     row->addWidget(copy_);
     row->addWidget(close);
@@ -124,6 +127,7 @@ void ReportWindow::Connect() {
     connect(stop_, &QPushButton::clicked, this, [this] { screen_.StopPressed(); });
     connect(pauseContinue_, &QPushButton::clicked, this,
             [this] { screen_.PauseContinuePressed(); });
+    connect(randomness_, &QPushButton::clicked, this, [this] { screen_.RandomnessPressed(); });
     connect(copy_, &QPushButton::clicked, this, [this] {
         screen_.CopyPressed(text_->Selected());
         Say(QStringLiteral("Copied"));
@@ -190,6 +194,7 @@ void ReportWindow::StateChanged() {
     stop_->setEnabled(screen_.StopEnabled());
     pauseContinue_->setText(ToQt(screen_.PauseCaption()));
     pauseContinue_->setEnabled(screen_.PauseEnabled());
+    randomness_->setVisible(screen_.OffersRandomness());
     pausedDone_->setText(ToQt(screen_.PausedDoneText()));
     saveReport_->setEnabled(screen_.MaySave());
     setWindowTitle(ToQt(screen_.Caption()));

@@ -75,6 +75,7 @@ class ReportWindow : public QDialog, public ReportView {
     QPushButton* pauseContinue_;
     QLabel* said_;
     QPushButton* saveReport_;
+    QPushButton* randomness_;
     QPushButton* copy_;
     QTimer clock_;
     QTimer flushTimer_;

@@ -116,6 +116,26 @@ TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndChecksItAndBack) {
         EXPECT_EQ(folder.Read(name), content) << name;
 }
 
+TEST_F(EndToEnd, OffersTheRandomnessOfListedFilesAndEndsThatWhenTheMainWindowIsClosed) {
+    for (const char* name : {"a", "b"})
+        folder.Write(name, PatternBytes(3000));
+    ChooseFolder(folder.Path(), nullptr);
+    Press(Main(), "cmdListFiles");
+    QWidget* report = TopWindow("frmReport");
+    ASSERT_NE(report, nullptr);
+    const QWidget& offer = Control(*report, "cmdRandomnessOfFiles");
+    EXPECT_TRUE(offer.isVisible());
+    user.onEvents = [&] {
+        EXPECT_FALSE(offer.isVisible() || Main().isEnabled());
+        Main().close();
+    };
+    user.Expect(Question("Really quit?", "Quit"), Answer::Yes);
+    Press(*report, "cmdRandomnessOfFiles");
+    user.onEvents = nullptr;
+    EXPECT_FALSE(Main().isVisible() || report->isVisible());
+    EXPECT_TRUE(Control<QPlainTextEdit>(*report, "txbText").toPlainText().endsWith(": 0 of 2\n"));
+}
+
 TEST_F(EndToEnd, PerformsTheReliabilityTestAsOftenAsAsked) {
     std::filesystem::create_directory(folder / "zr5test");
     folder.Write("zr5test/a.tst", "content");

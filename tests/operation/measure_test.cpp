@@ -1,8 +1,8 @@
-// What is measured of files: their randomness, alone or by a pattern, and the picture of their
-// pairs of bytes.
+// What is measured of files: their randomness, alone or as they were listed, and the picture of
+// their pairs of bytes.
 
 #include "operation/measure/byte_pair_picture.h"
-#include "operation/measure/randomness_of_pattern.h"
+#include "operation/measure/randomness_of_files.h"
 #include "operation/measure/randomness_report.h"
 #include "operation/operation_fixture.h"
 #include "operation/report/file_saving.h"
@@ -88,61 +88,60 @@ TEST_F(Randomness, ShowsHowFarItIsAndIsEndedByNotNow) {
     EXPECT_EQ(report.state(), State::Closed);
 }
 
-class RandomnessOfPattern : public OperationTest {
+class RandomnessOfFiles : public OperationTest {
   protected:
-    RandomnessOfPattern() {
-        setup.InputMode = InputSource::FilesInAFolder;
-        setup.Folder = {folder.Path(), folder.Path()};
-        setup.FilePattern = "*.dat";
+    RandomnessOfFiles() {
         folder.Write("a.dat", std::string(1234, 'x'));
         folder.Write("b.dat", "x");
         folder.Write("c.dat", std::string(5000, 'x'));
-        folder.Write("d.txt", "x");
-        std::filesystem::create_directory(folder / "sub");
-        folder.Write("sub/e.dat", "x");
         kit.randomnessOf = {{folder / "a.dat", -3.25},
                             {folder / "b.dat", RandomnessTooSmall},
-                            {folder / "c.dat", RandomnessUnreadable}};
+                            {folder / "c.dat", RandomnessUnreadable},
+                            {folder / "sub/gone.dat", RandomnessUnreadable}};
     }
     std::string Report(ReportScreen& on) {
-        bool shown = false;
-        ReportRandomnessOfPattern(setup, machine, on, [&] { shown = true; });
-        return shown ? on.text() : "";
+        on.BeginRun(Purpose::Encrypt);
+        on.AppendToReport("What was listed.\r\n");
+        on.EndRun();
+        on.OfferRandomness([&] {
+            EXPECT_FALSE(on.OffersRandomness());
+            ReportRandomnessOfFiles(listed, machine, on);
+        });
+        on.RandomnessPressed();
+        EXPECT_FALSE(on.OffersRandomness());
+        return on.text();
     }
+    std::vector<ListedFile> listed{{folder / "a.dat", 1234},
+                                   {folder / "b.dat", 1},
+                                   {folder / "c.dat", 5000},
+                                   {folder / "sub/gone.dat", 77}};
 };
 
-TEST_F(RandomnessOfPattern, IsMeantByWildcardsInAFolderOnly) {
-    for (const auto& [pattern, meant] : {std::pair{"a.dat", false}, {"*.dat", true}, {"", true}}) {
-        setup.FilePattern = pattern;
-        EXPECT_EQ(IsReportOfPattern(setup), meant) << pattern;
-    }
-    setup.InputMode = InputSource::SingleFile;
-    EXPECT_FALSE(IsReportOfPattern(setup));
-}
-
-TEST_F(RandomnessOfPattern, HasAnEntryForEachMatchingFileOfTheFolder) {
-    const std::string text = Report(screen);
-    for (const char* entry :
-         {"Input file: a.dat\r\nFilesize = 1,234 bytes\r\nRandomness = -3.250\r\n\r\n",
-          "Input file: b.dat\r\nb.dat is too small (1 bytes) to have a randomness value.\r\n\r\n",
-          "Input file: c.dat\r\nCannot give a randomness report for this file.\r\n\r\n"})
-        EXPECT_NE(text.find(entry), std::string::npos) << entry;
-    EXPECT_EQ(kit.measured.size(), 3U);
+TEST_F(RandomnessOfFiles, HasAnEntryForEachListedFileOrSaysWhyNot) {
+    disk.Fail(FsCall::Open, 1, FsStatus::NotPermitted);
+    const std::string path = folder.Path();
+    const std::string none = "Cannot give a randomness report for this file.\r\n";
+    EXPECT_EQ(Report(screen),
+              "What was listed.\r\n\r\nRandomness report\r\n\r\n" + path +
+                  "\r\n\r\nInput file: a.dat\r\nFilesize = 1,234 bytes\r\nRandomness = -3.250"
+                  "\r\n\r\nInput file: b.dat\r\n"
+                  "b.dat is too small (1 bytes) to have a randomness value.\r\n\r\n"
+                  "Input file: c.dat\r\n" +
+                  none + "You are not permitted to read it.\r\n\r\n" + path +
+                  "sub/\r\n\r\nInput file: gone.dat\r\n" + none +
+                  "It is not there any more.\r\n\r\nNumber of files reported: 4 of 4\r\n");
     EXPECT_EQ(screen.PausedDoneText(), "Done");
-    setup.FilePattern = "*.zip";
-    user.Expect(
-        Notice("There are no files in " + folder.Path() + " matching *.zip.", "Randomness report"));
-    EXPECT_EQ(Report(screen), "");
 }
 
-TEST_F(RandomnessOfPattern, EndsWhenStoppedOrWhenTheTextIsFull) {
-    user.onEvents = [&] { screen.StopPressed(); }; // heard once the run has begun
-    static_cast<void>(Report(screen));
-    EXPECT_EQ(kit.measured.size(), 1U);
+TEST_F(RandomnessOfFiles, EndsWhenStoppedOrWhenTheTextIsFull) {
+    user.onEvents = [&] {
+        if (kit.measured.size() == 1) screen.StopPressed();
+    };
+    EXPECT_TRUE(Report(screen).ends_with("Number of files reported: 1 of 4\r\n"));
     EXPECT_EQ(screen.PausedDoneText(), "Stopped");
 
     user.onEvents = nullptr;
-    ReportScreen small(user, clock, 20);
+    ReportScreen small(user, clock, 60);
     user.Expect(Notice("The output report buffer has been filled.\r\n"
                        "This randomness report cannot continue and will now terminate.",
                        "Report buffer full", BoxIcon::Exclamation));

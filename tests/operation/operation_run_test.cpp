@@ -171,7 +171,7 @@ class Listing : public OperationTest {
     }
     std::string List() {
         bool shown = false;
-        ListFiles(
+        listed = ListFiles(
             setup, machine, screen, "List files to be encrypted", [this] { return stopped; },
             [&] { shown = true; });
         return shown ? screen.text() : "";
@@ -181,6 +181,7 @@ class Listing : public OperationTest {
         EXPECT_EQ(List(), "");
     }
     bool stopped = false;
+    std::vector<ListedFile> listed;
 };
 
 TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
@@ -201,6 +202,8 @@ TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
                           "Number of files with randomness value > 0: 0\r\n");
     EXPECT_EQ(user.asked.size(), 1U) << "of programs that dislike b.BIN";
     EXPECT_EQ(screen.PausedDoneText(), "Done");
+    ASSERT_EQ(listed.size(), 2U);
+    EXPECT_EQ(listed[1].path, path + "sub/b.BIN");
 }
 
 TEST_F(Listing, EndsAtTheMaximumOrWhenStopped) {

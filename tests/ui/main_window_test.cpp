@@ -240,7 +240,6 @@ TEST_F(MainWindowTest, StopsARunningOperationFirstWhenItIsClosed) {
         window.close();
         EXPECT_TRUE(stopped() && window.isVisible() && log.empty());
     });
-    window.OperationEnded();
     EXPECT_EQ(log, (std::vector<std::string>{"Quit"}));
     EXPECT_FALSE(window.isVisible());
 }

@@ -4,6 +4,7 @@
 #include "util/numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zr5 {
 namespace {
@@ -11,22 +12,6 @@ namespace {
 constexpr std::size_t CutWhenFull = 500;
 
 } // namespace
-
-MessageBox OutOfMemoryBox() {
-    return Notice("There is not enough memory to go on.\r\n\r\nNothing is lost: the report names "
-                  "the files that are done. Please close other programs and start Vaultline ZR5 "
-                  "again, which completes what was interrupted.",
-                  "Out of memory", BoxIcon::Critical);
-}
-
-MessageBox TextboxFullBox() {
-    return Notice("Textbox is full.  Report cannot continue.", "Textbox full",
-                  BoxIcon::Information);
-}
-
-MessageBox EmptyReportBox() {
-    return Notice("The report screen is empty.", "Report screen", BoxIcon::Information);
-}
 
 ReportScreen::ReportScreen(UserPort& user, const Clock& clock, std::size_t capacity)
     : user_(user), text_(capacity), time_(clock) {}
@@ -85,6 +70,22 @@ bool ReportScreen::MayClose() {
     return !closesAfterRun_;
 }
 
+void ReportScreen::RandomnessPressed() {
+    if (!OffersRandomness()) return;
+    const auto write = std::exchange(writeRandomness_, {});
+    write();
+}
+
+void ReportScreen::OfferRandomness(std::function<void()> write) {
+    writeRandomness_ = std::move(write);
+    NotifyState();
+}
+
+void ReportScreen::SetOutOfUse(bool outOfUse) {
+    isOutOfUse_ = outOfUse;
+    NotifyState();
+}
+
 void ReportScreen::PauseContinuePressed() {
     if (!IsRunning() || stopRequested_) return;
     pauseRequested_ = !pauseRequested_;
@@ -98,6 +99,12 @@ void ReportScreen::CopyPressed(const std::string& selection) {
 void ReportScreen::BeginRun(Purpose purpose) {
     purpose_ = purpose;
     text_.Clear();
+    if (view_ != nullptr) view_->TextReplaced();
+    ContinueWithRun();
+}
+
+void ReportScreen::ContinueWithRun() {
+    writeRandomness_ = {};
     stopRequested_ = stopsAtOnce_;
     pauseRequested_ = false;
     perFileReportingOff_ = false;
@@ -106,7 +113,6 @@ void ReportScreen::BeginRun(Purpose purpose) {
     showsOutcome_ = holdsKey_ = false;
     problems_.clear();
     time_.Start();
-    if (view_ != nullptr) view_->TextReplaced();
     SetState(State::Running);
 }
 

@@ -13,6 +13,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,13 +34,6 @@ class ReportView {
     /// Shows the warning for `path` and tells it (`Closed`) how it was answered.
     virtual void ShowPurgeWarning(PurgeWarning& warning, const std::string& path) = 0;
 };
-
-/// What a person reads when a run ends for want of memory.
-[[nodiscard]] MessageBox OutOfMemoryBox();
-/// What a person reads when a report has no room from the start.
-[[nodiscard]] MessageBox TextboxFullBox();
-/// What "View report screen" says before there is a report.
-[[nodiscard]] MessageBox EmptyReportBox();
 
 class ReportScreen {
   public:
@@ -81,7 +75,11 @@ class ReportScreen {
     /// The caption of the window: "Report", how many files were counted, or how it ended.
     [[nodiscard]] const std::string& Caption() const { return caption_; }
 
+    /// Whether the randomness report of the files listed here can be had.
+    [[nodiscard]] bool OffersRandomness() const { return writeRandomness_ && !isOutOfUse_; }
+
     // What the user does.
+    void RandomnessPressed();
     void StopPressed();
     /// The program is to end: the run stops within the file.
     void StopAtOnce();
@@ -95,6 +93,12 @@ class ReportScreen {
 
     // What a run does.
     void BeginRun(Purpose purpose);
+    /// As BeginRun, but the text stays.
+    void ContinueWithRun();
+    /// Until the next run begins, the user can have `write` write the report.
+    void OfferRandomness(std::function<void()> write);
+    /// While something else goes on, nothing is offered.
+    void SetOutOfUse(bool outOfUse);
     void EndRun();
     /// Ends the run as if the user had pressed Stop.
     void Halt();
@@ -160,6 +164,8 @@ class ReportScreen {
     std::size_t entryLine_ = 0;
     std::vector<ReportEntry> problems_;
     std::string caption_ = "Report";
+    std::function<void()> writeRandomness_; ///< empty where it is not offered
+    bool isOutOfUse_ = false;
 };
 
 } // namespace zr5

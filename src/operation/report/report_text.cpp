@@ -48,4 +48,20 @@ void ReportText::CutCharacters(std::size_t count) {
     text_.resize(end);
 }
 
+MessageBox OutOfMemoryBox() {
+    return Notice("There is not enough memory to go on.\r\n\r\nNothing is lost: the report names "
+                  "the files that are done. Please close other programs and start Vaultline ZR5 "
+                  "again, which completes what was interrupted.",
+                  "Out of memory", BoxIcon::Critical);
+}
+
+MessageBox TextboxFullBox() {
+    return Notice("Textbox is full.  Report cannot continue.", "Textbox full",
+                  BoxIcon::Information);
+}
+
+MessageBox EmptyReportBox() {
+    return Notice("The report screen is empty.", "Report screen", BoxIcon::Information);
+}
+
 } // namespace zr5

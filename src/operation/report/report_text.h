@@ -2,6 +2,8 @@
 
 // The text of the report screen: one growing block, with a limit.
 
+#include "util/user_port.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -35,5 +37,12 @@ class ReportText {
     std::size_t lineEnds_ = 0;
     std::size_t capacity_;
 };
+
+/// What a person reads when a run ends for want of memory.
+[[nodiscard]] MessageBox OutOfMemoryBox();
+/// What a person reads when a report has no room from the start.
+[[nodiscard]] MessageBox TextboxFullBox();
+/// What "View report screen" says before there is a report.
+[[nodiscard]] MessageBox EmptyReportBox();
 
 } // namespace zr5
