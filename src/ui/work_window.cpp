@@ -42,7 +42,9 @@ void WorkWindow::Show(const LongWork& work) {
             static_cast<double>(work.doneBytes) / static_cast<double>(work.totalBytes);
         bar_->setValue(static_cast<int>(part * ProgressSteps));
     }
-    if (!isVisible()) show();
+    if (isVisible()) return;
+    show();
+    if (parentWidget() != nullptr) activateWindow(); // for Escape; never from another program
 }
 
 /// The work hears of it at its next step; until then the window stands there.
