@@ -14,8 +14,8 @@ std::string Counted(std::uint64_t count, const std::string& word) {
 } // namespace
 
 std::string SeenSearch::Text() const {
-    return "Searching " + DisplayName(folder_) + "\r\n\r\n" + Counted(files_, "file") +
-           " found in " + Counted(folders_, "folder");
+    return "Searching " + DisplayName(folder_) + "\r\n\r\n" + Counted(files_, "file") + " found" +
+           (folders_ == 0 ? "" : " in " + Counted(folders_, "folder"));
 }
 
 bool SeenSearch::GoesOn() {
