@@ -11,6 +11,7 @@
 #include "util/paths.h"
 #include "util/program_text.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace zr5 {
@@ -100,7 +101,7 @@ std::optional<MessageBox> ProblemWithKeyOrOutput(const OperationSetup& setup,
 /// What stands in the way of an operation whose input was counted: nothing to encrypt, or no room
 /// for the result. The length of a file that cannot be read is left to the report.
 std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSystem& fileSystem,
-                                          const FileCount& count) {
+                                          const FileCount& count, bool leavesOut) {
     if (!count.totalBytes) return std::nullopt;
     if (*count.totalBytes == 0) {
         return Notice("Total input filesize is 0 bytes.", "Error", BoxIcon::Exclamation);
@@ -108,7 +109,9 @@ std::optional<MessageBox> ProblemWithSize(const OperationSetup& setup, FileSyste
     if (setup.IsCheck()) return std::nullopt;
     const bool separate = setup.OutputMode == OutputTarget::SeparateOutput;
     // The reliability test makes an encrypted and a decrypted copy.
-    const std::uint64_t neededBytes = *count.totalBytes * (IsReliabilityTest(setup) ? 2 : 1);
+    const std::uint64_t workedOnBytes =
+        *count.totalBytes - (leavesOut ? std::min(count.doneBytes, *count.totalBytes) : 0);
+    const std::uint64_t neededBytes = workedOnBytes * (IsReliabilityTest(setup) ? 2 : 1);
     return ProblemWithSpace(fileSystem, setup.Folder[separate ? OutputSide : InputSide],
                             neededBytes);
 }
@@ -157,8 +160,8 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
         question && user.Ask(*question) != Answer::Yes) {
         return std::nullopt;
     }
-    Consent consent{.replaceable = {},
-                    .inputFolder = machine.fileSystem.IdentityOf(setup.Folder[InputSide])};
+    Consent consent;
+    consent.inputFolder = machine.fileSystem.IdentityOf(setup.Folder[InputSide]);
     const FileCount count = CountFiles(setup, machine, stopped);
     if (count.wasStopped || stopped()) return std::nullopt;
     if (const auto problem = ProblemWithCount(setup, machine, count)) return refuse(*problem);
@@ -168,11 +171,13 @@ std::optional<Consent> MayStart(const OperationSetup& setup, const CurrentKey& k
         if (const auto box = ProtectedOutputBox(outputPath, key, machine)) return refuse(*box);
         consent.replaceable = machine.fileSystem.Info(outputPath);
     }
-    if (!setup.IsCheck() &&
-        !view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()))) {
-        return std::nullopt;
+    if (!setup.IsCheck()) {
+        const ConfirmationAnswer answer =
+            view.Confirm(ConfirmationFor(setup, key, count, consent.replaceable.has_value()));
+        if (answer == ConfirmationAnswer::No) return std::nullopt;
+        consent.leavesOut = answer == ConfirmationAnswer::YesLeavingOut;
     }
-    if (const auto problem = ProblemWithSize(setup, machine.fileSystem, count)) {
+    if (const auto problem = ProblemWithSize(setup, machine.fileSystem, count, consent.leavesOut)) {
         return refuse(*problem);
     }
     return consent;

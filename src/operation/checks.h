@@ -20,6 +20,7 @@ ProtectedOutputBox(const std::string& outputPath, const CurrentKey& key, const M
 struct Consent {
     std::optional<FileInfo> replaceable;     ///< the output that was there already
     std::optional<FileIdentity> inputFolder; ///< in which the input lies
+    bool leavesOut = false; ///< the files that look as if they were done (`LooksDone`)
 };
 
 /// Set when the operation may start: the output is not the input, the user does not shrink from

@@ -5,6 +5,8 @@
 #include "util/display.h"
 #include "util/numbers.h"
 
+#include <initializer_list>
+
 namespace zr5 {
 namespace {
 
@@ -37,17 +39,39 @@ std::string OutputSentence(const OperationSetup& setup) {
     return specified + DisplayName(setup.FilePath(OutputSide)) + ".";
 }
 
-std::string TwiceSentence(const FileCount& count) {
-    if (count.encryptedAlready == 0) return {};
-    if (count.files == 1) {
-        return "This file looks as if it were encrypted already. "
-               "It would be encrypted a second time.";
+/// "This file", "1 of these files", "All of these files".
+std::string SomeOf(const FileCount& count, std::uint64_t some) {
+    if (count.files == 1) return "This file";
+    return (some == count.files ? "All" : WithThousands(some)) + " of these files";
+}
+
+std::string DoneSentence(Direction operation, const FileCount& count) {
+    if (count.doneAlready == 0) return {};
+    const std::string some = SomeOf(count, count.doneAlready);
+    const bool one = count.doneAlready == 1;
+    if (operation == Direction::Decrypt) {
+        return some + (one ? " does not look encrypted." : " do not look encrypted.");
     }
-    const bool one = count.encryptedAlready == 1;
-    return WithThousands(count.encryptedAlready) + " of these files " +
-           (one ? "looks as if it were encrypted already. It"
-                : "look as if they were encrypted already. They") +
+    return some +
+           (one ? " looks as if it were encrypted already. It"
+                : " look as if they were encrypted already. They") +
            " would be encrypted a second time.";
+}
+
+std::string Lines(std::initializer_list<std::string> sentences) {
+    std::string lines;
+    for (const std::string& sentence : sentences) {
+        if (!lines.empty() && !sentence.empty()) lines += "\r\n";
+        lines += sentence;
+    }
+    return lines;
+}
+
+/// Of a single file No says the same.
+std::string LeaveOutCaption(const OperationSetup& setup, const FileCount& count) {
+    if (count.doneAlready == 0 || setup.InputMode == InputSource::SingleFile) return {};
+    return setup.Operation == Direction::Encrypt ? "Leave out the files that are encrypted already"
+                                                 : "Leave out the files that are not encrypted";
 }
 
 } // namespace
@@ -65,11 +89,10 @@ Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
             "the input files stay as they are.";
     } else {
         confirmation.output = OutputSentence(setup);
-        confirmation.warning = TwiceSentence(count);
-        if (outputIsThere) {
-            confirmation.warning += confirmation.warning.empty() ? "" : " ";
-            confirmation.warning += "The output file exists already. It will be overwritten.";
-        }
+        confirmation.warning =
+            Lines({DoneSentence(setup.Operation, count),
+                   outputIsThere ? "The output file exists already. It will be overwritten." : ""});
+        confirmation.leaveOut = LeaveOutCaption(setup, count);
     }
     if (setup.InputMode == InputSource::FilesInAFolder) {
         confirmation.reminder = "It is advisable to list the files before performing "

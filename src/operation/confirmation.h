@@ -16,8 +16,11 @@ struct Confirmation {
     std::string operation; ///< which operation, and the key's checksum
     std::string input;     ///< which files, and how many
     std::string output;    ///< where the result goes
-    std::string warning;   ///< of files that would be overwritten or encrypted a second time
-    std::string reminder;  ///< to list the files first; for folders
+    std::string warning;   ///< what may not be wanted; a line each
+    /// The caption of `chkLeaveOut`, with which the user has the files left out that look as if
+    /// they were done; empty when it is not offered.
+    std::string leaveOut;
+    std::string reminder; ///< to list the files first; for folders
     std::string question;
 };
 
@@ -25,11 +28,13 @@ struct Confirmation {
 [[nodiscard]] Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
                                            const FileCount& count, bool outputIsThere);
 
+enum class ConfirmationAnswer { No, Yes, YesLeavingOut };
+
 /// The window that asks. Anything but Yes is no.
 class ConfirmationView {
   public:
     virtual ~ConfirmationView() = default;
-    [[nodiscard]] virtual bool Confirm(const Confirmation& confirmation) = 0;
+    [[nodiscard]] virtual ConfirmationAnswer Confirm(const Confirmation& confirmation) = 0;
 };
 
 } // namespace zr5

@@ -99,12 +99,17 @@ class Driver {
         const std::uint64_t lengthBytes = info ? info->lengthBytes : 0;
         const bool isRegular = info && info->kind == FileKind::Regular;
 
+        const bool isLeftOut = isRegular && IsLeftOut(item.inputPath);
         if (isRegular && lengthBytes == 0) {
             EndEntry(item, {Outcome::IsEmpty}, 0);
-        } else if (isRegular && Decrypts() && lengthBytes < LeastEncryptedBytes) {
+        } else if (isRegular && !isLeftOut && Decrypts() && lengthBytes < LeastEncryptedBytes) {
             EndEntry(item, {Outcome::IsTooSmall}, 0);
         } else {
             screen_.AppendToReport(info ? " " + WithThousands(lengthBytes) + " bytes   " : "  ");
+            if (isLeftOut) {
+                EndEntry(item, {Outcome::LeftOut}, lengthBytes);
+                return;
+            }
             if (isRegular && !MayBeDecrypted(item.inputPath, lengthBytes)) {
                 screen_.EndEntry(EntryKind::LeftAlone);
                 EndLine();
@@ -118,6 +123,15 @@ class Driver {
             screen_.RemoveFromReport(note);
             EndEntry(item, result, lengthBytes);
         }
+    }
+
+    /// Judged by what the file is now, not by what it was when it was counted: the user has agreed
+    /// to a rule, not to a list. Between the question and its turn hours may pass; a file that
+    /// something else has encrypted meanwhile would be encrypted twice, and one that was encrypted
+    /// then and is plaintext by now would stay readable.
+    [[nodiscard]] bool IsLeftOut(const std::string& path) const {
+        return operation_.leavesOut &&
+               LooksDone(operation_.setup.Operation, operation_.machine.fileSystem, path);
     }
 
     void BeginEntry(const std::string& path) {
@@ -149,6 +163,7 @@ class Driver {
     }
 
     void Count(const FileResult& result, std::uint64_t lengthBytes) {
+        if (result.outcome == Outcome::LeftOut) ++totals_.filesLeftOut;
         const bool counts =
             operation_.setup.IsCheck() ? CountChecked(result) : result.IsProcessed();
         if (!counts) return;

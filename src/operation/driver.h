@@ -19,6 +19,7 @@ inline constexpr double RandomnessThreshold = 0.0;
 struct OperationTotals {
     std::uint64_t filesProcessed = 0; ///< files with a complete result; in a check, that were read
     std::uint64_t totalBytes = 0;     ///< of their inputs
+    std::uint64_t filesLeftOut = 0;   ///< as the user wished
     std::uint64_t filesIntact = 0;    ///< in a check
     std::uint64_t filesNotOpened = 0; ///< in a check: damaged altogether, or not of this key
 };

@@ -27,6 +27,8 @@ struct OperationContext {
     std::optional<FileInfo> replaceable = std::nullopt;
     /// The folder of the input that was shown to the user; another one is left alone.
     std::optional<FileIdentity> inputFolder = std::nullopt;
+    /// Whether files that look as if they were done (`LooksDone`) are left out.
+    bool leavesOut = false;
 };
 
 } // namespace zr5

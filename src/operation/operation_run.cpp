@@ -83,11 +83,23 @@ std::string CountsText(Purpose purpose, const OperationTotals& totals) {
                             totals.filesNotOpened));
 }
 
+/// Nothing, unless files were left out.
+std::string LeftOutText(const OperationContext& operation, const OperationTotals& totals) {
+    if (totals.filesLeftOut == 0) return {};
+    std::string text = FilesLine("left out", totals.filesLeftOut);
+    if (totals.filesLeftOut == operation.list.Files()) {
+        text += operation.setup.Operation == Direction::Encrypt
+                    ? "Nothing was left to do: all files are encrypted already.\r\n"
+                    : "Nothing was left to do: no file is encrypted.\r\n";
+    }
+    return text;
+}
+
 void WriteClosingSummary(const OperationContext& operation, const OperationTotals& totals) {
     const Purpose purpose = PurposeOf(operation.setup);
-    std::string text = "\r\n" + CountsText(purpose, totals) + "Total KB " +
-                       VerbForm(purpose, "encrypted") + ": " + KilobytesText(totals.totalBytes) +
-                       "\r\n";
+    std::string text = "\r\n" + CountsText(purpose, totals) + LeftOutText(operation, totals) +
+                       "Total KB " + VerbForm(purpose, "encrypted") + ": " +
+                       KilobytesText(totals.totalBytes) + "\r\n";
     if (const std::int64_t seconds = operation.screen.Time().ElapsedSeconds(); seconds > 0) {
         text += "Elapsed time: " +
                 FormatDuration(static_cast<std::uint64_t>(seconds), DurationForm::Long) + "\r\n";

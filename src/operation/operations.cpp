@@ -118,7 +118,8 @@ void Operations::RunListed(const OperationSetup& setup, const Consent& consent,
                                      .screen = screen_,
                                      .journal = journal,
                                      .replaceable = consent.replaceable,
-                                     .inputFolder = consent.inputFolder};
+                                     .inputFolder = consent.inputFolder,
+                                     .leavesOut = consent.leavesOut};
     const ListingSummary summary{0, listed.wasCutShort, listed.randomness};
     if (performances) {
         RunReliabilityTest(operation, *performances, summary);

@@ -6,23 +6,26 @@
 namespace zr5 {
 namespace {
 
-/// Looks for files that are encrypted already.
+/// Looks at each file on the way.
 class Counter : public SeenSearch {
   public:
     Counter(const OperationSetup& setup, Machine& machine, const StopAsked& stopped)
         : SeenSearch(machine, setup.Folder[InputSide], stopped),
-          looks_(setup.Operation == Direction::Encrypt),
+          operation_(setup.Operation),
+          looks_(!setup.IsCheck()),
           fileSystem_(machine.fileSystem) {}
     void MeetFile(const std::string& path) override {
         SeenSearch::MeetFile(path);
-        if (looks_ && LooksEncrypted(fileSystem_, path)) ++encryptedAlready_;
+        if (!looks_ || !LooksDone(operation_, fileSystem_, path)) return;
+        ++count.doneAlready;
+        if (const auto info = fileSystem_.Info(path)) count.doneBytes += info->lengthBytes;
     }
-    [[nodiscard]] std::uint64_t EncryptedAlready() const { return encryptedAlready_; }
+    FileCount count;
 
   private:
-    bool looks_;
+    Direction operation_;
+    bool looks_; ///< a check leaves nothing out
     FileSystem& fileSystem_;
-    std::uint64_t encryptedAlready_ = 0;
 };
 
 class Lister : public ConsiderateVisitor {
@@ -96,6 +99,11 @@ void WorkList::AddFolder(WorkItem::Kind kind, std::string path, const FileIdenti
     items_.push_back({kind, std::move(path), {}, 0, identity});
 }
 
+bool LooksDone(Direction operation, FileSystem& fileSystem, const std::string& path) {
+    return AppearanceOf(fileSystem, path) ==
+           (operation == Direction::Encrypt ? Appearance::Encrypted : Appearance::NotEncrypted);
+}
+
 WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
     return {.folder = setup.Folder[InputSide],
             .pattern = setup.EffectivePattern(),
@@ -105,19 +113,23 @@ WalkRequest WalkRequestFor(const OperationSetup& setup, std::uint64_t limit) {
 
 FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAsked& stopped) {
     Counter counter(setup, machine, stopped);
+    FileCount& count = counter.count;
     if (setup.InputMode == InputSource::SingleFile) {
         const std::string path = setup.FilePath(InputSide);
         counter.MeetFile(path);
-        FileCount one{1, counter.EncryptedAlready(), {}, false, {}};
+        count.files = 1;
         const auto info = machine.fileSystem.Info(path);
-        if (info && info->kind == FileKind::Regular) one.totalBytes = info->lengthBytes;
-        return one;
+        if (info && info->kind == FileKind::Regular) count.totalBytes = info->lengthBytes;
+        return count;
     }
     WalkRequest request = WalkRequestFor(setup, static_cast<std::uint64_t>(setup.MaxNumFiles) + 1);
     request.addsUpSizes = true;
     const WalkResult walked = WalkFolder(machine, request, counter);
-    return {walked.files, counter.EncryptedAlready(), UnreadableNote(walked), walked.wasStopped,
-            walked.totalBytes};
+    count.files = walked.files;
+    count.unreadableNote = UnreadableNote(walked);
+    count.wasStopped = walked.wasStopped;
+    count.totalBytes = walked.totalBytes;
+    return count;
 }
 
 ListedFiles MakeWorkList(const OperationSetup& setup, Machine& machine,

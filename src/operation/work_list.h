@@ -17,12 +17,18 @@ namespace zr5 {
 
 struct FileCount {
     std::uint64_t files = 0;
-    std::uint64_t encryptedAlready = 0; ///< looked for when encrypting only
-    std::string unreadableNote;         ///< of the walk (`UnreadableNote`)
-    bool wasStopped = false;            ///< by the user: there may be more
+    std::uint64_t doneAlready = 0; ///< `LooksDone`
+    std::uint64_t doneBytes = 0;   ///< of those files
+    std::string unreadableNote;    ///< of the walk (`UnreadableNote`)
+    bool wasStopped = false;       ///< by the user: there may be more
     /// Of all that could be read; nothing when the single file cannot.
     std::optional<std::uint64_t> totalBytes;
 };
+
+/// Whether a file looks as if nothing of the operation were left to be done with it: encrypted
+/// where it is to be encrypted, not encrypted where it is to be decrypted. No, for one that is
+/// empty or cannot be read.
+[[nodiscard]] bool LooksDone(Direction operation, FileSystem& fileSystem, const std::string& path);
 
 /// How many files the operation has; counting stops one above the maximum of the setup. It is seen
 /// when it takes long, and the user can stop it.

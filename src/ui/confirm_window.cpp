@@ -2,6 +2,7 @@
 
 #include "ui/appearance.h"
 #include "ui/labels.h"
+#include "ui/text_edges.h"
 #include "ui/widgets.h"
 
 #include <QGridLayout>
@@ -69,6 +70,10 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     if (!confirmation.warning.empty()) column->addLayout(Warning(confirmation.warning, this));
     if (!confirmation.reminder.empty())
         column->addWidget(paragraph("lblReminder", confirmation.reminder));
+    if (!confirmation.leaveOut.empty()) {
+        leaveOut_ = Named(new QCheckBox(ToQt(confirmation.leaveOut), this), "chkLeaveOut");
+        column->addWidget(leaveOut_);
+    }
     column->addWidget(question);
     column->addStretch(1);
     column->addLayout(MakeButtonRow({yes, no}));
@@ -76,6 +81,12 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
 
     connect(yes, &QPushButton::clicked, this, &QDialog::accept);
     connect(no, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+ConfirmationAnswer ConfirmWindow::Answer() const {
+    if (result() != Accepted) return ConfirmationAnswer::No;
+    const bool leavesOut = leaveOut_ != nullptr && leaveOut_->isChecked();
+    return leavesOut ? ConfirmationAnswer::YesLeavingOut : ConfirmationAnswer::Yes;
 }
 
 } // namespace zr5

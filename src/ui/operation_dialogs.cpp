@@ -19,8 +19,10 @@ OperationDialogs::~OperationDialogs() {
     operations_.SetWindows(nullptr);
 }
 
-bool OperationDialogs::Confirm(const Confirmation& confirmation) {
-    return ConfirmWindow(confirmation, &mainWindow_).exec() == QDialog::Accepted;
+ConfirmationAnswer OperationDialogs::Confirm(const Confirmation& confirmation) {
+    ConfirmWindow window(confirmation, &mainWindow_);
+    window.exec();
+    return window.Answer();
 }
 
 std::optional<int> OperationDialogs::AskForPerformances() {

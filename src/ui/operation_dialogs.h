@@ -21,7 +21,7 @@ class OperationDialogs final : public QObject, public OperationWindows {
                      std::function<void()> ended);
     ~OperationDialogs() override;
 
-    [[nodiscard]] bool Confirm(const Confirmation& confirmation) override;
+    [[nodiscard]] ConfirmationAnswer Confirm(const Confirmation& confirmation) override;
     [[nodiscard]] std::optional<int> AskForPerformances() override;
     void ShowReport() override;
     void SetOutOfUse(bool outOfUse) override;

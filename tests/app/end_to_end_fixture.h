@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -75,8 +76,10 @@ class EndToEnd : public testing::Test {
         Press(Main(), "cmdKeyboardWithDisplay");
     }
     std::string Perform() {
-        WhenDialogOpens(Main(), "frmConfirmOperation",
-                        [](QWidget& dialog) { Press(dialog, "cmdYes"); });
+        WhenDialogOpens(Main(), "frmConfirmOperation", [this](QWidget& dialog) {
+            if (leavesOut) Control<QCheckBox>(dialog, "chkLeaveOut").click();
+            Press(dialog, "cmdYes");
+        });
         return ReportAfter("cmdDoIt");
     }
     std::string ReportAfter(const char* button) {
@@ -91,6 +94,7 @@ class EndToEnd : public testing::Test {
 
     bool Reports(std::string_view text) { return Perform().find(text) != std::string::npos; }
 
+    bool leavesOut = false; ///< what is done already
     TemporaryFolder home;
     TemporaryFolder folder;
     LivingUser user;

@@ -92,6 +92,11 @@ TEST_F(EndToEnd, TakesAFolderWithItsSubfoldersThereAndChecksItAndBack) {
     EXPECT_TRUE(Reports("Number of files encrypted: 6\n"));
     for (const auto& [name, content] : originals)
         EXPECT_EQ(folder.Read(name) == content, name == "sub/.Trash-1/d.odg" || name == "e.odp");
+    leavesOut = true; // as where the first operation was stopped
+    folder.Write("sub/empty.odg", "new");
+    EXPECT_TRUE(Reports("Number of files encrypted: 1\nNumber of files left out: 6\n"));
+    leavesOut = false;
+    folder.Write("sub/empty.odg", "");
     Choose("optDecrypt");
     const std::string encrypted = folder.Read("a.odg");
     folder.Write("a.odg", std::string(encrypted).replace(1500, 1, 1, ~encrypted[1500]));

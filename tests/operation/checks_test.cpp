@@ -10,9 +10,9 @@ namespace {
 
 class FakeConfirmation : public ConfirmationView {
   public:
-    bool answer = true;
+    ConfirmationAnswer answer = ConfirmationAnswer::Yes;
     std::vector<Confirmation> asked;
-    bool Confirm(const Confirmation& confirmation) override {
+    ConfirmationAnswer Confirm(const Confirmation& confirmation) override {
         asked.push_back(confirmation);
         return answer;
     }
@@ -26,7 +26,10 @@ class Checks : public OperationTest {
         ChooseInput("a.txt");
     }
     bool May() {
-        return MayStart(setup, key, machine, view, [this] { return stopped; }).has_value();
+        const auto consent = MayStart(setup, key, machine, view, [this] { return stopped; });
+        EXPECT_EQ(consent && consent->leavesOut,
+                  consent && view.answer == ConfirmationAnswer::YesLeavingOut);
+        return consent.has_value();
     }
     void Refuses(const std::string& text, const std::string& title,
                  BoxIcon icon = BoxIcon::Exclamation) {
@@ -48,7 +51,7 @@ TEST_F(Checks, PassOnceTheUserConfirms) {
                                     "(so the input file will be overwritten).");
     EXPECT_EQ(view.asked[0].reminder, "");
     EXPECT_EQ(view.asked[0].question, "Perform this encryption operation?");
-    view.answer = false;
+    view.answer = ConfirmationAnswer::No;
     EXPECT_FALSE(May());
 }
 
@@ -69,6 +72,7 @@ TEST_F(Checks, RefuseAForbiddenFolderFromASetupFile) {
 
 TEST_F(Checks, DescribeADifferentOutput) {
     setup.Operation = Direction::Decrypt;
+    folder.Write("a.txt", "ZR5\x01");
     ChooseOutput("b.txt");
     Says(&Confirmation::output, "The output file is specified as b.txt in the same folder.");
     EXPECT_EQ(view.asked.back().warning, "");
@@ -154,15 +158,26 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
         " looks as if it were encrypted already. It would be encrypted a second time.";
     folder.Write("a.txt", std::string("ZR5\x01") + "rest");
     Says(&Confirmation::warning, "This file" + again);
+    EXPECT_EQ(view.asked.back().leaveOut, "") << "instead of the only one";
     setup.InputMode = InputSource::FilesInAFolder;
     folder.Write("b.txt",
                  "plain" + std::string(92, '.')); // what follows its beginning is no header
+    folder.Write("empty", "");
     Says(&Confirmation::warning, "1 of these files" + again);
-    folder.Write("b.txt", "damaged beginning, ZR5\x01" + std::string(88, '.'));
-    Says(&Confirmation::warning, "2 of these files look as if they were encrypted already. They "
-                                 "would be encrypted a second time.");
+    EXPECT_EQ(view.asked.back().leaveOut, "Leave out the files that are encrypted already");
     setup.Operation = Direction::Decrypt;
+    Says(&Confirmation::warning, "1 of these files does not look encrypted.");
+    EXPECT_EQ(view.asked.back().leaveOut, "Leave out the files that are not encrypted");
+    folder.Remove("empty");
+    folder.Write("b.txt", "damaged beginning, ZR5\x01" + std::string(88, '.'));
     Says(&Confirmation::warning, "");
+    EXPECT_EQ(view.asked.back().leaveOut, "");
+    setup.Operation = Direction::Encrypt;
+    Says(&Confirmation::warning, "All of these files look as if they were encrypted already. They "
+                                 "would be encrypted a second time.");
+    disk.freeBytes = 0;
+    view.answer = ConfirmationAnswer::YesLeavingOut;
+    EXPECT_TRUE(May()) << "and need no room";
 }
 
 TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {

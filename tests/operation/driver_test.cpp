@@ -13,7 +13,9 @@ class DriverTest : public OperationTest {
   protected:
     std::string Run() {
         screen.BeginRun(PurposeOf(setup));
-        totals = ProcessFiles(Context());
+        OperationContext context = Context();
+        context.leavesOut = leavesOut;
+        totals = ProcessFiles(context);
         screen.EndRun();
         return screen.text();
     }
@@ -24,6 +26,7 @@ class DriverTest : public OperationTest {
         return report.substr(report.find("\r\n") + 2);
     }
     OperationTotals totals; ///< of the last run
+    bool leavesOut = false;
 };
 
 TEST_F(DriverTest, NamesADifferentOutputAndLeavesTheInputAlone) {
@@ -181,6 +184,43 @@ TEST_F(Anomaly, IsNotSuspectedOfShortUnreadableOrRandomFilesNorWhenEncrypting) {
         setup.Operation = direction;
         static_cast<void>(Run());
         EXPECT_EQ(totals.filesProcessed, 1U);
+    }
+}
+
+TEST_F(DriverTest, LeavesOutWhatIsDoneWhenItsTurnComes) {
+    using enum Direction;
+    leavesOut = true;
+    const std::string sealed = "ZR5\x01" + std::string(4996, '.');
+    const std::string plain(5000, 'x');
+    kit.randomnessOf[folder / "done"] = -0.4; // nobody asks whether it is to be decrypted
+    for (const Direction direction : {Encrypt, Decrypt}) {
+        const std::string& done = direction == Encrypt ? sealed : plain;
+        const std::string& toDo = direction == Encrypt ? plain : sealed;
+        const std::string leftOut =
+            " 5,000 bytes   left out (" +
+            std::string(direction == Encrypt ? "encrypted already" : "not encrypted") + ")\r\n";
+        setup.Operation = direction;
+        list = {};
+        for (const char* name : {"toDo", "done", "empty", "changed"})
+            folder.Write(name, name == std::string("done") ? done : toDo), Add(name);
+        folder.Write("empty", "");
+        engine.onFile = [&](const std::string& input, const std::string& output) {
+            std::ofstream(output) << "result";
+            if (input == folder / "toDo") folder.Write("changed", done);
+        };
+        const std::string report = Run();
+        for (const char* name : {"          done", "       changed"})
+            EXPECT_NE(report.find(name + leftOut), std::string::npos) << report;
+        EXPECT_NE(report.find("empty (0 bytes)"), std::string::npos);
+        EXPECT_EQ(folder.Read("toDo"), "result");
+        EXPECT_NE(screen.Outcome().Text().find("2 left out · 1 left alone"), std::string::npos);
+        EXPECT_EQ(std::pair(totals.filesProcessed, totals.filesLeftOut), std::pair(1UL, 2UL));
+        disk.Fail(FsCall::Open, 1); // what cannot be read is left to the engine
+        list = {};
+        Add("done");
+        user.onAsk = [](const MessageBox&) { return Answer::Yes; };
+        static_cast<void>(Run());
+        EXPECT_EQ(totals.filesLeftOut, 0U);
     }
 }
 

@@ -203,10 +203,11 @@ TEST_F(Reliability, TouchesNothingThatItHasNotMade) {
 
 TEST_F(Reliability, IsWhatTheSetupMeansAndIsConfirmedAsSuch) {
     FileCount count;
-    count.files = count.encryptedAlready = 2;
+    count.files = count.doneAlready = 2;
     EXPECT_TRUE(IsReliabilityTest(setup));
     EXPECT_THAT(ConfirmationFor(setup, key, count, false).output, Not(HasSubstr("overwritten")));
     EXPECT_EQ(ConfirmationFor(setup, key, count, false).warning, "");
+    EXPECT_EQ(ConfirmationFor(setup, key, count, false).leaveOut, "");
     for (void (*change)(OperationSetup&) :
          {+[](OperationSetup& s) { s.Operation = Direction::Decrypt; },
           +[](OperationSetup& s) { s.InputMode = InputSource::SingleFile; },

@@ -200,12 +200,15 @@ TEST_F(SmallWindows, OfTheInspectionSwitchesViewsAndClosesByAnAnswerOnly) {
 }
 
 TEST(ConfirmWindow, AnswersNoUnlessYesHasTheFocus) {
-    ConfirmWindow window({"o", "i", "u", "", "", "q"});
-    for (const bool accepts : {false, true}) {
+    using enum ConfirmationAnswer;
+    ConfirmWindow window({"o", "i", "u", "", "Leave out", "", "q"});
+    for (const auto answer : {No, Yes, YesLeavingOut, No}) {
         window.show();
-        if (accepts) QTest::keyClick(window.focusWidget(), Qt::Key_Left);
+        if (answer == YesLeavingOut) Control<QCheckBox>(window, "chkLeaveOut").click();
+        window.setFocus();
+        Control(window, answer == No ? "cmdNo" : "cmdYes").setFocus();
         QTest::keyClick(window.focusWidget(), Qt::Key_Return);
-        EXPECT_EQ(window.result(), accepts ? QDialog::Accepted : QDialog::Rejected);
+        EXPECT_EQ(window.Answer(), answer);
     }
 }
 

@@ -135,8 +135,12 @@ class CipherEngine {
                                                              RandomSource& random,
                                                              Argon2Cost cost = FormatCost);
 
-/// Whether a file begins or ends like one that this engine has encrypted. No proof, but other files
-/// do not in practice.
-[[nodiscard]] bool LooksEncrypted(FileSystem& fileSystem, const std::string& path);
+enum class Appearance {
+    Encrypted, ///< begins or ends like a file that this engine has encrypted
+    NotEncrypted,
+    Unknown, ///< is empty, or cannot be read
+};
+/// What a file looks like. No proof, but other files do not look encrypted in practice.
+[[nodiscard]] Appearance AppearanceOf(FileSystem& fileSystem, const std::string& path);
 
 } // namespace zr5

@@ -121,19 +121,24 @@ class Zr5Engine final : public CipherEngine {
 
 } // namespace
 
-bool LooksEncrypted(FileSystem& fileSystem, const std::string& path) {
+Appearance AppearanceOf(FileSystem& fileSystem, const std::string& path) {
     const OpenResult opened = fileSystem.OpenForReading(path);
-    if (opened.status != FsStatus::Ok) return false;
+    if (opened.status != FsStatus::Ok) return Appearance::Unknown;
     OpenFile& file = *opened.file;
-    const auto looks = [&] {
+    const auto look = [&] {
         std::array<std::byte, VersionAt + 1> head{};
         const ReadResult got = file.Read(head);
-        return got.status == FsStatus::Ok && LooksLikeHeader(std::span(head).first(got.count));
+        if (got.status != FsStatus::Ok || got.count == 0) return Appearance::Unknown;
+        return LooksLikeHeader(std::span(head).first(got.count)) ? Appearance::Encrypted
+                                                                 : Appearance::NotEncrypted;
     };
-    if (looks()) return true;
+    const Appearance front = look();
+    if (front != Appearance::NotEncrypted) return front;
     const auto info = file.Info();
-    return info && info->lengthBytes > HeaderBytes &&
-           file.MoveTo(info->lengthBytes - HeaderBytes) == FsStatus::Ok && looks();
+    if (!info) return Appearance::Unknown;
+    if (info->lengthBytes <= HeaderBytes) return front;
+    const FsStatus moved = file.MoveTo(info->lengthBytes - HeaderBytes);
+    return moved == FsStatus::Ok ? look() : Appearance::Unknown;
 }
 
 std::unique_ptr<CipherEngine> MakeCipherEngine(FileSystem& fileSystem, Clock& clock,

@@ -172,6 +172,8 @@ EntryKind FileResult::Kind() const {
     case Outcome::Done:
     case Outcome::Intact:
         return remark == Remark::None ? EntryKind::Success : EntryKind::Warned;
+    case Outcome::LeftOut:
+        return EntryKind::LeftOut;
     case Outcome::IsExecutable:
     case Outcome::IsKeyfile:
     case Outcome::IsEmpty:
@@ -226,6 +228,9 @@ std::string OutcomeText(const FileResult& result, const std::string& inputPath, 
                inputPath.substr(0, 1) + ".  " + ResultIsIn(output, direction);
     case Outcome::Intact:
         return "intact";
+    case Outcome::LeftOut:
+        return direction == Direction::Encrypt ? "left out (encrypted already)"
+                                               : "left out (not encrypted)";
     case Outcome::EngineFailed:
         return EngineText(result, output);
     }

@@ -21,6 +21,7 @@ enum class Outcome {
     IsExcludedType = 7,
     NotRenamedOnFloppy = 8,
     Intact,       ///< as a check has found
+    LeftOut,      ///< there was nothing to be done with it
     EngineFailed, ///< `FileResult::engineResult` says why
 };
 
