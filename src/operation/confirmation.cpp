@@ -5,6 +5,7 @@
 #include "util/display.h"
 #include "util/numbers.h"
 
+#include <cstdlib>
 #include <initializer_list>
 
 namespace zr5 {
@@ -29,7 +30,8 @@ std::string OutputSentence(const OperationSetup& setup) {
                               " (so the input files will be overwritten).");
     }
     if (setup.FileName[InputSide] == setup.FileName[OutputSide]) {
-        return files + (one ? " will have the same name." : " will have the same names.");
+        return files + (one ? " will have the same name" : " will have the same names") +
+               ", in the folder " + DisplayName(setup.Folder[OutputSide]) + ".";
     }
     const std::string specified = files + (one ? " is specified as " : " are specified as ");
     if (setup.Folder[InputSide] == setup.Folder[OutputSide]) {
@@ -56,6 +58,61 @@ std::string DoneSentence(Direction operation, const FileCount& count) {
            (one ? " looks as if it were encrypted already. It"
                 : " look as if they were encrypted already. They") +
            " would be encrypted a second time.";
+}
+
+std::string NeverInPlaceSentence(Direction operation, const FileCount& count) {
+    if (count.neverInPlace == 0) return {};
+    const bool one = count.neverInPlace == 1;
+    return SomeOf(count, count.neverInPlace) +
+           (one ? " has an extension that is never " : " have extensions that are never ") +
+           VerbForm(operation, "encrypted") + (one ? " in place. It" : " in place. They") +
+           " will be left alone.";
+}
+
+/// Empty where there is nothing to say.
+std::string WordFor(DiskKind kind) {
+    switch (kind) {
+    case DiskKind::Plain:
+        return {};
+    case DiskKind::Btrfs:
+        return "btrfs";
+    case DiskKind::Zfs:
+        return "ZFS";
+    case DiskKind::Bcachefs:
+        return "bcachefs";
+    case DiskKind::F2fs:
+        return "F2FS";
+    case DiskKind::Nilfs:
+        return "NILFS";
+    case DiskKind::Overlay:
+        return "overlay";
+    case DiskKind::Nfs:
+        return "network: NFS";
+    case DiskKind::Smb:
+        return "network: SMB";
+    case DiskKind::Afs:
+        return "network: AFS";
+    case DiskKind::Ceph:
+        return "network: Ceph";
+    case DiskKind::Plan9:
+        return "network: 9P";
+    case DiskKind::Fuse:
+        return "FUSE";
+    case DiskKind::Removable:
+        return "removable";
+    case DiskKind::SolidState:
+        return "solid-state";
+    }
+    std::abort();
+}
+
+/// A decryption overwrites nothing that could be read.
+std::string DiskSentence(const OperationSetup& setup, const FileCount& count) {
+    const bool overwrites = setup.OutputMode == OutputTarget::OverwriteInput &&
+                            setup.Operation == Direction::Encrypt &&
+                            count.neverInPlace < count.files;
+    if (!overwrites || count.disk == DiskKind::Plain) return {};
+    return "Overwriting may leave older copies on this disk (" + WordFor(count.disk) + ").";
 }
 
 std::string Lines(std::initializer_list<std::string> sentences) {
@@ -89,9 +146,10 @@ Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
             "the input files stay as they are.";
     } else {
         confirmation.output = OutputSentence(setup);
-        confirmation.warning =
-            Lines({DoneSentence(setup.Operation, count),
-                   outputIsThere ? "The output file exists already. It will be overwritten." : ""});
+        confirmation.warning = Lines(
+            {DoneSentence(setup.Operation, count), NeverInPlaceSentence(setup.Operation, count),
+             outputIsThere ? "The output file exists already. It will be overwritten." : "",
+             DiskSentence(setup, count)});
         confirmation.leaveOut = LeaveOutCaption(setup, count);
     }
     if (setup.InputMode == InputSource::FilesInAFolder) {

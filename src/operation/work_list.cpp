@@ -2,6 +2,10 @@
 
 #include "files/seen_search.h"
 #include "libs/cipher/cipher_engine.h"
+#include "operation/report/extension_warnings.h"
+#include "util/paths.h"
+
+#include <set>
 
 namespace zr5 {
 namespace {
@@ -13,9 +17,19 @@ class Counter : public SeenSearch {
         : SeenSearch(machine, setup.Folder[InputSide], stopped),
           operation_(setup.Operation),
           looks_(!setup.IsCheck()),
+          isInPlace_(setup.OutputMode == OutputTarget::OverwriteInput),
           fileSystem_(machine.fileSystem) {}
+    void EnterFolder(const EnteredFolder& folder) override {
+        if (folder.matchingFiles == 0 || count.disk != DiskKind::Plain) return;
+        if (!devices_.insert(folder.identity.device).second) return;
+        count.disk = fileSystem_.KindOfDisk(folder.path);
+    }
     void MeetFile(const std::string& path) override {
         SeenSearch::MeetFile(path);
+        if (isInPlace_ && IsInPlaceExcludedExtension(ExtensionOf(path))) {
+            ++count.neverInPlace;
+            return;
+        }
         if (!looks_ || !LooksDone(operation_, fileSystem_, path)) return;
         ++count.doneAlready;
         if (const auto info = fileSystem_.Info(path)) count.doneBytes += info->lengthBytes;
@@ -25,7 +39,9 @@ class Counter : public SeenSearch {
   private:
     Direction operation_;
     bool looks_; ///< a check leaves nothing out
+    bool isInPlace_;
     FileSystem& fileSystem_;
+    std::set<std::uint64_t> devices_;
 };
 
 class Lister : public ConsiderateVisitor {
@@ -118,6 +134,7 @@ FileCount CountFiles(const OperationSetup& setup, Machine& machine, const StopAs
         const std::string path = setup.FilePath(InputSide);
         counter.MeetFile(path);
         count.files = 1;
+        count.disk = machine.fileSystem.KindOfDisk(setup.Folder[InputSide]);
         const auto info = machine.fileSystem.Info(path);
         if (info && info->kind == FileKind::Regular) count.totalBytes = info->lengthBytes;
         return count;

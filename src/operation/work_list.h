@@ -19,8 +19,12 @@ struct FileCount {
     std::uint64_t files = 0;
     std::uint64_t doneAlready = 0; ///< `LooksDone`
     std::uint64_t doneBytes = 0;   ///< of those files
-    std::string unreadableNote;    ///< of the walk (`UnreadableNote`)
-    bool wasStopped = false;       ///< by the user: there may be more
+    /// To be worked on in place, for which they have the wrong extensions: they are left alone.
+    std::uint64_t neverInPlace = 0;
+    /// The first disk met, of those that hold the files, on which overwriting may not reach all.
+    DiskKind disk = DiskKind::Plain;
+    std::string unreadableNote; ///< of the walk (`UnreadableNote`)
+    bool wasStopped = false;    ///< by the user: there may be more
     /// Of all that could be read; nothing when the single file cannot.
     std::optional<std::uint64_t> totalBytes;
 };

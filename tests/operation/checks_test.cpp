@@ -83,7 +83,8 @@ TEST_F(Checks, DescribeADifferentOutput) {
     setup.Folder[OutputSide] = elsewhere.Path();
     Says(&Confirmation::output, "The output file is specified as " + (elsewhere / "b.txt") + ".");
     setup.FileName[OutputSide] = "a.txt";
-    Says(&Confirmation::output, "The output file will have the same name.");
+    Says(&Confirmation::output,
+         "The output file will have the same name, in the folder " + elsewhere.Path() + ".");
 }
 
 TEST_F(Checks, RefuseAnOutputThatIsTheInputByWhateverName) {
@@ -178,6 +179,35 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
     disk.freeBytes = 0;
     view.answer = ConfirmationAnswer::YesLeavingOut;
     EXPECT_TRUE(May()) << "and need no room";
+}
+
+TEST_F(Checks, TellOfFilesThatStayAndOfDisksThatMayKeepOlderCopies) {
+    const std::string copies = "Overwriting may leave older copies on this disk (btrfs).";
+    disk.diskKinds[folder.Path()] = DiskKind::Btrfs;
+    Says(&Confirmation::warning, copies);
+    folder.Write("run.EXE", std::string("ZR5\x01"));
+    setup.InputMode = InputSource::FilesInAFolder;
+    Says(&Confirmation::warning, "1 of these files has an extension that is never encrypted in "
+                                 "place. It will be left alone.\r\n" +
+                                     copies);
+    EXPECT_EQ(view.asked.back().leaveOut, "") << "it is left alone anyway";
+    setup.Operation = Direction::Decrypt;
+    folder.Remove("a.txt");
+    Says(&Confirmation::warning, "This file has an extension that is never decrypted in place. It "
+                                 "will be left alone.");
+    setup.Operation = Direction::Encrypt;
+    folder.Remove("run.EXE");
+    disk.diskKinds.clear();
+    std::filesystem::create_directory(folder / "sub");
+    folder.Write("sub/a.txt", "on the same disk");
+    disk.diskKinds[folder / "sub/"] = DiskKind::SolidState;
+    setup.SubfolderAnswer = true;
+    Says(&Confirmation::warning, "Overwriting may leave older copies on this disk (solid-state).");
+    setup.InputMode = InputSource::SingleFile;
+    setup.FileName[InputSide] = "sub/a.txt";
+    ChooseOutput("b.txt");
+    disk.diskKinds[folder.Path()] = DiskKind::Btrfs;
+    Says(&Confirmation::warning, "");
 }
 
 TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {

@@ -45,14 +45,16 @@ TEST_F(Disks, WithoutRoomKeepTheFileWholeAndSayWhy) {
         std::unique_ptr<MountedDisk> disk;
         std::size_t length;
         const char* reason;
+        DiskKind kind = DiskKind::Plain;
     };
     std::array cases{
         Case{std::make_unique<MountedDisk>("tmpfs", "size=14m"), 10 * MiB, "disk full"},
         Case{std::make_unique<MountedDisk>("btrfs", 256 * MiB), 85 * MiB,
-             "The file is unchanged: the disk has no room to overwrite it."}};
+             "The file is unchanged: the disk has no room to overwrite it.", DiskKind::Btrfs}};
     for (const Case& each : cases) {
         if (!each.disk->IsMounted()) continue;
         SCOPED_TRACE(each.reason);
+        EXPECT_EQ(System().KindOfDisk(each.disk->folder.Path()), each.kind);
         original = PatternBytes(each.length);
         each.disk->folder.Write("a", original);
         sync();

@@ -121,6 +121,11 @@ class FaultyFileSystem : public FileSystem {
     }
     /// What FreeBytes answers, a failure included; not set: the truth.
     std::optional<std::optional<std::uint64_t>> freeBytes;
+    DiskKind KindOfDisk(const std::string& path) override {
+        const auto found = diskKinds.find(path);
+        return found == diskKinds.end() ? DiskKind::Plain : found->second;
+    }
+    std::map<std::string, DiskKind> diskKinds; ///< by path, where it is not a plain one
     std::size_t LongestName(const std::string& path) override { return inner_.LongestName(path); }
 
   private:

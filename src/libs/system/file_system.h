@@ -3,6 +3,8 @@
 // Everything that touches the disk goes through this interface, so that a test can fail any
 // call of any kind, or end the program there.
 
+#include "libs/system/disk_kind.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -169,6 +171,8 @@ class FileSystem {
     /// The free bytes that this user may fill on the drive that holds `path`; the largest number
     /// where the file system does not tell its size.
     [[nodiscard]] virtual std::optional<std::uint64_t> FreeBytes(const std::string& path) = 0;
+    /// What is known of the disk that holds `path`, without rights to ask it itself.
+    [[nodiscard]] virtual DiskKind KindOfDisk(const std::string& path) = 0;
     /// The longest name, in bytes, that the folder that holds `path` accepts.
     [[nodiscard]] virtual std::size_t LongestName(const std::string& path) = 0;
 };

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/statvfs.h>
+#include <sys/sysmacros.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace zr5 {
@@ -190,6 +192,18 @@ class LinuxFileSystem final : public FileSystem {
         struct statvfs room {};
         if (statvfs(path.c_str(), &room) != 0) return std::nullopt;
         return FreeBytesOf(room);
+    }
+
+    DiskKind KindOfDisk(const std::string& path) override {
+        struct statfs system {};
+        struct stat raw {};
+        if (statfs(path.c_str(), &system) != 0 || stat(path.c_str(), &raw) != 0) {
+            return DiskKind::Plain;
+        }
+        const std::string number =
+            std::to_string(major(raw.st_dev)) + ":" + std::to_string(minor(raw.st_dev));
+        return KindFrom({.fileSystemType = static_cast<std::uint32_t>(system.f_type),
+                         .device = ReadBlockDevice("/sys/dev/block/" + number)});
     }
 
     std::size_t LongestName(const std::string& path) override {

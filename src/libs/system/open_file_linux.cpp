@@ -1,5 +1,6 @@
 #include "libs/system/open_file_linux.h"
 
+#include "libs/system/disk_kind.h"
 #include "libs/system/errors_linux.h"
 #include "libs/system/file_attributes_linux.h"
 
@@ -21,20 +22,13 @@ std::int64_t Nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-/// The room that these file systems need to overwrite a file is not that which it takes: they
-/// write everything elsewhere first. (Numbers from the manual page statfs(2).)
+/// The room that such a file system needs to overwrite a file is not that which it takes.
 bool WritesElsewhere(int descriptor) {
-    constexpr std::array<std::uint32_t, 5> CopyOnWrite = {
-        0x9123683E, // btrfs
-        0x2FC12FC1, // ZFS
-        0xCA451A4E, // bcachefs
-        0xF2F52010, // F2FS
-        0x3434,     // NILFS
-    };
     struct statfs system {};
     if (fstatfs(descriptor, &system) != 0) return false;
-    return std::ranges::find(CopyOnWrite, static_cast<std::uint32_t>(system.f_type)) !=
-           CopyOnWrite.end();
+    const DiskFacts facts{.fileSystemType = static_cast<std::uint32_t>(system.f_type),
+                          .device = {}};
+    return IsCopyOnWrite(KindFrom(facts));
 }
 
 /// The room that a file takes.
