@@ -119,6 +119,8 @@ class Driver {
             screen_.AppendToReport(note);
             screen_.BeginFile(NameOf(item.inputPath), lengthBytes, PassesOver(item));
             operation_.machine.user.ProcessEvents();
+            operation_.journal.SetTally(
+                {totals_.filesProcessed + totals_.filesLeftOut, operation_.list.Files()});
             const FileResult result = Work(item);
             screen_.RemoveFromReport(note);
             EndEntry(item, result, lengthBytes);

@@ -35,6 +35,7 @@ ResultNote NoteFor(const OperationContext& operation, JournalRecord::Step step,
     record.direction = operation.setup.Operation;
     record.inputPath = inputPath;
     record.outputPath = outputPath;
+    record.files = operation.journal.Tally();
     const auto input = operation.machine.fileSystem.Info(inputPath);
     if (input) record.input = MarkOf(*input);
     ResultNote note(operation.machine.fileSystem, operation.journal, std::move(record),

@@ -2,23 +2,11 @@
 
 // What the program does at its start about a file that was being worked on when it was stopped.
 
+#include "operation/interruption_box.h"
 #include "operation/operation_journal.h"
 #include "util/machine.h"
 
 namespace zr5 {
-
-enum class InterruptionEnd {
-    Untouched,      ///< the input is as it was, and nothing else was found
-    Undone,         ///< the input is as it was; the unfinished result was removed, and overwritten
-                    ///< first if it could be read
-    UndoneReadable, ///< the same, but what could be read was not overwritten
-    Finished,       ///< the result is complete and has its name
-    NotConfirmed,   ///< the same, but the disk has not confirmed the name
-    Obstructed,     ///< only the replacing is left to be done, and it cannot be now
-    LeftAlone,      ///< nobody can tell for certain which of the files may go, or they cannot
-    OutOfReach,     ///< none of the files is to be seen, as where a disk is not connected
-    OtherFolder,    ///< the folder is another one than then, by its number or its file system's
-};
 
 /// Brings about that exactly one complete file has the input's name, and removes what only the
 /// interrupted run can have made and did not complete. Touches nothing that is not proved to be

@@ -116,6 +116,8 @@ std::string Encoded(const JournalRecord& record, std::uint64_t sequence) {
     fields.Number(record.outputVolume);
     fields.Text(record.overwriteHead);
     fields.Text(record.earlierHead);
+    fields.Number(record.files.done);
+    fields.Number(record.files.inAll);
     Writer place;
     place.Number(sequence);
     place.Text(fields.text());
@@ -146,6 +148,8 @@ DecodedRecord DecodeRecord(std::string_view place) {
     record.outputVolume = fields.Number();
     record.overwriteHead = fields.Text();
     record.earlierHead = fields.Text();
+    record.files.done = fields.Number();
+    record.files.inAll = fields.Number();
     return fields.IsValid() ? decoded : DecodedRecord{};
 }
 

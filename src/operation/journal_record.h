@@ -30,6 +30,13 @@ struct FileMark {
 /// Of the regular file at `path` itself, if there is one.
 [[nodiscard]] std::optional<FileMark> MarkAt(FileSystem& fileSystem, const std::string& path);
 
+/// How far an operation is: the files with which nothing is left to do, of all.
+struct FileTally {
+    std::uint64_t done = 0;
+    std::uint64_t inAll = 0; ///< 0: not known
+    friend bool operator==(const FileTally&, const FileTally&) = default;
+};
+
 struct JournalRecord {
     enum class Step : std::uint8_t {
         None,
@@ -48,6 +55,7 @@ struct JournalRecord {
     std::uint64_t outputVolume = 0; ///< of that folder, as FileSystem::VolumeOf tells
     std::string overwriteHead;      ///< the first bytes that the input is overwritten with
     std::string earlierHead; ///< those with which an interrupted mending found it overwritten
+    FileTally files;         ///< before this one
     friend bool operator==(const JournalRecord&, const JournalRecord&) = default;
 };
 
@@ -57,7 +65,7 @@ struct JournalRecord {
 [[nodiscard]] bool IsPlausible(const JournalRecord& record);
 
 /// What every place in a journal begins with.
-inline constexpr std::string_view JournalMagic = "ZR5 journal 3\r\n";
+inline constexpr std::string_view JournalMagic = "ZR5 journal 4\r\n";
 
 /// JournalMagic, `sequence`, the record and a digest of all that.
 [[nodiscard]] std::string Encoded(const JournalRecord& record, std::uint64_t sequence);

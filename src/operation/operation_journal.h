@@ -58,6 +58,10 @@ class OperationJournal {
     /// noted, and all is well unless one was lost.
     [[nodiscard]] bool Note(const JournalRecord& record,
                             Durability durability = Durability::OfProcess);
+    /// What is to be noted of the operation with its next file; kept here for whoever makes the
+    /// record.
+    void SetTally(const FileTally& tally) { tally_ = tally; }
+    [[nodiscard]] const FileTally& Tally() const { return tally_; }
     /// Notes that nothing is unfinished.
     void Forget();
     /// Whether, since this was asked last, a record could not be written or a journal to go on in
@@ -93,6 +97,7 @@ class OperationJournal {
     std::string path_;
     std::unique_ptr<OpenFile> file_;
     JournalRecord last_;
+    FileTally tally_;
     std::uint64_t sequence_ = 0;
     bool isSpoilt_ = false;  ///< the open file could not be written
     bool hasFailed_ = false; ///< and it was not told yet

@@ -237,6 +237,7 @@ TEST_F(DriverTest, StopsBetweenFilesOnly) {
     EXPECT_EQ(totals.filesProcessed, 2U);
     EXPECT_EQ(screen.Outcome().Text(), "2 encrypted · 1 not begun");
     EXPECT_EQ(folder.Read("c"), "abc");
+    EXPECT_EQ(journal.Tally(), (FileTally{.done = 1, .inAll = 3})) << "as noted with b";
 }
 
 TEST(EngineResult, IsReportedInItsOwnWords) {

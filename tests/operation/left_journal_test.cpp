@@ -23,6 +23,7 @@ class LeftJournal : public Interruption {
         record.outputFolder = System().IdentityOf(folder.Path())->inode;
         record.outputVolume = System().VolumeOf(folder.Path());
         record.overwriteHead = "\x01\x02 head";
+        record.files = {.done = 12, .inAll = 30};
     }
     void Leave(JournalRecord::Step step) {
         config.Empty();
@@ -131,8 +132,10 @@ TEST_F(LeftJournal, TellsWhichFileItWas) {
     user.Expect(
         Notice("Vaultline ZR5 was interrupted while this file was being encrypted:\r\n\r\n" +
                    folder.Path() +
-                   "a\r\n\r\nThe program has not touched the file. The unfinished result beside "
-                   "it has been removed.",
+                   "a\r\n\r\n12 of 30 files had been encrypted before it.\r\n\r\nThe program has "
+                   "not touched the file. The unfinished result beside it has been removed."
+                   "\r\n\r\nTo go on, start the operation again and leave out what is encrypted "
+                   "already.",
                "Interrupted operation", BoxIcon::Information));
     Start();
     EXPECT_EQ(config.Names(), Names{"zr5e.journal-2"});
