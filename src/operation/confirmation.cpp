@@ -6,7 +6,6 @@
 #include "util/numbers.h"
 
 #include <cstdlib>
-#include <initializer_list>
 
 namespace zr5 {
 namespace {
@@ -52,6 +51,7 @@ std::string DoneSentence(Direction operation, const FileCount& count) {
     const std::string some = SomeOf(count, count.doneAlready);
     const bool one = count.doneAlready == 1;
     if (operation == Direction::Decrypt) {
+        if (!one && count.doneAlready == count.files) return "None of these files looks encrypted.";
         return some + (one ? " does not look encrypted." : " do not look encrypted.");
     }
     return some +
@@ -115,13 +115,15 @@ std::string DiskSentence(const OperationSetup& setup, const FileCount& count) {
     return "Overwriting may leave older copies on this disk (" + WordFor(count.disk) + ").";
 }
 
-std::string Lines(std::initializer_list<std::string> sentences) {
-    std::string lines;
-    for (const std::string& sentence : sentences) {
-        if (!lines.empty() && !sentence.empty()) lines += "\r\n";
-        lines += sentence;
-    }
-    return lines;
+/// That of the files which may be left out stands last, where the box for it follows.
+std::vector<std::string> Warnings(const OperationSetup& setup, const FileCount& count,
+                                  bool outputIsThere) {
+    std::vector<std::string> warnings{
+        NeverInPlaceSentence(setup.Operation, count),
+        outputIsThere ? "The output file exists already. It will be overwritten." : "",
+        DiskSentence(setup, count), DoneSentence(setup.Operation, count)};
+    std::erase(warnings, "");
+    return warnings;
 }
 
 /// Of a single file No says the same.
@@ -146,10 +148,7 @@ Confirmation ConfirmationFor(const OperationSetup& setup, const CurrentKey& key,
             "the input files stay as they are.";
     } else {
         confirmation.output = OutputSentence(setup);
-        confirmation.warning = Lines(
-            {DoneSentence(setup.Operation, count), NeverInPlaceSentence(setup.Operation, count),
-             outputIsThere ? "The output file exists already. It will be overwritten." : "",
-             DiskSentence(setup, count)});
+        confirmation.warnings = Warnings(setup, count, outputIsThere);
         confirmation.leaveOut = LeaveOutCaption(setup, count);
     }
     if (setup.InputMode == InputSource::FilesInAFolder) {

@@ -8,15 +8,16 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zr5 {
 
 /// What `frmConfirmOperation` shows. UTF-8, one paragraph a field; empty ones are left out.
 struct Confirmation {
-    std::string operation; ///< which operation, and the key's checksum
-    std::string input;     ///< which files, and how many
-    std::string output;    ///< where the result goes
-    std::string warning;   ///< what may not be wanted; a line each
+    std::string operation;             ///< which operation, and the key's checksum
+    std::string input;                 ///< which files, and how many
+    std::string output;                ///< where the result goes
+    std::vector<std::string> warnings; ///< of what may not be wanted
     /// The caption of `chkLeaveOut`, with which the user has the files left out that look as if
     /// they were done; empty when it is not offered.
     std::string leaveOut;

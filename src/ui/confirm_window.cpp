@@ -16,6 +16,7 @@ constexpr int TextWidth = 480;
 /// Of the screen's height, beyond which a sentence with long names scrolls.
 constexpr double TallestSentence = 0.25;
 constexpr int WarningIconSize = 24;
+constexpr int WarningSpacing = 4;
 
 /// The two sentences that matter, side by side with what they are about.
 QFrame* InputAndOutput(const Confirmation& confirmation, QWidget* parent) {
@@ -37,7 +38,8 @@ QFrame* InputAndOutput(const Confirmation& confirmation, QWidget* parent) {
     return frame;
 }
 
-QLayout* Warning(const std::string& text, QWidget* parent) {
+/// What may not be wanted, and below it what can be done about the last of it.
+QLayout* Warnings(const std::vector<std::string>& warnings, QWidget* remedy, QWidget* parent) {
     auto* row = MakeRow(RowSpacing);
     auto* picture = new QLabel(parent);
     picture->setPixmap(
@@ -45,7 +47,15 @@ QLayout* Warning(const std::string& text, QWidget* parent) {
             ->standardIcon(QStyle::SP_MessageBoxWarning)
             .pixmap(QSize(WarningIconSize, WarningIconSize), parent->devicePixelRatioF()));
     row->addWidget(picture, 0, Qt::AlignTop);
-    row->addWidget(MakeParagraph("lblWarning", text, TextWidth, parent), 1, Qt::AlignVCenter);
+    auto* column = new QVBoxLayout;
+    column->setSpacing(WarningSpacing);
+    column->addStretch(1);
+    for (std::size_t k = 0; k < warnings.size(); ++k) {
+        column->addWidget(MakeParagraph(Indexed("lblWarning", k), warnings[k], TextWidth, parent));
+    }
+    if (remedy != nullptr) column->addWidget(remedy);
+    column->addStretch(1);
+    row->addLayout(column, 1);
     return row;
 }
 
@@ -60,6 +70,8 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     SetBold(*operation, true);
     auto* question = paragraph("lblQuestion", confirmation.question);
     SetBold(*question, true);
+    if (!confirmation.leaveOut.empty())
+        leaveOut_ = Named(new QCheckBox(ToQt(confirmation.leaveOut), this), "chkLeaveOut");
     auto* yes = MakeButton("cmdYes", "Yes", this);
     auto* no = MakeButton("cmdNo", "No", this);
     no->setDefault(true);
@@ -67,13 +79,10 @@ ConfirmWindow::ConfirmWindow(const Confirmation& confirmation, QWidget* parent) 
     auto* column = MakeColumn(*this);
     column->addWidget(operation);
     column->addWidget(InputAndOutput(confirmation, this));
-    if (!confirmation.warning.empty()) column->addLayout(Warning(confirmation.warning, this));
+    if (!confirmation.warnings.empty())
+        column->addLayout(Warnings(confirmation.warnings, leaveOut_, this));
     if (!confirmation.reminder.empty())
         column->addWidget(paragraph("lblReminder", confirmation.reminder));
-    if (!confirmation.leaveOut.empty()) {
-        leaveOut_ = Named(new QCheckBox(ToQt(confirmation.leaveOut), this), "chkLeaveOut");
-        column->addWidget(leaveOut_);
-    }
     column->addWidget(question);
     column->addStretch(1);
     column->addLayout(MakeButtonRow({yes, no}));

@@ -40,6 +40,10 @@ class Checks : public OperationTest {
         EXPECT_TRUE(May());
         EXPECT_EQ(view.asked.back().*line, text);
     }
+    void Warns(const std::vector<std::string>& warnings) {
+        EXPECT_TRUE(May());
+        EXPECT_EQ(view.asked.back().warnings, warnings);
+    }
     FakeConfirmation view;
     bool stopped = false;
 };
@@ -75,10 +79,10 @@ TEST_F(Checks, DescribeADifferentOutput) {
     folder.Write("a.txt", "ZR5\x01");
     ChooseOutput("b.txt");
     Says(&Confirmation::output, "The output file is specified as b.txt in the same folder.");
-    EXPECT_EQ(view.asked.back().warning, "");
+    EXPECT_EQ(view.asked.back().warnings, std::vector<std::string>{});
     EXPECT_EQ(view.asked.back().question, "Perform this decryption operation?");
     folder.Write("b.txt", "of an earlier run");
-    Says(&Confirmation::warning, "The output file exists already. It will be overwritten.");
+    Warns({"The output file exists already. It will be overwritten."});
     const TemporaryFolder elsewhere;
     setup.Folder[OutputSide] = elsewhere.Path();
     Says(&Confirmation::output, "The output file is specified as " + (elsewhere / "b.txt") + ".");
@@ -158,24 +162,27 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
     const std::string again =
         " looks as if it were encrypted already. It would be encrypted a second time.";
     folder.Write("a.txt", std::string("ZR5\x01") + "rest");
-    Says(&Confirmation::warning, "This file" + again);
+    Warns({"This file" + again});
     EXPECT_EQ(view.asked.back().leaveOut, "") << "instead of the only one";
     setup.InputMode = InputSource::FilesInAFolder;
     folder.Write("b.txt",
                  "plain" + std::string(92, '.')); // what follows its beginning is no header
     folder.Write("empty", "");
-    Says(&Confirmation::warning, "1 of these files" + again);
+    Warns({"1 of these files" + again});
     EXPECT_EQ(view.asked.back().leaveOut, "Leave out the files that are encrypted already");
     setup.Operation = Direction::Decrypt;
-    Says(&Confirmation::warning, "1 of these files does not look encrypted.");
+    Warns({"1 of these files does not look encrypted."});
     EXPECT_EQ(view.asked.back().leaveOut, "Leave out the files that are not encrypted");
     folder.Remove("empty");
+    folder.Write("a.txt", "plain");
+    Warns({"None of these files looks encrypted."});
+    folder.Write("a.txt", std::string("ZR5\x01") + "rest");
     folder.Write("b.txt", "damaged beginning, ZR5\x01" + std::string(88, '.'));
-    Says(&Confirmation::warning, "");
+    Warns({});
     EXPECT_EQ(view.asked.back().leaveOut, "");
     setup.Operation = Direction::Encrypt;
-    Says(&Confirmation::warning, "All of these files look as if they were encrypted already. They "
-                                 "would be encrypted a second time.");
+    Warns({"All of these files look as if they were encrypted already. They "
+           "would be encrypted a second time."});
     disk.freeBytes = 0;
     view.answer = ConfirmationAnswer::YesLeavingOut;
     EXPECT_TRUE(May()) << "and need no room";
@@ -184,17 +191,17 @@ TEST_F(Checks, TellOfFilesThatAreEncryptedAlready) {
 TEST_F(Checks, TellOfFilesThatStayAndOfDisksThatMayKeepOlderCopies) {
     const std::string copies = "Overwriting may leave older copies on this disk (btrfs).";
     disk.diskKinds[folder.Path()] = DiskKind::Btrfs;
-    Says(&Confirmation::warning, copies);
+    Warns({copies});
     folder.Write("run.EXE", std::string("ZR5\x01"));
     setup.InputMode = InputSource::FilesInAFolder;
-    Says(&Confirmation::warning, "1 of these files has an extension that is never encrypted in "
-                                 "place. It will be left alone.\r\n" +
-                                     copies);
+    Warns({"1 of these files has an extension that is never encrypted in "
+           "place. It will be left alone.",
+           copies});
     EXPECT_EQ(view.asked.back().leaveOut, "") << "it is left alone anyway";
     setup.Operation = Direction::Decrypt;
     folder.Remove("a.txt");
-    Says(&Confirmation::warning, "This file has an extension that is never decrypted in place. It "
-                                 "will be left alone.");
+    Warns({"This file has an extension that is never decrypted in place. It "
+           "will be left alone."});
     setup.Operation = Direction::Encrypt;
     folder.Remove("run.EXE");
     disk.diskKinds.clear();
@@ -202,12 +209,12 @@ TEST_F(Checks, TellOfFilesThatStayAndOfDisksThatMayKeepOlderCopies) {
     folder.Write("sub/a.txt", "on the same disk");
     disk.diskKinds[folder / "sub/"] = DiskKind::SolidState;
     setup.SubfolderAnswer = true;
-    Says(&Confirmation::warning, "Overwriting may leave older copies on this disk (solid-state).");
+    Warns({"Overwriting may leave older copies on this disk (solid-state)."});
     setup.InputMode = InputSource::SingleFile;
     setup.FileName[InputSide] = "sub/a.txt";
     ChooseOutput("b.txt");
     disk.diskKinds[folder.Path()] = DiskKind::Btrfs;
-    Says(&Confirmation::warning, "");
+    Warns({});
 }
 
 TEST_F(Checks, AskAboutAntiVirusProgramsBeforeASingleFileIsEncrypted) {

@@ -79,6 +79,17 @@ TEST_F(OperationRun, ChecksWithoutTouchingTheDiskAndSumsUpWhatItFound) {
     EXPECT_NE(Run().find("Number of files checked: 1\r\n"), std::string::npos);
 }
 
+TEST_F(OperationRun, SaysWhenNothingWasLeftToDo) {
+    ListFiles(2);
+    setup.Operation = Direction::Decrypt;
+    OperationContext leavingOut = Context();
+    leavingOut.leavesOut = true;
+    RunOperation(leavingOut);
+    EXPECT_NE(screen.text().find("Number of files left out: 2\r\n"
+                                 "Nothing was left to do: no file is encrypted.\r\n"),
+              std::string::npos);
+}
+
 TEST_F(OperationRun, WarnsOfAntiVirusProgramsByKindOfFile) {
     ListFiles(2, "EXE");
     const std::string advice = "\r\nIf you have anti-virus software running then it is recommended "

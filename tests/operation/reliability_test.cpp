@@ -206,7 +206,7 @@ TEST_F(Reliability, IsWhatTheSetupMeansAndIsConfirmedAsSuch) {
     count.files = count.doneAlready = 2;
     EXPECT_TRUE(IsReliabilityTest(setup));
     EXPECT_THAT(ConfirmationFor(setup, key, count, false).output, Not(HasSubstr("overwritten")));
-    EXPECT_EQ(ConfirmationFor(setup, key, count, false).warning, "");
+    EXPECT_THAT(ConfirmationFor(setup, key, count, false).warnings, testing::IsEmpty());
     EXPECT_EQ(ConfirmationFor(setup, key, count, false).leaveOut, "");
     for (void (*change)(OperationSetup&) :
          {+[](OperationSetup& s) { s.Operation = Direction::Decrypt; },

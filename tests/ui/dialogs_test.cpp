@@ -201,7 +201,7 @@ TEST_F(SmallWindows, OfTheInspectionSwitchesViewsAndClosesByAnAnswerOnly) {
 
 TEST(ConfirmWindow, AnswersNoUnlessYesHasTheFocus) {
     using enum ConfirmationAnswer;
-    ConfirmWindow window({"o", "i", "u", "", "Leave out", "", "q"});
+    ConfirmWindow window({"o", "i", "u", {"w"}, "Leave out", "", "q"});
     for (const auto answer : {No, Yes, YesLeavingOut, No}) {
         window.show();
         if (answer == YesLeavingOut) Control<QCheckBox>(window, "chkLeaveOut").click();
