@@ -20,6 +20,7 @@ class Counter : public SeenSearch {
           isInPlace_(setup.OutputMode == OutputTarget::OverwriteInput),
           fileSystem_(machine.fileSystem) {}
     void EnterFolder(const EnteredFolder& folder) override {
+        SeenSearch::EnterFolder(folder);
         if (folder.matchingFiles == 0 || count.disk != DiskKind::Plain) return;
         if (!devices_.insert(folder.identity.device).second) return;
         count.disk = fileSystem_.KindOfDisk(folder.path);
