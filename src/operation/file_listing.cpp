@@ -117,6 +117,11 @@ std::vector<ListedFile> ListFiles(const OperationSetup& setup, Machine& machine,
     screen.AppendAlways(
         "\r\n" + ListingSummaryText(PurposeOf(setup), {visitor.Listed().size(), listed.cutShort,
                                                        visitor.Randomness()}));
+    if (visitor.Extensions().Files() != 0) {
+        screen.AppendAlways(
+            "\r\n * marks files that are never worked on in place, because of their "
+            "extension.\r\n");
+    }
     WarnOfAntiVirus(machine.user, visitor.Extensions());
     screen.EndRun();
     return std::move(visitor.Listed());

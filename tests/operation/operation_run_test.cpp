@@ -210,7 +210,9 @@ TEST_F(Listing, NamesEveryFolderAndFileAndSumsThemUp) {
                           "sub/ has 1 matching file and no subfolders.\r\n     [2] * " + path +
                           "sub/b.BIN (4,096 bytes)   \r\n\r\nNumber of files: 2\r\n"
                           "Number of files with randomness value < 0: 1\r\n"
-                          "Number of files with randomness value > 0: 0\r\n");
+                          "Number of files with randomness value > 0: 0\r\n"
+                          "\r\n * marks files that are never worked on in place, because of "
+                          "their extension.\r\n");
     EXPECT_EQ(user.asked.size(), 1U) << "of programs that dislike b.BIN";
     EXPECT_EQ(screen.PausedDoneText(), "Done");
     ASSERT_EQ(listed.size(), 2U);
