@@ -241,7 +241,7 @@ std::string OutcomeText(const FileResult& result, const std::string& inputPath, 
 
 std::string ResultText(const FileResult& result, const std::string& inputPath, Direction direction,
                        std::uint64_t outputBytes) {
-    const std::string text = OutcomeText(result, inputPath, direction, outputBytes);
+    std::string text = OutcomeText(result, inputPath, direction, outputBytes);
     if (result.remark == Remark::None) return text;
     return text + ContinuationLine(RemarkText(result.remark));
 }
