@@ -55,7 +55,7 @@ ReportWindow::ReportWindow(ReportScreen& screen, std::function<bool()> save, QWi
           MakeChangingButton("cmdPauseContinue", {"Pause at next file", "Continue"}, this)),
       said_(MakeLabel("lblSaid", {}, this)),
       saveReport_(MakeChangingButton("cmdSaveReport", {"Save report"}, this)),
-      randomness_(MakeButton("cmdRandomnessOfFiles", "Randomness report", this)),
+      randomness_(MakeChangingButton("cmdRandomnessOfFiles", {"Randomness report"}, this)),
       copy_(MakeChangingButton("cmdCopyToClipboard",
                                {ReportScreen::CopyCaption(true), ReportScreen::CopyCaption(false)},
                                this)) {
@@ -103,20 +103,19 @@ QLayout* ReportWindow::StatusRow() {
     row->addStretch(1);
     row->addWidget(file_);
     row->addWidget(progress_);
+    row->addWidget(randomness_);
     return row;
 }
 
 QLayout* ReportWindow::ButtonRow() {
     auto* close = MakeButton("cmdClose", "Close", this);
     close->setAutoDefault(false);
-    randomness_->setAutoDefault(false);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     auto* row = MakeRow(RowSpacing);
     row->addWidget(pauseContinue_);
     row->addWidget(stop_);
     row->addStretch(1);
     row->addWidget(said_);
-    row->addWidget(randomness_);
     row->addWidget(saveReport_);
     row->addWidget(copy_);
     row->addWidget(close);
