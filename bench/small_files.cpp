@@ -154,8 +154,8 @@ bool RunProgram(const std::string& folder, std::size_t count, Figures& figures) 
     MakeFiles(folder, count);
     window.ShowAtEnd();
     figures.listing.push_back(Seconds([&] {
-        ListFiles(
-            setup, machine, screen, "", [] { return false; }, [] {});
+        static_cast<void>(ListFiles(
+            setup, machine, screen, "", [] { return false; }, [] {}));
     }));
     OperationTotals totals;
     interfaceSeconds = 0;
