@@ -1,5 +1,6 @@
 #include "operation/copies_folder.h"
 
+#include "libs/system/safe_file.h"
 #include "util/paths.h"
 
 namespace zr5 {
@@ -46,8 +47,12 @@ bool CopiesFolder::RemoveCopies() {
     bool allGone = true;
     for (const std::string& folder : {encrypted_, decrypted_}) {
         for (const std::string& name : names_) {
-            const FsStatus status = fileSystem_.Remove(folder + name);
-            allGone = allGone && (status == FsStatus::Ok || status == FsStatus::NotFound);
+            for (const std::string& path :
+                 {folder + name,
+                  NumberedName(fileSystem_, folder + name, std::string(SalvageSuffix), 1)}) {
+                const FsStatus status = fileSystem_.Remove(path);
+                allGone = allGone && (status == FsStatus::Ok || status == FsStatus::NotFound);
+            }
         }
     }
     return allGone;

@@ -160,7 +160,9 @@ class Driver {
                               ? " cannot be written, so the operation ends here."
                               : " could not be written; another takes its place."));
         }
-        screen_.EndEntry(result.Kind());
+        // A file that can only have been cut off is no encrypted file left alone.
+        const bool isRest = operation_.setup.IsCheck() && result.outcome == Outcome::IsTooSmall;
+        screen_.EndEntry(isRest ? EntryKind::Failed : result.Kind());
         EndLine();
     }
 
@@ -177,7 +179,9 @@ class Driver {
     bool CountChecked(const FileResult& result) {
         const EngineResult found = result.engineResult;
         const bool isIntact = result.outcome == Outcome::Intact;
-        const bool isNotOpened = found == EngineResult::WrongKeyOrCorrupt;
+        const bool isNotOpened =
+            found == EngineResult::WrongKeyOrCorrupt || result.outcome == Outcome::IsTooSmall;
+        if (result.outcome == Outcome::IsEmpty) ++totals_.filesEmpty;
         if (isIntact) ++totals_.filesIntact;
         if (isNotOpened) ++totals_.filesNotOpened;
         return isIntact || isNotOpened || IsPartial(found) || found == EngineResult::ReadError;

@@ -21,6 +21,7 @@ struct OperationTotals {
     std::uint64_t totalBytes = 0;     ///< of their inputs
     std::uint64_t filesLeftOut = 0;   ///< as the user wished
     std::uint64_t filesIntact = 0;    ///< in a check
+    std::uint64_t filesEmpty = 0;     ///< in a check
     std::uint64_t filesNotOpened = 0; ///< in a check: damaged altogether, or not of this key
 };
 

@@ -80,7 +80,8 @@ std::string CountsText(Purpose purpose, const OperationTotals& totals) {
            (totals.filesNotOpened == 0
                 ? ""
                 : FilesLine("damaged altogether, or not encrypted with this key",
-                            totals.filesNotOpened));
+                            totals.filesNotOpened)) +
+           (totals.filesEmpty == 0 ? "" : FilesLine("empty", totals.filesEmpty));
 }
 
 /// Nothing, unless files were left out.

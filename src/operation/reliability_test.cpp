@@ -214,10 +214,8 @@ class ReliabilityTest {
             Line(start + ComparisonText({CompareOutcome::FirstEmpty}));
             return true;
         }
-        const std::string decrypted = DecryptedCopy(file);
         screen_.BeginFile(DisplayName(file.name), file.lengthBytes, 1);
-        const ProgressFunction progress = Throttled(machine_.clock, screen_.PassProgress());
-        const Comparison result = machine_.fileKit.compare_files(file.path, decrypted, progress);
+        const Comparison result = CompareCopy(file);
         if (result.outcome == CompareOutcome::Identical) {
             ++compared_;
             screen_.EndEntry(EntryKind::Success);
@@ -230,11 +228,18 @@ class ReliabilityTest {
         return false;
     }
 
-    /// Of a damaged one, what was salvaged.
-    [[nodiscard]] std::string DecryptedCopy(const TestFile& file) const {
+    /// With the decrypted copy, or, to tell where it differs, with what was salvaged of a damaged
+    /// one, which is a failure even when all of the content is there.
+    Comparison CompareCopy(const TestFile& file) {
         const std::string whole = copies_.Decrypted() + file.name;
-        const std::string salvage = whole + std::string(SalvageSuffix);
-        return machine_.fileSystem.Info(salvage) ? salvage : whole;
+        const std::string salvage =
+            NumberedName(machine_.fileSystem, whole, std::string(SalvageSuffix), 1);
+        const ProgressFunction progress = Throttled(machine_.clock, screen_.PassProgress());
+        if (!machine_.fileSystem.Info(whole) && machine_.fileSystem.Info(salvage)) {
+            const Comparison result = machine_.fileKit.compare_files(file.path, salvage, progress);
+            if (result.outcome != CompareOutcome::Identical) return result;
+        }
+        return machine_.fileKit.compare_files(file.path, whole, progress);
     }
 
     /// An empty file is never encrypted, which is no failure.

@@ -62,17 +62,19 @@ TEST_F(OperationRun, ChecksWithoutTouchingTheDiskAndSumsUpWhatItFound) {
         clock.now += std::chrono::seconds(1);
     };
     const std::string indent = "\r\n              ";
-    EXPECT_EQ(Run(), "Number of files: 4\r\n\r\nChecking all files in the folder " + folder.Path() +
-                         "; nothing is written.\r\n         0.exe 4,096 bytes   intact\r\n"
-                         "         1.exe 3 bytes   One block expansion error occurred." +
-                         indent + "Ciphertext is corrupt or decryption key is incorrect.\r\n" +
-                         "         2.exe 3 bytes   Invalid block size." + indent +
-                         "Decryption key is incorrect or ciphertext is corrupt.\r\n"
-                         "         3.exe  This file is empty (0 bytes).\r\n"
-                         "\r\nNumber of files checked: 3\r\nNumber of files intact: 1\r\n"
-                         "Number of files damaged: 1\r\n"
-                         "Number of files damaged altogether, or not encrypted with this key: 1\r\n"
-                         "Total KB checked: 4.01\r\nElapsed time: 3 seconds\r\n");
+    EXPECT_EQ(
+        Run(),
+        "Number of files: 4\r\n\r\nChecking all files in the folder " + folder.Path() +
+            "; nothing is written.\r\n         0.exe 4,096 bytes   intact\r\n"
+            "         1.exe 3 bytes   One block expansion error occurred." +
+            indent + "Ciphertext is corrupt or decryption key is incorrect.\r\n" +
+            "         2.exe 3 bytes   Invalid block size." + indent +
+            "Decryption key is incorrect or ciphertext is corrupt.\r\n"
+            "         3.exe  This file is empty (0 bytes).\r\n"
+            "\r\nNumber of files checked: 3\r\nNumber of files intact: 1\r\n"
+            "Number of files damaged: 1\r\n"
+            "Number of files damaged altogether, or not encrypted with this key: 1\r\n"
+            "Number of files empty: 1\r\nTotal KB checked: 4.01\r\nElapsed time: 3 seconds\r\n");
     for (const FsCall call : disk.Calls())
         EXPECT_EQ(call, FsCall::Look);
     engine.onFile = [this](const std::string&, const std::string&) { screen.StopPressed(); };

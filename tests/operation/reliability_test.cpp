@@ -115,12 +115,16 @@ TEST_F(Reliability, StopsAtTheFirstFailureAndKeepsWhatDiffers) {
         const int byte = file.get();
         file.seekp(69'999).put(static_cast<char>(byte ^ 1));
     };
+    const auto changeHeader = [](const std::string& path) {
+        std::fstream(path, std::ios::binary | std::ios::in | std::ios::out).put('X');
+    };
     const auto empty = [](const std::string& path) { std::filesystem::resize_file(path, 0); };
     const auto remove = [](const std::string& path) { std::filesystem::remove(path); };
     using Damage = std::function<void(const std::string&)>;
     const std::tuple<std::string, Damage, std::string, bool> cases[] = {
         {"decrypt_file", change, "Files differ at byte 70000.", true},
         {"encrypt_file", change, "Files differ at byte 65537.", true},
+        {"encrypt_file", changeHeader, "Unable to open second file.", true},
         {"decrypt_file", empty, "Second file is empty.", true},
         {"encrypt_file", remove, "Unable to open second file.", false}};
     Add("a.tst", 70'000);

@@ -44,6 +44,9 @@ EngineResult DecryptInto(JobContext& job, SealedReader& reader, const OpenFile& 
     const EngineResult begun =
         ResultOfOutput(output.Begin(std::min(reader.PlainBytes(), reader.TotalBytes())));
     if (begun != EngineResult::Success) return begun;
+    if (reader.GapBytes() != 0 && output.LeaveGap(reader.GapBytes()) != FsStatus::Ok) {
+        return EngineResult::WriteError;
+    }
     bool hasPart = false; // anything but zeros
     const EngineResult result = ReadAll(job, reader, [&](std::span<const std::byte> plain) {
         const EngineResult written = ResultOfOutput(output.Write(plain));

@@ -35,6 +35,7 @@ EngineResult SealedReader::ReadHeaders(std::uint64_t fileBytes) {
 /// Counts from the header that was found to the blocks that are there as a whole.
 EngineResult SealedReader::PlaceBlocks(const FileHeader& header, Side found, bool isTwofold) {
     cipher_.emplace(header.blockKey);
+    headerAt_ = found == Side::Front ? 0 : fileBytes_ - HeaderBytes;
     plainBytes_ = header.plainBytes;
     const std::uint64_t expected = EncryptedLength(plainBytes_);
     const std::uint64_t missing = expected > fileBytes_ ? expected - fileBytes_ : 0;
@@ -55,6 +56,8 @@ EngineResult SealedReader::PlaceBlocks(const FileHeader& header, Side found, boo
     }
     job_.damage.missingPlainBytes = plainBytes_ - PlainBytes();
     if (begin_ >= end_) return EngineResult::WrongKeyOrCorrupt;
+    if (begin_ != 0) Lose(GapBytes());
+    number_ = begin_;
     return file_.MoveTo(readTo_) == FsStatus::Ok ? EngineResult::Success : EngineResult::ReadError;
 }
 
@@ -68,7 +71,6 @@ std::size_t SealedReader::NextPlainBytes(std::uint64_t blocks) const {
 }
 
 SealedReader::Piece SealedReader::Next() {
-    if (number_ < begin_) return LostPiece();
     const std::uint64_t blocks = std::min<std::uint64_t>(BlocksInPiece, end_ - number_);
     const auto sealed = job_.sealedBuffer.first(NextPlainBytes(blocks) +
                                                 static_cast<std::size_t>(blocks) * TagBytes);
@@ -84,28 +86,26 @@ SealedReader::Piece SealedReader::Next() {
     return {OpenPiece(sealed), false};
 }
 
-/// Zeros for blocks before the beginning of what is left of the file.
-SealedReader::Piece SealedReader::LostPiece() {
-    const std::uint64_t blocks = std::min<std::uint64_t>(BlocksInPiece, begin_ - number_);
-    const auto plain = job_.plainBuffer.first(NextPlainBytes(blocks));
-    Wipe(plain);
-    Lose(plain.size());
-    number_ += blocks;
-    return {plain, false};
-}
-
 /// Where a piece could not be read as a whole: what cannot be read becomes zeros, which open as
-/// nothing. False when none of its blocks could be read.
+/// nothing. False when none of its blocks could be read, nor anything else of the file.
 bool SealedReader::ReadBlockByBlock(std::span<std::byte> sealed) {
     bool any = false;
-    for (std::size_t at = 0; at < sealed.size(); at += SealedBlockBytes) {
+    for (std::size_t at = 0; at < sealed.size() && !job_.IsStopped(); at += SealedBlockBytes) {
         const auto block = sealed.subspan(at, std::min(SealedBlockBytes, sealed.size() - at));
         const bool isRead = ReadAt(readTo_ + at, block);
         if (!isRead) Wipe(block);
         any = any || isRead;
         readFailed_ = readFailed_ || !isRead;
+        job_.ShowProgress(readTo_ + at, fileBytes_);
     }
-    return any && file_.MoveTo(readTo_ + sealed.size()) == FsStatus::Ok;
+    return (any || IsDiskThere()) && file_.MoveTo(readTo_ + sealed.size()) == FsStatus::Ok;
+}
+
+/// By a place that could be read before, and not from the system's memory.
+bool SealedReader::IsDiskThere() {
+    HeaderImage image{};
+    file_.ForgetCached(headerAt_, HeaderBytes);
+    return ReadAt(headerAt_, image);
 }
 
 std::span<const std::byte> SealedReader::OpenPiece(std::span<const std::byte> sealed) {
@@ -126,7 +126,7 @@ std::span<const std::byte> SealedReader::OpenPiece(std::span<const std::byte> se
 }
 
 /// So many bytes of the plaintext from block `number_` on; neighbours are one stretch.
-void SealedReader::Lose(std::size_t plainBytes) {
+void SealedReader::Lose(std::uint64_t plainBytes) {
     Damage& damage = job_.damage;
     const std::uint64_t from = number_ * PlainBlockBytes;
     const bool goesOn = damage.lostStretches != 0 && from == lostTo_;

@@ -22,6 +22,8 @@ class SealedReader {
     [[nodiscard]] EngineResult ReadHeaders(std::uint64_t fileBytes);
     /// How many bytes come out, zeros included: less than was encrypted where the end is missing.
     [[nodiscard]] std::uint64_t PlainBytes() const;
+    /// So many of them come first: zeros for a lost beginning. `Next` goes on after them.
+    [[nodiscard]] std::uint64_t GapBytes() const { return begin_ * PlainBlockBytes; }
     [[nodiscard]] bool IsAtEnd() const { return number_ == end_; }
 
     struct Piece {
@@ -46,16 +48,17 @@ class SealedReader {
     [[nodiscard]] bool ReadAt(std::uint64_t offset, std::span<std::byte> into);
     [[nodiscard]] EngineResult PlaceBlocks(const FileHeader& header, Side found, bool isTwofold);
     [[nodiscard]] std::size_t NextPlainBytes(std::uint64_t blocks) const;
-    [[nodiscard]] Piece LostPiece();
+    [[nodiscard]] bool IsDiskThere();
     [[nodiscard]] bool ReadBlockByBlock(std::span<std::byte> sealed);
     [[nodiscard]] std::span<const std::byte> OpenPiece(std::span<const std::byte> sealed);
-    void Lose(std::size_t plainBytes);
+    void Lose(std::uint64_t plainBytes);
 
     JobContext& job_;
     OpenFile& file_;
     std::uint64_t fileBytes_ = 0;
     std::optional<BlockCipher> cipher_; ///< set once a header was found
     std::uint64_t plainBytes_ = 0;      ///< as the header says
+    std::uint64_t headerAt_ = 0;        ///< place of that header in the file
     std::uint64_t begin_ = 0;           ///< the first block that is there as a whole
     std::uint64_t end_ = 0;             ///< behind the last one
     std::uint64_t number_ = 0;          ///< of the next block

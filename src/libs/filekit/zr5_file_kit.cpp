@@ -70,22 +70,6 @@ double MeasureFile(FileSystem& fileSystem, const std::string& path, std::uint64_
     return meter.Value();
 }
 
-bool IsContinuationByte(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
-}
-
-/// `name` cut to `longest` bytes, never inside a UTF-8 sequence. Bytes that are no UTF-8 are cut
-/// anywhere.
-std::string CutTo(const std::string& name, std::size_t longest) {
-    if (name.size() <= longest) return name;
-    constexpr std::size_t MostContinuationBytes = 3;
-    std::size_t end = longest;
-    while (end > 0 && longest - end <= MostContinuationBytes && IsContinuationByte(name[end])) {
-        --end;
-    }
-    return name.substr(0, longest - end <= MostContinuationBytes ? end : longest);
-}
-
 class Zr5FileKit final : public FileKit {
   public:
     Zr5FileKit(FileSystem& fileSystem, RandomSource& random)
@@ -115,13 +99,8 @@ class Zr5FileKit final : public FileKit {
     }
 
     std::optional<std::string> new_filepath_extension(const std::string& path) override {
-        const PathParts parts = SplitPath(path);
-        const std::size_t longest = fileSystem_.LongestName(path);
         for (int number = 1; number <= LastNameNumber; ++number) {
-            const std::string suffix =
-                number == 1 ? std::string(".zr5-new") : ".zr5-new-" + std::to_string(number);
-            std::string candidate =
-                parts.folder + CutTo(parts.name, longest - suffix.size()) + suffix;
+            std::string candidate = NumberedName(fileSystem_, path, ".zr5-new", number);
             if (!fileSystem_.Info(candidate)) return candidate;
         }
         return std::nullopt;

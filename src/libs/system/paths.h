@@ -25,6 +25,11 @@ struct PathParts {
 };
 [[nodiscard]] PathParts SplitPath(std::string_view path);
 
+/// `path` and `suffix`, with "-2", "-3" … after it for numbers above 1. Where the folder accepts no
+/// name so long, the end of the name before the suffix is cut off, between characters of UTF-8.
+[[nodiscard]] std::string NumberedName(FileSystem& fileSystem, const std::string& path,
+                                       std::string suffix, int number);
+
 /// Whether two paths lead to one file: Windows-shaped paths by their lower-cased text; others
 /// by identity when both exist (so that links are seen through), else by the normalised path.
 [[nodiscard]] bool SameFile(FileSystem& fileSystem, const std::string& a, const std::string& b);

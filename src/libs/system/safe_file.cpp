@@ -106,6 +106,12 @@ FsStatus PendingOutput::MakePart() {
     return FsStatus::Ok;
 }
 
+FsStatus PendingOutput::LeaveGap(std::uint64_t lengthBytes) {
+    writtenBytes_ += lengthBytes;
+    writeback_ = Writeback(writtenBytes_);
+    return OfWriting(part_->MoveTo(writtenBytes_));
+}
+
 FsStatus PendingOutput::Write(std::span<const std::byte> bytes) {
     const FsStatus status = part_->Write(bytes);
     if (status != FsStatus::Ok) return OfWriting(status);
@@ -158,7 +164,7 @@ FsStatus PendingOutput::CommitPrivate() {
 
 FsStatus PendingOutput::Salvage(const OpenFile& source, const std::string& base) {
     FsStatus status = OfWriting(part_->Truncate(writtenBytes_));
-    if (status == FsStatus::Ok) status = OfWriting(part_->TakeModeFrom(source));
+    if (status == FsStatus::Ok) status = OfWriting(TakeAttributes(source));
     if (status == FsStatus::Ok) status = OfWriting(part_->Flush());
     if (status == FsStatus::Ok) status = TakeSalvageName(base);
     if (status == FsStatus::Ok) status = OfWriting(fileSystem_.FlushFolderOf(partPath_));
@@ -168,8 +174,7 @@ FsStatus PendingOutput::Salvage(const OpenFile& source, const std::string& base)
 
 FsStatus PendingOutput::TakeSalvageName(const std::string& base) {
     for (int number = 1; number <= MostSalvages; ++number) {
-        std::string path = base + std::string(SalvageSuffix);
-        if (number > 1) path += "-" + std::to_string(number);
+        std::string path = NumberedName(fileSystem_, base, std::string(SalvageSuffix), number);
         if (fileSystem_.Info(path)) continue;
         FsStatus status = Tell(path);
         if (status == FsStatus::Ok) status = fileSystem_.RenameWithoutReplacing(partPath_, path);

@@ -64,6 +64,8 @@ class PendingOutput {
     /// Makes the part and reserves `lengthBytes` for it, on the disk if it is to be overwritten
     /// when discarded. An existing output must be a regular file that may be written.
     [[nodiscard]] FsStatus Begin(std::uint64_t lengthBytes);
+    /// The next writing leaves out so many bytes, which read as zeros. Only before the first one.
+    [[nodiscard]] FsStatus LeaveGap(std::uint64_t lengthBytes);
     /// Appends.
     [[nodiscard]] FsStatus Write(std::span<const std::byte> bytes);
     /// Gives the part its attributes, brings it to the disk and gives it its name: an output that

@@ -98,8 +98,11 @@ std::string DamageText(const Damage& damage, bool isKept) {
     if (damage.missingPlainBytes != 0) {
         text += ContinuationLine("The end of the plaintext is missing: " +
                                  Counted(damage.missingPlainBytes, "."));
-    } else if (damage.wrongEnd) {
-        text += ContinuationLine(WrongEndText(*damage.wrongEnd, damage.lostStretches == 0));
+    }
+    const bool isSaid = damage.missingPlainBytes != 0; // that the end is wrong
+    if (damage.wrongEnd && !(isSaid && damage.wrongEnd->side == Side::End)) {
+        text +=
+            ContinuationLine(WrongEndText(*damage.wrongEnd, !isSaid && damage.lostStretches == 0));
     }
     return text;
 }

@@ -127,6 +127,8 @@ TEST_F(EngineCodes, DecryptionKeepsWhatCouldBeRecoveredWhateverFails) {
     folder.Write("out", "what stood there before");
     std::string firstLost = plain;
     firstLost.replace(0, PlainBlockBytes, PlainBlockBytes, '\0');
+    std::string secondLost = plain;
+    secondLost.replace(MiB, MiB, MiB, '\0');
     const std::string none;
     using enum FsStatus;
     const struct {
@@ -140,9 +142,10 @@ TEST_F(EngineCodes, DecryptionKeepsWhatCouldBeRecoveredWhateverFails) {
         {FsCall::Read, 2, 2, IoError, CorruptEndPartial, plain}, // at the end
         {FsCall::Read, 1, 2, IoError, ReadError, none},
         {FsCall::Read, 3, 4, IoError, ReadErrorPartial, firstLost}, // a piece and its first block
-        {FsCall::Read, 3, 19, IoError, ReadError, none},            // and all its blocks
-        {FsCall::Read, 4, 20, IoError, ReadErrorPartial, plain.substr(0, MiB)},
-        {FsCall::Read, 5, 6, IoError, ReadErrorPartial, plain.substr(0, 2 * MiB)},
+        {FsCall::Read, 3, 20, IoError, ReadError, none}, // and all its blocks, and a header
+        {FsCall::Read, 4, 21, IoError, ReadErrorPartial, plain.substr(0, MiB)},
+        {FsCall::Read, 4, 20, IoError, ReadErrorPartial, secondLost}, // a header can be read
+        {FsCall::Read, 5, 7, IoError, ReadErrorPartial, plain.substr(0, 2 * MiB)},
         {FsCall::Write, 1, 1, IoError, WriteError, none},
         {FsCall::Write, 2, 2, IoError, WriteErrorPartial, plain.substr(0, MiB)},
         {FsCall::Write, 3, 3, NotPermitted, WriteErrorPartial, plain.substr(0, 2 * MiB)},
@@ -174,6 +177,22 @@ TEST_F(EngineCodes, ASalvageTakesAFreeName) {
     EXPECT_EQ(Decrypt("in", "out"), CorruptEndPartial);
     EXPECT_EQ(folder.Read("out.partial-3"), "content");
     EXPECT_EQ(folder.Names(), (Names{"in", "out.partial", "out.partial-2", "out.partial-3"}));
+    const std::string longest(255, 'n');
+    EXPECT_EQ(Decrypt("in", longest), CorruptEndPartial);
+    EXPECT_EQ(folder.Read(longest.substr(0, 247) + ".partial"), "content");
+}
+
+TEST_F(EngineCodes, ALostBeginningIsAGapThatTakesNoRoom) {
+    const std::string plain = PatternBytes(40 * MiB);
+    folder.Write("in", Sealed(plain).substr(40 * MiB - 60'000));
+    EXPECT_EQ(Decrypt("in", "out"), CorruptEndPartial);
+    const std::string got = folder.Read("out.partial");
+    ASSERT_EQ(got.size(), plain.size());
+    const std::size_t lost = plain.size() - PlainBlockBytes;
+    EXPECT_TRUE(got == std::string(lost, '\0') + plain.substr(lost));
+    struct stat raw {};
+    ASSERT_EQ(stat((folder / "out.partial").c_str(), &raw), 0);
+    EXPECT_LT(static_cast<std::uint64_t>(raw.st_blocks) * 512, 2 * MiB);
 }
 
 TEST_F(EngineCodes, AShortReadIsAReadError) {

@@ -3,11 +3,13 @@
 
 #include "keys/classification.h"
 #include "libs/cipher/engine_fixture.h"
+#include "libs/cipher/file_keys.h"
 #include "libs/cipher/md5.h"
 #include "libs/cipher/zr5_crypto.h"
 #include "libs/system/secret.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <openssl/evp.h>
 #include <optional>
@@ -311,6 +313,63 @@ TEST_F(RoundTrip, TellsItsProgressInBothDirectionsAtMostEveryFiftyMilliseconds) 
     EXPECT_EQ(Engine().decrypt_file(folder / "sealed", folder / "back", hooks), Success);
     EXPECT_EQ(totals, (std::vector{3 * MiB + 5, EncryptedLength(3 * MiB + 5)}));
     TestClock().step = {};
+}
+
+TEST_F(RoundTrip, ForgetsTheRunThatWasLongestOutOfUse) {
+    StoppedClock clock;
+    SystemRandom random;
+    MasterKeys masters({1, std::size_t{8} << 10U});
+    masters.SetKey("CORRECTHORSEBATTERYSTAPLE");
+    const auto masterOf = [&](unsigned run) {
+        RunSalt salt{};
+        PutBigEndian(run, std::span(salt).first<8>());
+        const MasterKey master = *masters.For(salt);
+        return std::string(reinterpret_cast<const char*>(master.data()), master.size());
+    };
+    std::set<std::string> all;
+    const std::string first = masterOf(0);
+    for (unsigned run = 1; run <= 256; ++run)
+        all.insert(masterOf(run));
+    EXPECT_EQ(all.size(), 256U);
+    EXPECT_EQ(masterOf(0), first) << "derived once more";
+    EXPECT_TRUE(all.contains(masterOf(256))) << "and nobody got another's";
+}
+
+TEST_F(RoundTrip, GivesEachContentItsOwnSaltEvenWhereTheRandomSourceRepeatsItself) {
+    struct : RandomSource {
+        void Fill(std::span<std::byte> into) override { std::ranges::fill(into, std::byte{7}); }
+    } frozen;
+    const std::array<std::byte, KeyBytes> master{};
+    std::set<FileSalt> salts;
+    const auto add = [&](std::chrono::milliseconds time, FileInfo file, std::string_view content) {
+        StoppedClock clock;
+        clock.timeOfDay = time;
+        FileSalts made(frozen, clock); // counts from one
+        salts.insert(*made.Next(master, file, std::as_bytes(std::span(content))));
+        return made.Next(master, file, std::as_bytes(std::span(content)));
+    };
+    FileInfo longer, other;
+    longer.lengthBytes = other.identity.inode = 1;
+    using std::chrono::milliseconds;
+    salts.insert(*add(milliseconds(0), {}, "content"));
+    add(milliseconds(1), {}, "content");
+    add(milliseconds(0), longer, "content");
+    add(milliseconds(0), other, "content");
+    add(milliseconds(0), {}, "another");
+    EXPECT_EQ(salts.size(), 6U);
+}
+
+TEST_F(DamagedFiles, OfANewerVersionAreToldByEitherEnd) {
+    for (const bool atEnd : {false, true}) {
+        std::string sealed = Sealed("content");
+        for (const std::size_t at : {std::size_t{0}, sealed.size() - HeaderBytes})
+            sealed[at + VersionAt] = (at != 0) == atEnd ? '\2' : '\0';
+        folder.Write("in", sealed);
+        Damage damage;
+        Engine().operation_initialization(Key, Direction::Decrypt);
+        EXPECT_EQ(Engine().check_file(folder / "in", {.damage = &damage}), WrongKeyOrCorrupt);
+        EXPECT_TRUE(damage.isOfNewerVersion);
+    }
 }
 
 using namespace std::string_view_literals;
